@@ -1,0 +1,135 @@
+//
+// KeymapManager.cpp
+//
+
+#include "zuno-keymapmanager/api/KeymapManager.h"
+
+#include <future>
+#include <memory>
+#include <utility>
+
+#include <Poco/Exception.h>
+
+#include "document/DocumentIO.h"
+#include "zuno-keymapmanager/document/EmbededConfig.h"
+#include "zuno-keymapmanager/macro/MarcoConVerterManager.h"
+#include "zuno-keymapmanager/model/ConfigFactory.h"
+
+using zunokeymapmanager::ConfigItem;
+using zunokeymapmanager::ConfigKey;
+using zunokeymapmanager::KeymapConfig;
+using zunokeymapmanager::Rect;
+
+KeymapManager& KeymapManager::GetInstance() {
+    static KeymapManager keymap_manager;
+    return keymap_manager;
+}
+
+KeymapManager::KeymapManager() = default;
+
+KeymapManager::~KeymapManager() = default;
+
+void KeymapManager::SetCallbacks(KeymapManagerCallbacks* callbacks) {
+    callbacks_.store(callbacks, std::memory_order_release);
+}
+
+const std::string& KeymapManager::GetDataString(bool isKeymap, const std::string& path,
+                                                const std::string& data) {
+    const auto& builtIns =
+        isKeymap ? EmbededConfig::keymapConfigs() : EmbededConfig::joystickConfigs();
+    const auto found = builtIns.find(path);
+    return found != builtIns.end() ? found->second : data;
+}
+
+KeymapConfig* KeymapManager::LoadKeymapConfigAndInfo(bool isKeymap, const std::string& path,
+                                                     const std::string& data) {
+    auto config = std::make_unique<KeymapConfig>();
+    config->info = new zunokeymapmanager::ConfigInfo();
+    config->param = new zunokeymapmanager::ConfigParam();
+    const std::string text = GetDataString(isKeymap, path, data);
+    try {
+        zunokeymapmanager::document::Read(text, path, *config);
+    } catch (const Poco::Exception&) {
+        // The callback runs on a thread of its own, and has returned before
+        // the load does.
+        std::async(std::launch::async, &KeymapManager::OnLoadConfigAndInfoFailed, this,
+                   std::string(path))
+            .wait();
+    }
+    return config.release();
+}
+
+KeymapConfig* KeymapManager::LoadJoystickConfigAndInfo(const std::string& path,
+                                                       const std::string& data) {
+    KeymapConfig* config = LoadKeymapConfigAndInfo(false, path, data);
+    config->info->is_joystick = true;
+    return config;
+}
+
+bool KeymapManager::SaveKeymapConfigAndInfo(const std::string& path, KeymapConfig* config) {
+    if (config != nullptr) {
+        zunokeymapmanager::document::WriteFile(path, zunokeymapmanager::document::Write(*config));
+    }
+    return true;
+}
+
+void KeymapManager::OnLoadConfigAndInfoFailed(const std::string& path) {
+    KeymapManagerCallbacks* callbacks = callbacks_.load(std::memory_order_acquire);
+    if (callbacks != nullptr && callbacks->loadConfigAndInfoFailed != nullptr) {
+        callbacks->loadConfigAndInfoFailed(path);
+    }
+}
+
+ConfigItem* KeymapManager::CreateConfigItem(const std::string& type) {
+    return zunokeymapmanager::ConfigFactory::ProduceConfigItem(type);
+}
+
+void KeymapManager::SetKeyText(ConfigKey* key) {
+    if (key == nullptr) {
+        return;
+    }
+    key->modifySpecialKey();
+    key->setText();
+}
+
+ConfigKey KeymapManager::SetKeyText(std::string device, int virtualKey, int scanCode) {
+    ConfigKey key;
+    key.device = device;
+    key.virtual_key = virtualKey;
+    key.scan_code = scanCode;
+    key.modifySpecialKey();
+    key.setText(std::move(device), scanCode);
+    return key;
+}
+
+bool KeymapManager::AllowUsedForConfigKey(const std::string& /*device*/, int /*virtualKey*/,
+                                          int /*scanCode*/) {
+    return true;
+}
+
+bool KeymapManager::isConfigKeyMatch(KeymapConfig* config, ConfigKey* first, ConfigKey* second) {
+    return config != nullptr && config->isConfigKeyMatch(first, second);
+}
+
+int KeymapManager::ModifyKeyboardScanCodeIfNeeded(int scanCode) {
+    ConfigKey key("", "", zunokeymapmanager::kUnsetKeyCode, scanCode);
+    key.modifySpecialKey();
+    return key.scan_code;
+}
+
+std::vector<std::uint32_t> KeymapManager::MacroKeyEditingTextGrammarCheck(
+    const std::vector<std::string>& lines) {
+    return zunokeymapmanager::MarcoConVerterManager::MacroKeyEditingTextGrammarCheck(lines);
+}
+
+std::vector<std::string> KeymapManager::MacroKeyEditingTextChangeToRunningText(
+    const std::vector<std::string>& lines, Rect rect) {
+    return zunokeymapmanager::MarcoConVerterManager::MacroKeyEditingTextChangeToRunningText(lines,
+                                                                                          rect);
+}
+
+std::vector<std::string> KeymapManager::MacroKeyRunningTextChangeToEditingText(
+    const std::vector<std::string>& lines, Rect rect) {
+    return zunokeymapmanager::MarcoConVerterManager::MacroKeyRunningTextChangeToEditingText(lines,
+                                                                                          rect);
+}

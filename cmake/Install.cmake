@@ -1,0 +1,30 @@
+include(CMakePackageConfigHelpers)
+
+set(ZUNO_KM_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/zuno-keymapmanager)
+
+install(TARGETS zuno-keymapmanager
+    EXPORT zuno-keymapmanager-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/zuno-keymapmanager DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+install(EXPORT zuno-keymapmanager-targets
+    NAMESPACE zuno::
+    FILE zuno-keymapmanager-targets.cmake
+    DESTINATION ${ZUNO_KM_CMAKE_DIR})
+configure_package_config_file(cmake/zuno-keymapmanager-config.cmake.in
+    ${CMAKE_CURRENT_BINARY_DIR}/zuno-keymapmanager-config.cmake
+    INSTALL_DESTINATION ${ZUNO_KM_CMAKE_DIR})
+write_basic_package_version_file(
+    ${CMAKE_CURRENT_BINARY_DIR}/zuno-keymapmanager-config-version.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES
+    ${CMAKE_CURRENT_BINARY_DIR}/zuno-keymapmanager-config.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/zuno-keymapmanager-config-version.cmake
+    DESTINATION ${ZUNO_KM_CMAKE_DIR})
+
+configure_file(cmake/zuno-keymapmanager.pc.in ${CMAKE_CURRENT_BINARY_DIR}/zuno-keymapmanager.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zuno-keymapmanager.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

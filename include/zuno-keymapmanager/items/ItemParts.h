@@ -1,0 +1,22 @@
+//
+// ItemParts.h
+//
+// Settings blocks that several item types share.
+//
+
+#ifndef ZUNO_KEYMAPMANAGER_ITEMS_ITEMPARTS_H
+#define ZUNO_KEYMAPMANAGER_ITEMS_ITEMPARTS_H
+
+namespace zunokeymapmanager {
+
+struct InvalidZoneInfo
+    /// A dead zone around the centre of a drag, written as "invalid_zone_info".
+{
+    bool enable = false;
+    double rel_radius_outside_invalid_zone = 0.01;
+    double rel_radius_inside_invalid_zone = 0.005;
+};
+
+}  // namespace zunokeymapmanager
+
+#endif  // ZUNO_KEYMAPMANAGER_ITEMS_ITEMPARTS_H

@@ -1,0 +1,40 @@
+//
+// keymapmanager.h
+//
+// The whole public interface of libzuno-keymapmanager: include this header and
+// link zuno::keymapmanager.
+//
+
+#ifndef ZUNO_KEYMAPMANAGER_KEYMAPMANAGER_H
+#define ZUNO_KEYMAPMANAGER_KEYMAPMANAGER_H
+
+#include "zuno-keymapmanager/Export.h"
+
+// Model: keys, items, the factory, JSON member names and name lists.
+#include "zuno-keymapmanager/model/ConfigFactory.h"
+#include "zuno-keymapmanager/model/ConfigIcon.h"
+#include "zuno-keymapmanager/model/ConfigItem.h"
+#include "zuno-keymapmanager/model/ConfigKey.h"
+#include "zuno-keymapmanager/model/Fields.h"
+#include "zuno-keymapmanager/model/Geometry.h"
+#include "zuno-keymapmanager/model/NameLists.h"
+
+// Item types.
+#include "zuno-keymapmanager/items/ComposableItems.h"
+#include "zuno-keymapmanager/items/DiamondConfigItem.h"
+#include "zuno-keymapmanager/items/ItemParts.h"
+
+// Documents.
+#include "zuno-keymapmanager/document/ConfigInfo.h"
+#include "zuno-keymapmanager/document/ConfigParam.h"
+#include "zuno-keymapmanager/document/EmbededConfig.h"
+#include "zuno-keymapmanager/document/KeymapConfig.h"
+
+// Macro language.
+#include "zuno-keymapmanager/macro/MarcoConVerterManager.h"
+
+// The manager and the free functions.
+#include "zuno-keymapmanager/api/Functions.h"
+#include "zuno-keymapmanager/api/KeymapManager.h"
+
+#endif  // ZUNO_KEYMAPMANAGER_KEYMAPMANAGER_H

@@ -1,0 +1,27 @@
+//
+// ConfigIcon.h
+//
+// The marker that shows an item on the editor's screen.
+//
+
+#ifndef ZUNO_KEYMAPMANAGER_MODEL_CONFIGICON_H
+#define ZUNO_KEYMAPMANAGER_MODEL_CONFIGICON_H
+
+#include <string>
+
+#include "zuno-keymapmanager/model/Geometry.h"
+
+namespace zunokeymapmanager {
+
+struct ConfigIcon {
+    bool visibility = true;
+    double radius_correction = 1.0;
+    PointF rel_position;
+    std::string description;
+    /// Eight hexadecimal digits, RRGGBBAA; not validated.
+    std::string background_color = "00000066";
+};
+
+}  // namespace zunokeymapmanager
+
+#endif  // ZUNO_KEYMAPMANAGER_MODEL_CONFIGICON_H
