@@ -1,0 +1,152 @@
+// Helpers shared by the test suites: loading text, saving to text, and
+// watching the failure callback.
+
+#ifndef ZUNO_KEYMAPMANAGER_TESTS_TESTSUPPORT_H
+#define ZUNO_KEYMAPMANAGER_TESTS_TESTSUPPORT_H
+
+#include <atomic>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <mutex>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <Poco/JSON/Object.h>
+#include <Poco/JSON/ParseHandler.h>
+#include <Poco/JSON/Parser.h>
+#include <Poco/JSON/Stringifier.h>
+#include <unistd.h>
+
+#include <zuno-keymapmanager/keymapmanager.h>
+
+namespace testsupport {
+
+namespace km = zunokeymapmanager;
+using DocPtr = std::unique_ptr<km::KeymapConfig>;
+
+/// Records every failure callback: how often, with which path, on which thread.
+/// Registers itself on construction and unregisters on destruction.
+class CallbackRecorder {
+public:
+    CallbackRecorder() {
+        std::lock_guard<std::mutex> lock(mutex());
+        calls().clear();
+        callbacks_.loadConfigAndInfoFailed = &CallbackRecorder::onFailed;
+        km::SetCallbacks(&callbacks_);
+    }
+    ~CallbackRecorder() { km::SetCallbacks(nullptr); }
+    CallbackRecorder(const CallbackRecorder&) = delete;
+    CallbackRecorder& operator=(const CallbackRecorder&) = delete;
+
+    struct Call {
+        std::string path;
+        std::thread::id thread;
+    };
+
+    std::vector<Call> take() {
+        std::lock_guard<std::mutex> lock(mutex());
+        std::vector<Call> result;
+        result.swap(calls());
+        return result;
+    }
+
+private:
+    static void onFailed(const std::string& path) {
+        std::lock_guard<std::mutex> lock(mutex());
+        calls().push_back({path, std::this_thread::get_id()});
+    }
+    static std::mutex& mutex() {
+        static std::mutex m;
+        return m;
+    }
+    static std::vector<Call>& calls() {
+        static std::vector<Call> c;
+        return c;
+    }
+    KeymapManagerCallbacks callbacks_{};
+};
+
+/// A keymap loaded from host text (the path is a name no built-in has).
+inline DocPtr loadText(const std::string& text, const std::string& path = "host-text") {
+    return DocPtr(km::LoadKeymapConfigAndInfo(path, text));
+}
+
+/// A gamepad keymap loaded from host text.
+inline DocPtr loadJoystickText(const std::string& text, const std::string& path = "host-text") {
+    return DocPtr(km::LoadJoystickConfigAndInfo(path, text));
+}
+
+/// A temporary file path that is removed again with the object.
+class TempFile {
+public:
+    TempFile() {
+        char pattern[] = "/tmp/zuno-km-test-XXXXXX";
+        const int fd = mkstemp(pattern);
+        if (fd >= 0) {
+            close(fd);
+        }
+        path_ = pattern;
+    }
+    ~TempFile() { std::remove(path_.c_str()); }
+    TempFile(const TempFile&) = delete;
+    TempFile& operator=(const TempFile&) = delete;
+
+    const std::string& path() const { return path_; }
+    std::string read() const {
+        std::ifstream in(path_, std::ios::binary);
+        std::ostringstream out;
+        out << in.rdbuf();
+        return out.str();
+    }
+    void write(const std::string& text) const {
+        std::ofstream out(path_, std::ios::binary | std::ios::trunc);
+        out << text;
+    }
+
+private:
+    std::string path_;
+};
+
+/// The text the library saves for `doc`.
+inline std::string saveText(km::KeymapConfig* doc) {
+    TempFile file;
+    km::SaveKeymapConfigAndInfo(file.path(), doc);
+    return file.read();
+}
+
+/// Parses a JSON object (throws on malformed text: tests feed it good text).
+inline Poco::JSON::Object::Ptr parseObject(const std::string& text) {
+    Poco::JSON::Parser parser(new Poco::JSON::ParseHandler(false));
+    return parser.parse(text).extract<Poco::JSON::Object::Ptr>();
+}
+
+/// Writes a JSON object the way the library saves documents.
+inline std::string stringify(const Poco::JSON::Object& object) {
+    std::ostringstream out;
+    Poco::JSON::Stringifier::stringify(object, out, 4, -1, Poco::JSON_WRAP_STRINGS);
+    return out.str();
+}
+
+/// An item's JSON object, written and parsed again (so nested values are plain JSON).
+inline Poco::JSON::Object::Ptr itemJson(const km::ConfigItem& item) {
+    return parseObject(stringify(item.ConvertToJsonObject()));
+}
+
+/// A document text holding `items` (comma-separated item objects) and a minimal info.
+inline std::string documentWith(const std::string& items) {
+    return R"({"info":{"background_color":"000000FF","visibility":true},"keymaps":[)" + items +
+           "]}";
+}
+
+/// The JSON text of a fresh item of `type`, as the library writes it.
+inline std::string freshItemText(const std::string& type) {
+    std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(type));
+    return item ? stringify(item->ConvertToJsonObject()) : std::string();
+}
+
+}  // namespace testsupport
+
+#endif  // ZUNO_KEYMAPMANAGER_TESTS_TESTSUPPORT_H
