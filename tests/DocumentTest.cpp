@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <zuno-keymapmanager/keymapmanager.h>
+#include "tests/TestSupport.h"
 
 TEST(Smoke, LoadsBlank) {
     std::unique_ptr<zunokeymapmanager::KeymapConfig> c(zunokeymapmanager::LoadKeymapConfigAndInfo(
