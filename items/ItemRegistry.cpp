@@ -6,6 +6,8 @@
 
 #include "model/ItemRegistry.h"
 
+#include "zuno-keymapmanager/items/SwipeholdItem.h"
+
 namespace zunokeymapmanager {
 
 namespace {
@@ -18,6 +20,7 @@ ConfigItem* make() {
 // Runs while the library is loaded, before any host call can reach the factory.
 [[maybe_unused]] const bool kItemsRegistered = RegisterItemMakers({
     {ItemType::Unknown, nullptr},
+    {ItemType::Swipehold, &make<SwipeholdConfigItem>},
 });
 
 }  // namespace
