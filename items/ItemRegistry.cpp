@@ -6,6 +6,7 @@
 
 #include "model/ItemRegistry.h"
 
+#include "zuno-keymapmanager/items/SpellItems.h"
 #include "zuno-keymapmanager/items/SwipeholdItem.h"
 
 namespace zunokeymapmanager {
@@ -21,6 +22,8 @@ ConfigItem* make() {
 [[maybe_unused]] const bool kItemsRegistered = RegisterItemMakers({
     {ItemType::Unknown, nullptr},
     {ItemType::Swipehold, &make<SwipeholdConfigItem>},
+    {ItemType::Spell, &make<SpellConfigItem>},
+    {ItemType::SpellCancel, &make<SpellCancelConfigItem>},
 });
 
 }  // namespace
