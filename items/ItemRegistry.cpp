@@ -6,6 +6,7 @@
 
 #include "model/ItemRegistry.h"
 
+#include "zuno-keymapmanager/items/LookItems.h"
 #include "zuno-keymapmanager/items/SpellItems.h"
 #include "zuno-keymapmanager/items/SwipeholdItem.h"
 
@@ -22,8 +23,11 @@ ConfigItem* make() {
 [[maybe_unused]] const bool kItemsRegistered = RegisterItemMakers({
     {ItemType::Unknown, nullptr},
     {ItemType::Swipehold, &make<SwipeholdConfigItem>},
+    {ItemType::Staring, &make<StaringConfigItem>},
     {ItemType::Spell, &make<SpellConfigItem>},
     {ItemType::SpellCancel, &make<SpellCancelConfigItem>},
+    {ItemType::Eye, &make<EyeConfigItem>},
+    {ItemType::Gravity, &make<GravityConfigItem>},
 });
 
 }  // namespace

@@ -23,6 +23,7 @@
 #include "zuno-keymapmanager/items/ComposableItems.h"
 #include "zuno-keymapmanager/items/DiamondConfigItem.h"
 #include "zuno-keymapmanager/items/ItemParts.h"
+#include "zuno-keymapmanager/items/LookItems.h"
 #include "zuno-keymapmanager/items/SpellItems.h"
 #include "zuno-keymapmanager/items/SwipeholdItem.h"
 
