@@ -39,6 +39,7 @@ public:
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
 };
 
+/// The one implementation behind EyeConfigItem and GravityConfigItem; internal.
 template <typename Item>
 struct DirectionalLookOps;
 
@@ -63,9 +64,9 @@ private:
 };
 
 class ZUNO_KM_API GravityConfigItem : public DiamondConfigItem
-    /// A tilt of the device steered by four direction keys. It behaves like
-    /// EyeConfigItem in every respect but its type name and its default
-    /// sensitivity.
+    /// A tilt of the device steered by four direction keys. Apart from its
+    /// type name and its default sensitivity it behaves exactly like
+    /// EyeConfigItem.
 {
 public:
     std::int32_t sensitivity = 20;
