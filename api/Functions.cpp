@@ -10,11 +10,15 @@ namespace zunokeymapmanager {
 
 namespace {
 
-KeymapManager& manager() { return KeymapManager::GetInstance(); }
+KeymapManager& manager() {
+    return KeymapManager::GetInstance();
+}
 
 }  // namespace
 
-ConfigItem* CreateConfigItem(const std::string& type) { return manager().CreateConfigItem(type); }
+ConfigItem* CreateConfigItem(const std::string& type) {
+    return manager().CreateConfigItem(type);
+}
 
 KeymapConfig* LoadKeymapConfigAndInfo(const std::string& path, const std::string& data) {
     return manager().LoadKeymapConfigAndInfo(true, path, data);
@@ -36,7 +40,9 @@ ConfigKey CreateConfigKey(std::string device, int virtualKey, int scanCode) {
     return manager().SetKeyText(std::move(device), virtualKey, scanCode);
 }
 
-void SetTextForConfigKey(ConfigKey* key) { manager().SetKeyText(key); }
+void SetTextForConfigKey(ConfigKey* key) {
+    manager().SetKeyText(key);
+}
 
 bool AllowUsedForConfigKey(const std::string& device, int virtualKey, int scanCode) {
     return manager().AllowUsedForConfigKey(device, virtualKey, scanCode);
@@ -50,7 +56,9 @@ int ModifyKeyboardScanCodeIfNeeded(int scanCode) {
     return manager().ModifyKeyboardScanCodeIfNeeded(scanCode);
 }
 
-void SetCallbacks(KeymapManagerCallbacks* callbacks) { manager().SetCallbacks(callbacks); }
+void SetCallbacks(KeymapManagerCallbacks* callbacks) {
+    manager().SetCallbacks(callbacks);
+}
 
 std::vector<std::uint32_t> MacroKeyEditingTextGrammarCheck(const std::vector<std::string>& lines) {
     return manager().MacroKeyEditingTextGrammarCheck(lines);

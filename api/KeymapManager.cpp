@@ -125,11 +125,11 @@ std::vector<std::uint32_t> KeymapManager::MacroKeyEditingTextGrammarCheck(
 std::vector<std::string> KeymapManager::MacroKeyEditingTextChangeToRunningText(
     const std::vector<std::string>& lines, Rect rect) {
     return zunokeymapmanager::MarcoConVerterManager::MacroKeyEditingTextChangeToRunningText(lines,
-                                                                                          rect);
+                                                                                            rect);
 }
 
 std::vector<std::string> KeymapManager::MacroKeyRunningTextChangeToEditingText(
     const std::vector<std::string>& lines, Rect rect) {
     return zunokeymapmanager::MarcoConVerterManager::MacroKeyRunningTextChangeToEditingText(lines,
-                                                                                          rect);
+                                                                                            rect);
 }

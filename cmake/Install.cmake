@@ -25,6 +25,13 @@ install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/zuno-keymapmanager-config-version.cmake
     DESTINATION ${ZUNO_KM_CMAKE_DIR})
 
+# The .pc file finds its prefix from its own location, so an installed tree can move.
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+    set(ZUNO_KM_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
+else()
+    file(RELATIVE_PATH ZUNO_KM_PC_UP "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+    set(ZUNO_KM_PC_PREFIX "\${pcfiledir}/${ZUNO_KM_PC_UP}")
+endif()
 configure_file(cmake/zuno-keymapmanager.pc.in ${CMAKE_CURRENT_BINARY_DIR}/zuno-keymapmanager.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zuno-keymapmanager.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -56,7 +56,8 @@ void Read(const std::string& text, const std::string& path, KeymapConfig& doc) {
     if (root->has(kFieldKeymaps)) {
         const json::ArrayPtr elements = json::array(root, kFieldKeymaps);
         for (std::size_t i = 0; i < elements->size(); ++i) {
-            std::unique_ptr<ConfigItem> item(ConfigFactory::ProduceConfigItem(elements->getObject(i)));
+            std::unique_ptr<ConfigItem> item(
+                ConfigFactory::ProduceConfigItem(elements->getObject(i)));
             if (item) {
                 doc.items.push_back(item.get());
                 item.release();
@@ -85,9 +86,10 @@ std::string Write(const KeymapConfig& doc) {
     root->set(kFieldInfo, json::ObjectPtr(new Poco::JSON::Object(
                               doc.info != nullptr ? doc.info->ConvertToJsonObject()
                                                   : ConfigInfo().ConvertToJsonObject())));
-    root->set(kFieldParam, json::ObjectPtr(new Poco::JSON::Object(
-                               doc.param != nullptr ? doc.param->ConvertToJsonObject(isJoystick)
-                                                    : ConfigParam().ConvertToJsonObject(isJoystick))));
+    root->set(kFieldParam,
+              json::ObjectPtr(new Poco::JSON::Object(
+                  doc.param != nullptr ? doc.param->ConvertToJsonObject(isJoystick)
+                                       : ConfigParam().ConvertToJsonObject(isJoystick))));
 
     std::ostringstream out;
     Poco::JSON::Stringifier::stringify(root, out, kIndent, -1, kWriteOptions);

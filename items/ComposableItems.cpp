@@ -22,7 +22,8 @@ json::ObjectPtr composableKeyObject(const ComposableKey& pair) {
     return result;
 }
 
-void readComposableKey(const json::ObjectPtr& parent, const std::string& field, ComposableKey& out) {
+void readComposableKey(const json::ObjectPtr& parent, const std::string& field,
+                       ComposableKey& out) {
     json::ObjectPtr pair = json::object(parent, field);
     json::readKey(pair, kFieldKey, out.key);
     if (json::has(pair, kFieldSecondKey)) {
@@ -82,7 +83,9 @@ void PairConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     readComposableKey(object, kFieldNegativeKey, negative_key);
 }
 
-bool PairConfigItem::IsInvalid() const { return false; }
+bool PairConfigItem::IsInvalid() const {
+    return false;
+}
 
 bool PairConfigItem::MatchConfigKey(const ConfigKey& a) {
     if (positive_key.key.Match(a) && !positive_key.second_key.isSet()) {

@@ -7,9 +7,13 @@
 namespace zunokeymapmanager {
 namespace labels {
 
-std::string Caption(std::string_view /*device*/, int /*code*/) { return {}; }
+std::string Caption(std::string_view /*device*/, int /*code*/) {
+    return {};
+}
 
-int CodeOf(std::string_view /*device*/, std::string_view /*caption*/) { return -1; }
+int CodeOf(std::string_view /*device*/, std::string_view /*caption*/) {
+    return -1;
+}
 
 }  // namespace labels
 }  // namespace zunokeymapmanager

@@ -31,7 +31,9 @@ bool RegisterItemMakers(std::initializer_list<std::pair<ItemType, ItemMaker>> ma
     return true;
 }
 
-ItemMaker FindItemMaker(ItemType type) { return gMakers[static_cast<std::size_t>(type)]; }
+ItemMaker FindItemMaker(ItemType type) {
+    return gMakers[static_cast<std::size_t>(type)];
+}
 
 ConfigItem* ConfigFactory::ProduceConfigItem(const std::string& type) {
     const int index = IndexOfName(kItemTypeNames, type);

@@ -46,8 +46,12 @@ void ConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     json::read(iconObject, kFieldDescription, icon.description);
 }
 
-bool ConfigItem::IsInvalid() const { return !key.isSet(); }
+bool ConfigItem::IsInvalid() const {
+    return !key.isSet();
+}
 
-bool ConfigItem::MatchConfigKey(const ConfigKey& other) { return key.Match(other); }
+bool ConfigItem::MatchConfigKey(const ConfigKey& other) {
+    return key.Match(other);
+}
 
 }  // namespace zunokeymapmanager

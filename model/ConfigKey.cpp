@@ -13,7 +13,9 @@ namespace zunokeymapmanager {
 
 namespace {
 
-bool isJoystick(const std::string& device) { return device == NameOf(DeviceType::Joystick); }
+bool isJoystick(const std::string& device) {
+    return device == NameOf(DeviceType::Joystick);
+}
 
 }  // namespace
 
@@ -40,7 +42,9 @@ void ConfigKey::modifySpecialKey() {
     }
 }
 
-void ConfigKey::setText() { setText(device, scan_code); }
+void ConfigKey::setText() {
+    setText(device, scan_code);
+}
 
 void ConfigKey::setText(std::string keyDevice, int code) {
     // Gamepad captions are the control names the caller supplies.

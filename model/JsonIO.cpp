@@ -104,7 +104,9 @@ void readKey(const ObjectPtr& parent, const std::string& key, ConfigKey& out) {
     readKey(object(parent, key), out);
 }
 
-ObjectPtr newObject() { return new Poco::JSON::Object(); }
+ObjectPtr newObject() {
+    return new Poco::JSON::Object();
+}
 
 ObjectPtr pointObject(const PointF& point) {
     ObjectPtr result = newObject();

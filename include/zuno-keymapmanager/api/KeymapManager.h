@@ -20,8 +20,8 @@
 #include "zuno-keymapmanager/model/Geometry.h"
 
 struct KeymapManagerCallbacks
-    /// Functions the host lends the library. The host keeps the structure
-    /// alive, and may change its members, for as long as loads can happen.
+/// Functions the host lends the library. The host keeps the structure
+/// alive, and may change its members, for as long as loads can happen.
 {
     /// Called once for every load that fails, with the path (or built-in name)
     /// that was being loaded. It runs on a thread of its own while the loading
@@ -30,10 +30,10 @@ struct KeymapManagerCallbacks
 };
 
 class ZUNO_KM_API KeymapManager
-    /// A thin facade over the document reader and writer, the item factory,
-    /// the key captions and the macro language. It owns no document and keeps
-    /// no cache; its only state is the host's callbacks pointer, which may be
-    /// replaced from any thread at any time.
+/// A thin facade over the document reader and writer, the item factory,
+/// the key captions and the macro language. It owns no document and keeps
+/// no cache; its only state is the host's callbacks pointer, which may be
+/// replaced from any thread at any time.
 {
 public:
     static KeymapManager& GetInstance();
@@ -57,11 +57,12 @@ public:
     /// load calls the failure callback with `path` and still returns what was
     /// read before the failure, the rest at its defaults.
     zunokeymapmanager::KeymapConfig* LoadKeymapConfigAndInfo(bool isKeymap, const std::string& path,
-                                          const std::string& data);
+                                                             const std::string& data);
 
     /// As LoadKeymapConfigAndInfo on the gamepad table; the result is always
     /// marked as a gamepad document.
-    zunokeymapmanager::KeymapConfig* LoadJoystickConfigAndInfo(const std::string& path, const std::string& data);
+    zunokeymapmanager::KeymapConfig* LoadJoystickConfigAndInfo(const std::string& path,
+                                                               const std::string& data);
 
     /// Writes the document with sorted keys and an indentation of 4. Always
     /// returns true, even when the file could not be written.
@@ -82,12 +83,15 @@ public:
     /// Always true: no key is refused.
     bool AllowUsedForConfigKey(const std::string& device, int virtualKey, int scanCode);
 
-    bool isConfigKeyMatch(zunokeymapmanager::KeymapConfig* config, zunokeymapmanager::ConfigKey* first, zunokeymapmanager::ConfigKey* second);
+    bool isConfigKeyMatch(zunokeymapmanager::KeymapConfig* config,
+                          zunokeymapmanager::ConfigKey* first,
+                          zunokeymapmanager::ConfigKey* second);
 
     /// 312 becomes 56, 285 becomes 29, 54 becomes 42; every other code is kept.
     int ModifyKeyboardScanCodeIfNeeded(int scanCode);
 
-    std::vector<std::uint32_t> MacroKeyEditingTextGrammarCheck(const std::vector<std::string>& lines);
+    std::vector<std::uint32_t> MacroKeyEditingTextGrammarCheck(
+        const std::vector<std::string>& lines);
     std::vector<std::string> MacroKeyEditingTextChangeToRunningText(
         const std::vector<std::string>& lines, zunokeymapmanager::Rect rect);
     std::vector<std::string> MacroKeyRunningTextChangeToEditingText(

@@ -17,12 +17,12 @@
 namespace zunokeymapmanager {
 
 class ZUNO_KM_API ConfigInfo
-    /// How the mapping layer is shown and which raw input passes through to the
-    /// emulated device untranslated. Texts are kept as given: an unknown
-    /// "transparent_mouse" value survives a read and a write.
-    ///
-    /// Reading requires "background_color" and "visibility"; every other member
-    /// is optional and keeps its value when absent.
+/// How the mapping layer is shown and which raw input passes through to the
+/// emulated device untranslated. Texts are kept as given: an unknown
+/// "transparent_mouse" value survives a read and a write.
+///
+/// Reading requires "background_color" and "visibility"; every other member
+/// is optional and keeps its value when absent.
 {
 public:
     std::string transparent_mouse = "Mouse_No_Transparent";

@@ -16,9 +16,9 @@
 namespace zunokeymapmanager {
 
 class ZUNO_KM_API ConfigParam
-    /// The synthetic gestures for mouse-wheel zoom ("wheel_policy", all seven
-    /// members required when the object is present) and for pass-through
-    /// wheel events ("transparent_wheel_policy", both members optional).
+/// The synthetic gestures for mouse-wheel zoom ("wheel_policy", all seven
+/// members required when the object is present) and for pass-through
+/// wheel events ("transparent_wheel_policy", both members optional).
 {
 public:
     std::int32_t zoom_first_interval = 16;

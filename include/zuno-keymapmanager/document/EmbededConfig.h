@@ -13,9 +13,9 @@
 #include "zuno-keymapmanager/Export.h"
 
 class ZUNO_KM_API EmbededConfig
-    /// A load whose path is one of these names (exact, case-sensitive) reads
-    /// the built-in text instead of a file. Both tables are built on first use
-    /// and never change afterwards.
+/// A load whose path is one of these names (exact, case-sensitive) reads
+/// the built-in text instead of a file. Both tables are built on first use
+/// and never change afterwards.
 {
 public:
     /// The blank keymap "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300" and

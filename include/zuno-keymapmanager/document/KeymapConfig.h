@@ -18,9 +18,9 @@
 namespace zunokeymapmanager {
 
 class ZUNO_KM_API KeymapConfig
-    /// A keymap: its items in document order, its info and its parameters.
-    /// The document owns all three and deletes them with itself; null entries
-    /// in `items` are allowed and skipped.
+/// A keymap: its items in document order, its info and its parameters.
+/// The document owns all three and deletes them with itself; null entries
+/// in `items` are allowed and skipped.
 {
 public:
     std::vector<ConfigItem*> items;

@@ -18,9 +18,9 @@
 namespace zunokeymapmanager {
 
 class ZUNO_KM_API ComposableConfigItem : public ConfigItem
-    /// An item with an optional second key. With a set second key the item
-    /// fires only for the combination of both keys, never for its key alone.
-    /// The second key is written as "second_key" only when it is set.
+/// An item with an optional second key. With a set second key the item
+/// fires only for the combination of both keys, never for its key alone.
+/// The second key is written as "second_key" only when it is set.
 {
 public:
     ConfigKey second_key;
@@ -39,12 +39,12 @@ public:
 };
 
 class ZUNO_KM_API PairConfigItem : public ComposableConfigItem
-    /// An item driven by two opposite inputs, each a key or a key combination.
-    /// Every match records which side matched in `matched_direction`; the
-    /// positive side wins when both would. A pair item is never invalid.
-    ///
-    /// Matching writes `matched_direction`, so one pair item must not be
-    /// matched from two threads at once.
+/// An item driven by two opposite inputs, each a key or a key combination.
+/// Every match records which side matched in `matched_direction`; the
+/// positive side wins when both would. A pair item is never invalid.
+///
+/// Matching writes `matched_direction`, so one pair item must not be
+/// matched from two threads at once.
 {
 public:
     enum Direction : std::int32_t { kNoDirection = 0, kPositive = 1, kNegative = 2 };

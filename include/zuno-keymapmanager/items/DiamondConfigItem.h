@@ -16,9 +16,9 @@
 namespace zunokeymapmanager {
 
 class ZUNO_KM_API DiamondConfigItem : public ConfigItem
-    /// Holds the four direction keys, all unset by default. It adds no
-    /// behaviour of its own to ConfigItem; the classes built on it (Swipehold,
-    /// Eye, Gravity) validate and match through their direction keys.
+/// Holds the four direction keys, all unset by default. It adds no
+/// behaviour of its own to ConfigItem; the classes built on it (Swipehold,
+/// Eye, Gravity) validate and match through their direction keys.
 {
 public:
     ConfigKey top;

@@ -10,7 +10,7 @@
 namespace zunokeymapmanager {
 
 struct InvalidZoneInfo
-    /// A dead zone around the centre of a drag, written as "invalid_zone_info".
+/// A dead zone around the centre of a drag, written as "invalid_zone_info".
 {
     bool enable = false;
     double rel_radius_outside_invalid_zone = 0.01;

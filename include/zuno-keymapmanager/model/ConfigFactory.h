@@ -18,8 +18,8 @@ namespace zunokeymapmanager {
 class ConfigItem;
 
 class ZUNO_KM_API ConfigFactory
-    /// Makes the item class named by a type string ("Click", "Swipehold", ...).
-    /// The caller owns every item it returns.
+/// Makes the item class named by a type string ("Click", "Swipehold", ...).
+/// The caller owns every item it returns.
 {
 public:
     ConfigFactory() = default;

@@ -19,17 +19,17 @@
 namespace zunokeymapmanager {
 
 class ZUNO_KM_API ConfigItem
-    /// A rule that ties one input key to a gesture on the touch screen.
-    ///
-    /// Items are made by ConfigFactory, filled from a JSON object, edited
-    /// through their public fields and written back to JSON. Every item class
-    /// reads and writes its base class's members first, then its own.
-    ///
-    /// Reading raises the JSON library's exceptions: Poco::NullPointerException
-    /// for a missing or non-object member object, Poco::InvalidAccessException
-    /// ("Can not convert empty value.") for a missing value, and whatever the
-    /// value conversion raises for a value of the wrong kind. Members read
-    /// before the failure keep their new values.
+/// A rule that ties one input key to a gesture on the touch screen.
+///
+/// Items are made by ConfigFactory, filled from a JSON object, edited
+/// through their public fields and written back to JSON. Every item class
+/// reads and writes its base class's members first, then its own.
+///
+/// Reading raises the JSON library's exceptions: Poco::NullPointerException
+/// for a missing or non-object member object, Poco::InvalidAccessException
+/// ("Can not convert empty value.") for a missing value, and whatever the
+/// value conversion raises for a value of the wrong kind. Members read
+/// before the failure keep their new values.
 {
 public:
     std::string type;

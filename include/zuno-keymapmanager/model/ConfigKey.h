@@ -18,13 +18,13 @@ namespace zunokeymapmanager {
 constexpr std::int32_t kUnsetKeyCode = 2147483647;
 
 class ZUNO_KM_API ConfigKey
-    /// A key is identified by its device ("keyboard", "mouse" or "joystick";
-    /// empty means no key is assigned) and, depending on the device, by its
-    /// scan code (keyboard, mouse) or by its control name in `text` (gamepad).
-    ///
-    /// Keyboard scan codes are PC set-1 scan codes with 256 added for extended
-    /// keys (right Ctrl is 285, right Alt 312). For keyboard and mouse keys,
-    /// `text` holds the caption computed by setText().
+/// A key is identified by its device ("keyboard", "mouse" or "joystick";
+/// empty means no key is assigned) and, depending on the device, by its
+/// scan code (keyboard, mouse) or by its control name in `text` (gamepad).
+///
+/// Keyboard scan codes are PC set-1 scan codes with 256 added for extended
+/// keys (right Ctrl is 285, right Alt 312). For keyboard and mouse keys,
+/// `text` holds the caption computed by setText().
 {
 public:
     std::string device;

@@ -24,8 +24,10 @@ inline const std::string kFieldVisibility{"visibility"};
 inline const std::string kFieldTransparentESC{"transparent_ESC"};
 inline const std::string kFieldTransparentWheel{"transparent_wheel"};
 inline const std::string kFieldIsJoystick{"is_joystick"};
-inline const std::string kFieldTransparentMouseWindowsRawMovePeriod{"transparent_mouse_windows_raw_move_period"};
-inline const std::string kFieldTransparentMouseWindowsRawMoveSensitivity{"transparent_mouse_windows_raw_move_sensitivity"};
+inline const std::string kFieldTransparentMouseWindowsRawMovePeriod{
+    "transparent_mouse_windows_raw_move_period"};
+inline const std::string kFieldTransparentMouseWindowsRawMoveSensitivity{
+    "transparent_mouse_windows_raw_move_sensitivity"};
 inline const std::string kFieldTransparentKeyboard{"transparent_keyboard"};
 inline const std::string kFieldTransparentJoystick{"transparent_joystick"};
 
@@ -116,7 +118,8 @@ inline const std::string kFieldBottomKey{"bottom_key"};
 inline const std::string kFieldLeftKey{"left_key"};
 inline const std::string kFieldHoldCenterIntervalAfterRelease{"hold_center_interval_after_release"};
 inline const std::string kFieldInLinePolicy{"in_line_policy"};
-inline const std::string kFieldTargetPointInputCompensatoryPolicy{"target_point_input_compensatory_policy"};
+inline const std::string kFieldTargetPointInputCompensatoryPolicy{
+    "target_point_input_compensatory_policy"};
 inline const std::string kFieldXPolicy{"x_policy"};
 inline const std::string kFieldXPolicySlopePeriod{"x_policy_slope_period"};
 inline const std::string kFieldXPolicyInterceptPhaseshift{"x_policy_intercept_phaseshift"};

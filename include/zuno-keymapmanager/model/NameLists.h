@@ -41,9 +41,9 @@ enum class ItemType {
 };
 
 inline constexpr std::array<std::string_view, 19> kItemTypeNames{
-    "Unknown", "Click",   "BunchClick", "Swipehold",     "Fire",          "Staring", "Spell",
-    "SpellCancel", "RightWalk", "Eye",  "Gravity",       "Macro",         "Curve",   "LeftStickWalk",
-    "RightStickEye", "Wheel", "Zoom",   "Observe",       "Tip"};
+    "Unknown",       "Click",     "BunchClick", "Swipehold", "Fire",  "Staring", "Spell",
+    "SpellCancel",   "RightWalk", "Eye",        "Gravity",   "Macro", "Curve",   "LeftStickWalk",
+    "RightStickEye", "Wheel",     "Zoom",       "Observe",   "Tip"};
 
 enum class DeviceType { Keyboard, Mouse, Joystick };
 
@@ -88,9 +88,9 @@ inline constexpr std::array<std::string_view, 2> kOrientationNames{"horizontal",
 
 // Captions of the mouse buttons.
 inline constexpr std::array<std::string_view, 11> kMouseButtonCaptions{
-    "left_mouse",     "right_mouse",       "middle_mouse",   "back_mouse",
-    "forward_mouse",  "roller_up_mouse",   "roller_down_mouse", "side_up_mouse",
-    "side_down_mouse", "wheel_up_mouse",   "wheel_down_mouse"};
+    "left_mouse",      "right_mouse",     "middle_mouse",      "back_mouse",
+    "forward_mouse",   "roller_up_mouse", "roller_down_mouse", "side_up_mouse",
+    "side_down_mouse", "wheel_up_mouse",  "wheel_down_mouse"};
 
 /// The position of `name` in `list`, or -1 when the list does not hold it.
 template <std::size_t N>

@@ -1,0 +1,178 @@
+// What a saved document looks like, and the forms of "info" and "param".
+
+#include <gtest/gtest.h>
+
+#include "document/DocumentIO.h"
+#include "tests/TestSupport.h"
+
+namespace {
+
+using namespace testsupport;
+
+const std::string kBlank = "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300";
+
+std::vector<std::string> keysOf(const Poco::JSON::Object::Ptr& object) {
+    std::vector<std::string> names;
+    object->getNames(names);
+    return names;
+}
+
+TEST(DocumentSave, TopLevelKeysAreSortedAndAlwaysPresent) {
+    DocPtr doc = loadText(R"({"info":{"background_color":"1","visibility":true}})");
+    const std::string text = saveText(doc.get());
+    EXPECT_LT(text.find("\"info\""), text.find("\"keymaps\""));
+    EXPECT_LT(text.find("\"keymaps\""), text.find("\"param\""));
+    EXPECT_EQ(keysOf(parseObject(text)), (std::vector<std::string>{"info", "keymaps", "param"}));
+    EXPECT_NE(text.find("\n    \"info\": {\n        \"background_color\""), std::string::npos)
+        << "indentation of 4 per level";
+}
+
+TEST(DocumentSave, KeyboardAndGamepadInfoForms) {
+    DocPtr keyboard(km::LoadKeymapConfigAndInfo(kBlank, ""));
+    DocPtr gamepad(km::LoadJoystickConfigAndInfo(kBlank, ""));
+    const auto keyboardInfo = parseObject(saveText(keyboard.get()))->getObject("info");
+    const auto gamepadInfo = parseObject(saveText(gamepad.get()))->getObject("info");
+
+    EXPECT_EQ(
+        keysOf(keyboardInfo),
+        (std::vector<std::string>{
+            "background_color", "is_joystick", "transparent_ESC", "transparent_keyboard",
+            "transparent_mouse", "transparent_mouse_windows_raw_move_period",
+            "transparent_mouse_windows_raw_move_sensitivity", "transparent_wheel", "visibility"}));
+    EXPECT_FALSE(keyboardInfo->getValue<bool>("transparent_keyboard"));
+    EXPECT_EQ(keysOf(gamepadInfo),
+              (std::vector<std::string>{"background_color", "is_joystick", "transparent_joystick",
+                                        "visibility"}));
+    EXPECT_FALSE(gamepadInfo->getValue<bool>("transparent_joystick"));
+    EXPECT_TRUE(gamepadInfo->getValue<bool>("is_joystick"));
+}
+
+TEST(DocumentSave, ParameterForms) {
+    DocPtr keyboard(km::LoadKeymapConfigAndInfo(kBlank, ""));
+    DocPtr gamepad(km::LoadJoystickConfigAndInfo(kBlank, ""));
+    EXPECT_EQ(parseObject(saveText(gamepad.get()))->getObject("param")->size(), 0U);
+
+    const auto param = parseObject(saveText(keyboard.get()))->getObject("param");
+    const auto wheel = param->getObject("wheel_policy");
+    const auto transparent = param->getObject("transparent_wheel_policy");
+    ASSERT_FALSE(wheel.isNull());
+    ASSERT_FALSE(transparent.isNull());
+    EXPECT_EQ(wheel->getValue<int>("zoom_first_interval"), 16);
+    EXPECT_EQ(wheel->getValue<int>("zoom_last_idle"), 0);
+    EXPECT_EQ(wheel->getValue<int>("zoom_margin"), 20);
+    EXPECT_EQ(wheel->getValue<int>("zoom_period"), 16);
+    EXPECT_EQ(wheel->getValue<int>("zoom_steps"), 8);
+    EXPECT_DOUBLE_EQ(wheel->getValue<double>("zoom_step_distance"), 0.00625);
+    EXPECT_DOUBLE_EQ(wheel->getValue<double>("wheel_step_distance"), 0.01);
+    EXPECT_EQ(transparent->getValue<int>("protocol_version"), 0);
+    EXPECT_DOUBLE_EQ(transparent->getValue<double>("sensitivity"), 1.0);
+}
+
+TEST(DocumentSave, InfoAndParametersRoundTrip) {
+    CallbackRecorder recorder;
+    const std::string text = R"({"info":{"background_color":"12345678","visibility":false,
+        "transparent_mouse":"Mouse_Custom","transparent_ESC":true,"transparent_wheel":true,
+        "transparent_mouse_windows_raw_move_period":7,
+        "transparent_mouse_windows_raw_move_sensitivity":2.5,"transparent_keyboard":false},
+        "param":{"wheel_policy":{"zoom_first_interval":1,"zoom_last_idle":2,"zoom_period":3,
+        "zoom_steps":4,"zoom_margin":5,"zoom_step_distance":0.5,"wheel_step_distance":0.25},
+        "transparent_wheel_policy":{"sensitivity":3,"protocol_version":2}}})";
+    DocPtr first = loadText(text);
+    const std::string saved = saveText(first.get());
+    DocPtr second = loadText(saved);
+    EXPECT_EQ(saveText(second.get()), saved);
+    EXPECT_TRUE(recorder.take().empty());
+
+    const km::ConfigInfo& info = *second->info;
+    EXPECT_EQ(info.transparent_mouse, "Mouse_Custom");
+    EXPECT_EQ(info.transparent_mouse_windows_raw_move_period, 7);
+    EXPECT_DOUBLE_EQ(info.transparent_mouse_windows_raw_move_sensitivity, 2.5);
+    EXPECT_TRUE(info.transparent_ESC);
+    EXPECT_FALSE(info.transparent_keyboard);
+    const km::ConfigParam& param = *second->param;
+    EXPECT_EQ(param.zoom_steps, 4);
+    EXPECT_EQ(param.zoom_margin, 5);
+    EXPECT_DOUBLE_EQ(param.wheel_step_distance, 0.25);
+    EXPECT_DOUBLE_EQ(param.sensitivity, 3.0);
+    EXPECT_EQ(param.protocol_version, 2);
+}
+
+TEST(DocumentSave, GamepadDocumentsDropKeyboardSettings) {
+    DocPtr doc = loadJoystickText(
+        R"({"info":{"background_color":"1","visibility":true,"transparent_ESC":true,
+        "transparent_keyboard":false,"transparent_joystick":false},
+        "param":{"transparent_wheel_policy":{"sensitivity":9}}})");
+    DocPtr reread = loadJoystickText(saveText(doc.get()));
+    EXPECT_FALSE(reread->info->transparent_ESC);
+    EXPECT_TRUE(reread->info->transparent_keyboard);
+    EXPECT_FALSE(reread->info->transparent_joystick);
+    EXPECT_DOUBLE_EQ(reread->param->sensitivity, 1.0);
+}
+
+TEST(DocumentSave, EmptyTransparentWheelPolicyChangesNothing) {
+    CallbackRecorder recorder;
+    DocPtr doc = loadText(
+        R"({"info":{"background_color":"1","visibility":true},"param":{"transparent_wheel_policy":{}}})");
+    EXPECT_TRUE(recorder.take().empty());
+    EXPECT_DOUBLE_EQ(doc->param->sensitivity, 1.0);
+}
+
+TEST(DocumentSave, MissingDirectoryWritesNothingAndStillSucceeds) {
+    DocPtr doc(km::LoadKeymapConfigAndInfo(kBlank, ""));
+    EXPECT_TRUE(km::SaveKeymapConfigAndInfo("/nonexistent-dir/x/keymap.json", doc.get()));
+    EXPECT_TRUE(km::SaveJoystickConfigAndInfo("/nonexistent-dir/x/keymap.json", doc.get()));
+}
+
+TEST(DocumentSave, KeymapAndJoystickSavesWriteTheSameBytes) {
+    DocPtr doc(km::LoadJoystickConfigAndInfo(kBlank, ""));
+    TempFile a;
+    TempFile b;
+    km::SaveKeymapConfigAndInfo(a.path(), doc.get());
+    km::SaveJoystickConfigAndInfo(b.path(), doc.get());
+    EXPECT_FALSE(a.read().empty());
+    EXPECT_EQ(a.read(), b.read());
+}
+
+TEST(BuiltInDocuments, TextsAreKeptByteForByte) {
+    const auto& keymaps = EmbededConfig::keymapConfigs();
+    const auto& joysticks = EmbededConfig::joystickConfigs();
+    ASSERT_EQ(keymaps.size(), 2U);
+    ASSERT_EQ(joysticks.size(), 1U);
+    EXPECT_EQ(keymaps.at(kBlank).size(), 518U);
+    EXPECT_EQ(keymaps.at("system-9252A9CA-0C32-4FFD-8BF6-82653751D068").size(), 393U);
+    EXPECT_EQ(joysticks.at(kBlank).size(), 517U);
+    for (const auto* table : {&keymaps, &joysticks}) {
+        for (const auto& entry : *table) {
+            EXPECT_EQ(entry.second.rfind("{\n                \"info\": {\n", 0), 0U);
+            EXPECT_NE(entry.second.back(), '\n');
+        }
+    }
+    EXPECT_NE(keymaps.at("system-9252A9CA-0C32-4FFD-8BF6-82653751D068")
+                  .find("\"keymaps\":[]\n                }"),
+              std::string::npos);
+    EXPECT_EQ(&EmbededConfig::keymapConfigs(), &keymaps);
+}
+
+TEST(BuiltInDocuments, LoadWithTheirOwnSwitchesAndDefaultParameters) {
+    CallbackRecorder recorder;
+    DocPtr keyboard(km::LoadKeymapConfigAndInfo(kBlank, ""));
+    DocPtr gamepad(km::LoadJoystickConfigAndInfo(kBlank, ""));
+    EXPECT_FALSE(keyboard->info->is_joystick);
+    EXPECT_FALSE(keyboard->info->transparent_keyboard);
+    EXPECT_TRUE(gamepad->info->is_joystick);
+    EXPECT_FALSE(gamepad->info->transparent_joystick);
+    EXPECT_EQ(keyboard->param->zoom_steps, 8);
+    EXPECT_TRUE(recorder.take().empty());
+}
+
+TEST(KeymapManagerText, DataStringPicksBuiltInElseHostText) {
+    KeymapManager& manager = KeymapManager::GetInstance();
+    const std::string data = "{}";
+    EXPECT_EQ(&manager.GetDataString(true, "no-such-name", data), &data);
+    EXPECT_EQ(&manager.GetDataString(true, kBlank, data),
+              &EmbededConfig::keymapConfigs().at(kBlank));
+    EXPECT_EQ(&manager.GetDataString(false, kBlank, data),
+              &EmbededConfig::joystickConfigs().at(kBlank));
+}
+
+}  // namespace
