@@ -19,9 +19,9 @@
 namespace zunokeymapmanager {
 
 class ZUNO_KM_API StaringConfigItem : public ComposableConfigItem
-    /// A look mode switched on by its key: the pointer looks around within
-    /// `staring_range` and is brought back according to the reset policy.
-    /// Every member is required on reading; `reset_type` is kept as written.
+/// A look mode switched on by its key: the pointer looks around within
+/// `staring_range` and is brought back according to the reset policy.
+/// Every member is required on reading; `reset_type` is kept as written.
 {
 public:
     SizeF staring_range{0.5, 0.5};
@@ -44,9 +44,9 @@ template <typename Item>
 struct DirectionalLookOps;
 
 class ZUNO_KM_API EyeConfigItem : public DiamondConfigItem
-    /// A camera look steered by four direction keys (the arrow keys by
-    /// default). Valid when any direction key is set; fires for any of them.
-    /// All four keys and the sensitivity are required on reading.
+/// A camera look steered by four direction keys (the arrow keys by
+/// default). Valid when any direction key is set; fires for any of them.
+/// All four keys and the sensitivity are required on reading.
 {
 public:
     std::int32_t sensitivity = 100;
@@ -64,9 +64,9 @@ private:
 };
 
 class ZUNO_KM_API GravityConfigItem : public DiamondConfigItem
-    /// A tilt of the device steered by four direction keys. Apart from its
-    /// type name and its default sensitivity it behaves exactly like
-    /// EyeConfigItem.
+/// A tilt of the device steered by four direction keys. Apart from its
+/// type name and its default sensitivity it behaves exactly like
+/// EyeConfigItem.
 {
 public:
     std::int32_t sensitivity = 20;

@@ -20,8 +20,8 @@
 namespace zunokeymapmanager {
 
 struct SpellInfo
-    /// The skill button on the screen and the range a cast may be aimed in
-    /// ("spell_info").
+/// The skill button on the screen and the range a cast may be aimed in
+/// ("spell_info").
 {
     PointF rel_position{0.5, 0.5};
     double rel_radius = 0.5;
@@ -29,10 +29,10 @@ struct SpellInfo
 };
 
 struct SpellSwipeholdInfo
-    /// The drag that aims a skill ("swipehold_info"). The block from
-    /// `first_point_policy` on mirrors the drag item's settings; only
-    /// `rel_radius` defaults differently. A null `rel_position` means the drag
-    /// is centred on the skill item's own work position.
+/// The drag that aims a skill ("swipehold_info"). The block from
+/// `first_point_policy` on mirrors the drag item's settings; only
+/// `rel_radius` defaults differently. A null `rel_position` means the drag
+/// is centred on the skill item's own work position.
 {
     PointF rel_position;
     std::int32_t interval = 32;
@@ -49,8 +49,8 @@ struct SpellSwipeholdInfo
 };
 
 struct SpellOption
-    /// When a cast fires and how it gets along with walking ("spell_option").
-    /// The policy strings are kept as written, known names or not.
+/// When a cast fires and how it gets along with walking ("spell_option").
+/// The policy strings are kept as written, known names or not.
 {
     bool need_spell_direction = true;
     bool stop_walk_after_spell = false;
@@ -61,9 +61,9 @@ struct SpellOption
 };
 
 struct TapInfo
-    /// An optional tap sequence played around `rel_center_pos` ("tap_info").
-    /// It is written only when complete: a centre, a non-zero factor and
-    /// distance ratio, and a sequence.
+/// An optional tap sequence played around `rel_center_pos` ("tap_info").
+/// It is written only when complete: a centre, a non-zero factor and
+/// distance ratio, and a sequence.
 {
     PointF rel_center_pos;
     double factor = 0.0;
@@ -72,8 +72,8 @@ struct TapInfo
 };
 
 class ZUNO_KM_API SpellConfigItem : public ComposableConfigItem
-    /// Casts a skill from its key or key combination, optionally aimed by a
-    /// drag. The drag settings can be handed out as a real drag item.
+/// Casts a skill from its key or key combination, optionally aimed by a
+/// drag. The drag settings can be handed out as a real drag item.
 {
 public:
     SpellInfo spell_info;
@@ -98,7 +98,7 @@ public:
 };
 
 class ZUNO_KM_API SpellCancelConfigItem : public ComposableConfigItem
-    /// Cancels a skill being aimed, after `delay_time`.
+/// Cancels a skill being aimed, after `delay_time`.
 {
 public:
     bool is_in_use = true;

@@ -17,8 +17,8 @@
 namespace zunokeymapmanager {
 
 struct FirstPointPolicy
-    /// How the first touch of a drag is made ("first_point_policy").
-    /// The strings are kept as written, known names or not.
+/// How the first touch of a drag is made ("first_point_policy").
+/// The strings are kept as written, known names or not.
 {
     std::string handle_type = "Move";
     std::string move_type = "Constant";
@@ -32,8 +32,8 @@ struct FirstPointPolicy
 };
 
 struct SubsequentPointPolicy
-    /// How the later touches of the same drag are made
-    /// ("subsequent_point_policy").
+/// How the later touches of the same drag are made
+/// ("subsequent_point_policy").
 {
     std::string handle_type = "Click";
     std::int32_t steps = 6;
@@ -41,8 +41,8 @@ struct SubsequentPointPolicy
 };
 
 struct TargetPointInputCompensatoryPolicy
-    /// Correction applied to the target point of a drag, per axis: a policy
-    /// name and its two numbers (slope or period, intercept or phase shift).
+/// Correction applied to the target point of a drag, per axis: a policy
+/// name and its two numbers (slope or period, intercept or phase shift).
 {
     std::string x_policy = "Default";
     double x_policy_slope_period = 1.0;
@@ -58,12 +58,12 @@ struct TargetPointInputCompensatoryPolicy
 };
 
 class ZUNO_KM_API SwipeholdConfigItem : public DiamondConfigItem
-    /// A drag steered by four direction keys (W, D, S, A by default).
-    ///
-    /// Every setting is written on save. On reading, each settings object and
-    /// each direction key is optional, but once present its core members are
-    /// required. The item is valid when any direction key is set and fires
-    /// for any of them; its own base key plays no part.
+/// A drag steered by four direction keys (W, D, S, A by default).
+///
+/// Every setting is written on save. On reading, each settings object and
+/// each direction key is optional, but once present its core members are
+/// required. The item is valid when any direction key is set and fires
+/// for any of them; its own base key plays no part.
 {
 public:
     FirstPointPolicy first_point_policy;
