@@ -100,8 +100,13 @@ void BM_Save_Baseline(benchmark::State& state) {
     const Poco::JSON::Object::Ptr root = plainParse(saved.str()).extract<Poco::JSON::Object::Ptr>();
 
     for (auto _ : state) {
+        // Streaming straight into the file stream is several times slower
+        // than stringifying to memory and writing once; the faster way is
+        // the floor.
+        std::ostringstream text;
+        Poco::JSON::Stringifier::stringify(root, text, 4, -1, Poco::JSON_WRAP_STRINGS);
         std::ofstream out(path, std::ios::out | std::ios::trunc | std::ios::binary);
-        Poco::JSON::Stringifier::stringify(root, out, 4, -1, Poco::JSON_WRAP_STRINGS);
+        out << text.str();
     }
     std::remove(path.c_str());
     setBar(state, 1.5);

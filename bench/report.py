@@ -22,7 +22,10 @@ def load(paths):
     notes = []
     for path in paths:
         with open(path, encoding="utf-8") as f:
-            data = json.load(f)
+            text = f.read()
+        if not text.strip():
+            continue  # a filter matched nothing in this executable
+        data = json.loads(text)
         for b in data.get("benchmarks", []):
             name = b["run_name"]
             kind = b.get("aggregate_name") if b.get("run_type") == "aggregate" else "iteration"
