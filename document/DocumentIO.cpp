@@ -13,7 +13,6 @@
 #include <Poco/Exception.h>
 #include <Poco/JSON/ParseHandler.h>
 #include <Poco/JSON/Parser.h>
-#include <Poco/JSON/Stringifier.h>
 
 #include "model/JsonIO.h"
 #include "zuno-keymapmanager/model/ConfigFactory.h"
@@ -24,9 +23,9 @@ namespace document {
 
 namespace {
 
-// Stringifier options: strings quoted and escaped, no Unicode escaping.
-constexpr int kWriteOptions = Poco::JSON_WRAP_STRINGS;
 constexpr unsigned kIndent = 4;
+// Items are elements of the top-level "keymaps" array: two levels deep.
+constexpr unsigned kItemIndent = 2 * kIndent;
 
 Poco::Dynamic::Var parse(const std::string& text, const std::string& path) {
     Poco::JSON::Parser parser(new Poco::JSON::ParseHandler(false));
@@ -74,26 +73,41 @@ void Read(const std::string& text, const std::string& path, KeymapConfig& doc) {
 }
 
 std::string Write(const KeymapConfig& doc) {
-    json::ArrayPtr elements = new Poco::JSON::Array();
+    // The output is what the stringifier makes of the whole document object
+    // (sorted top-level keys, indentation 4), but the items are written one
+    // at a time: each item's object is freed before the next one is built.
+    // Holding the objects of a large document at once costs more than
+    // stringifying them, because of the memory they spread over.
+    std::stringstream items;
+    bool first = true;
     for (const ConfigItem* item : doc.items) {
-        if (item != nullptr) {
-            elements->add(json::ObjectPtr(new Poco::JSON::Object(item->ConvertToJsonObject())));
+        if (item == nullptr) {
+            continue;
         }
+        items << (first ? "" : ",\n") << std::string(kItemIndent, ' ');
+        first = false;
+        item->ConvertToJsonObject().stringify(items, kItemIndent + kIndent, kIndent);
     }
     const bool isJoystick = doc.info != nullptr && doc.info->is_joystick;
+    const Poco::JSON::Object info =
+        doc.info != nullptr ? doc.info->ConvertToJsonObject() : ConfigInfo().ConvertToJsonObject();
+    const Poco::JSON::Object param = doc.param != nullptr
+                                         ? doc.param->ConvertToJsonObject(isJoystick)
+                                         : ConfigParam().ConvertToJsonObject(isJoystick);
 
-    json::ObjectPtr root = json::newObject();
-    root->set(kFieldKeymaps, elements);
-    root->set(kFieldInfo, json::ObjectPtr(new Poco::JSON::Object(
-                              doc.info != nullptr ? doc.info->ConvertToJsonObject()
-                                                  : ConfigInfo().ConvertToJsonObject())));
-    root->set(kFieldParam,
-              json::ObjectPtr(new Poco::JSON::Object(
-                  doc.param != nullptr ? doc.param->ConvertToJsonObject(isJoystick)
-                                       : ConfigParam().ConvertToJsonObject(isJoystick))));
-
+    // {"info": ..., "keymaps": [...], "param": ...}, laid out as the
+    // stringifier lays out an object at the top level and an array inside it.
+    const std::string member = "\n" + std::string(kIndent, ' ') + '"';
     std::ostringstream out;
-    Poco::JSON::Stringifier::stringify(root, out, kIndent, -1, kWriteOptions);
+    out << '{' << member << kFieldInfo << "\": ";
+    info.stringify(out, 2 * kIndent, kIndent);
+    out << ',' << member << kFieldKeymaps << "\": [\n";
+    if (!first) {
+        out << items.rdbuf();  // inserting an empty buffer would fail the stream
+    }
+    out << '\n' << std::string(kIndent, ' ') << "]," << member << kFieldParam << "\": ";
+    param.stringify(out, 2 * kIndent, kIndent);
+    out << "\n}";
     return out.str();
 }
 
