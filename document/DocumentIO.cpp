@@ -8,7 +8,9 @@
 
 #include <fstream>
 #include <memory>
-#include <sstream>
+#include <ostream>
+#include <streambuf>
+#include <string>
 
 #include <Poco/Exception.h>
 #include <Poco/JSON/ParseHandler.h>
@@ -26,6 +28,42 @@ namespace {
 constexpr unsigned kIndent = 4;
 // Items are elements of the top-level "keymaps" array: two levels deep.
 constexpr unsigned kItemIndent = 2 * kIndent;
+
+// Room for one item as saved; a fair guess spares most regrowth of the output.
+constexpr std::size_t kTypicalItemBytes = 2048;
+
+// An output buffer over a string that grows by doubling and is handed over
+// at the end, without the copy a string stream makes.
+class StringSink : public std::streambuf {
+public:
+    explicit StringSink(std::size_t capacity) {
+        text_.resize(capacity > 0 ? capacity : 1);
+        setp(text_.data(), text_.data() + text_.size());
+    }
+
+    std::string take() {
+        text_.resize(written());
+        setp(nullptr, nullptr);
+        return std::move(text_);
+    }
+
+protected:
+    int_type overflow(int_type c) override {
+        if (traits_type::eq_int_type(c, traits_type::eof())) {
+            return traits_type::not_eof(c);
+        }
+        const std::size_t used = written();
+        text_.resize(text_.size() * 2);
+        setp(text_.data() + used, text_.data() + text_.size());
+        sputc(traits_type::to_char_type(c));
+        return c;
+    }
+
+private:
+    std::size_t written() const { return static_cast<std::size_t>(pptr() - text_.data()); }
+
+    std::string text_;
+};
 
 Poco::Dynamic::Var parse(const std::string& text, const std::string& path) {
     Poco::JSON::Parser parser(new Poco::JSON::ParseHandler(false));
@@ -77,17 +115,9 @@ std::string Write(const KeymapConfig& doc) {
     // (sorted top-level keys, indentation 4), but the items are written one
     // at a time: each item's object is freed before the next one is built.
     // Holding the objects of a large document at once costs more than
-    // stringifying them, because of the memory they spread over.
-    std::stringstream items;
-    bool first = true;
-    for (const ConfigItem* item : doc.items) {
-        if (item == nullptr) {
-            continue;
-        }
-        items << (first ? "" : ",\n") << std::string(kItemIndent, ' ');
-        first = false;
-        item->ConvertToJsonObject().stringify(items, kItemIndent + kIndent, kIndent);
-    }
+    // stringifying them, because of the memory they spread over. Converting
+    // is free of side effects, so info and param can be converted first and
+    // the whole text written front to back into one buffer.
     const bool isJoystick = doc.info != nullptr && doc.info->is_joystick;
     const Poco::JSON::Object info =
         doc.info != nullptr ? doc.info->ConvertToJsonObject() : ConfigInfo().ConvertToJsonObject();
@@ -97,18 +127,25 @@ std::string Write(const KeymapConfig& doc) {
 
     // {"info": ..., "keymaps": [...], "param": ...}, laid out as the
     // stringifier lays out an object at the top level and an array inside it.
+    StringSink sink(kTypicalItemBytes * doc.items.size() + kTypicalItemBytes);
+    std::ostream out(&sink);
     const std::string member = "\n" + std::string(kIndent, ' ') + '"';
-    std::ostringstream out;
     out << '{' << member << kFieldInfo << "\": ";
     info.stringify(out, 2 * kIndent, kIndent);
     out << ',' << member << kFieldKeymaps << "\": [\n";
-    if (!first) {
-        out << items.rdbuf();  // inserting an empty buffer would fail the stream
+    bool first = true;
+    for (const ConfigItem* item : doc.items) {
+        if (item == nullptr) {
+            continue;
+        }
+        out << (first ? "" : ",\n") << std::string(kItemIndent, ' ');
+        first = false;
+        item->ConvertToJsonObject().stringify(out, kItemIndent + kIndent, kIndent);
     }
     out << '\n' << std::string(kIndent, ' ') << "]," << member << kFieldParam << "\": ";
     param.stringify(out, 2 * kIndent, kIndent);
     out << "\n}";
-    return out.str();
+    return sink.take();
 }
 
 bool WriteFile(const std::string& path, const std::string& text) {
