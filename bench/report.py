@@ -2,7 +2,8 @@
 """Pairs every benchmark case with its baseline and prints one table.
 
 Reads Google Benchmark JSON files. A case "BM_X" (with or without arguments,
-"BM_X/2000") is paired with "BM_X_Baseline" carrying the same arguments. The
+"BM_X/2000") is paired with "BM_X_Baseline" carrying the same arguments; a
+case "BM_X_Library" is paired with the other benchmark named "BM_X_...". The
 user counter "bar" of a case is the largest acceptable ratio case/baseline.
 Times are CPU times (the machine may be shared, so wall time says less),
 medians when the run had repetitions. Exits 1 when a ratio misses its bar.
@@ -13,6 +14,7 @@ import re
 import sys
 
 BASELINE = re.compile(r"_?[Bb]aseline(?=/|$)")
+LIBRARY = re.compile(r"^(.*)_Library$")
 UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
 
 
@@ -72,7 +74,18 @@ def main(paths):
             if BASELINE.search(candidate) and BASELINE.sub("", candidate) == name:
                 baseline_name = candidate
                 break
+        library = LIBRARY.match(name)
+        if library:
+            for candidate in runs:
+                if candidate != name and candidate.startswith(library.group(1) + "_"):
+                    baseline_name = candidate
+                    break
+        elif any(LIBRARY.match(other) and name.startswith(LIBRARY.match(other).group(1) + "_")
+                 for other in runs):
+            continue  # the baseline of a "_Library" case
         label = name[3:] if name.startswith("BM_") else name
+        if baseline_name is not None and library:
+            label = f"{label} vs {baseline_name.rsplit('_', 1)[-1]}"
         if baseline_name is None:
             rows.append((label, show(seconds), "-", "-", "-", ""))
             continue
@@ -90,6 +103,11 @@ def main(paths):
             ratio_text = f"{ratio:.3f}"
         rows.append((label, show(seconds), show(base), ratio_text, bar_text, verdict))
 
+    def order(row):
+        base, _, arg = row[0].partition("/")
+        return (base, int(arg) if arg.isdigit() else 0)
+
+    rows.sort(key=order)
     header = ("case", "time (cpu)", "baseline", "ratio", "bar", "")
     widths = [max(len(str(r[i])) for r in rows + [header]) for i in range(len(header))]
     line = lambda r: "  ".join(str(v).ljust(w) for v, w in zip(r, widths)).rstrip()
