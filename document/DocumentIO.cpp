@@ -6,6 +6,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <fstream>
 #include <memory>
 #include <ostream>
@@ -31,6 +32,9 @@ constexpr unsigned kItemIndent = 2 * kIndent;
 
 // Room for one item as saved; a fair guess spares most regrowth of the output.
 constexpr std::size_t kTypicalItemBytes = 2048;
+// The guess is only a start: beyond this the buffer grows as it fills, so a
+// host's item list full of empty slots cannot ask for memory up front.
+constexpr std::size_t kMaxInitialBytes = std::size_t{16} << 20;
 
 // An output buffer over a string that grows by doubling and is handed over
 // at the end, without the copy a string stream makes.
@@ -127,7 +131,7 @@ std::string Write(const KeymapConfig& doc) {
 
     // {"info": ..., "keymaps": [...], "param": ...}, laid out as the
     // stringifier lays out an object at the top level and an array inside it.
-    StringSink sink(kTypicalItemBytes * doc.items.size() + kTypicalItemBytes);
+    StringSink sink(std::min(kTypicalItemBytes * (doc.items.size() + 1), kMaxInitialBytes));
     std::ostream out(&sink);
     const std::string member = "\n" + std::string(kIndent, ' ') + '"';
     out << '{' << member << kFieldInfo << "\": ";
