@@ -26,6 +26,7 @@
 #include "zuno-keymapmanager/items/LookItems.h"
 #include "zuno-keymapmanager/items/SpellItems.h"
 #include "zuno-keymapmanager/items/SwipeholdItem.h"
+#include "zuno-keymapmanager/items/TapItems.h"
 
 // Documents.
 #include "zuno-keymapmanager/document/ConfigInfo.h"
