@@ -95,10 +95,15 @@ void Read(const std::string& text, const std::string& path, KeymapConfig& doc) {
     }
 
     if (root->has(kFieldKeymaps)) {
-        const json::ArrayPtr elements = json::array(root, kFieldKeymaps);
+        json::ArrayPtr elements = json::array(root, kFieldKeymaps);
         for (std::size_t i = 0; i < elements->size(); ++i) {
-            std::unique_ptr<ConfigItem> item(
-                ConfigFactory::ProduceConfigItem(elements->getObject(i)));
+            // The parsed element is freed as soon as its item has read it,
+            // while it is still in the cache, and its memory serves the
+            // items that follow; the parse tree is this reader's own.
+            json::ObjectPtr element = elements->getObject(i);
+            elements->set(static_cast<unsigned int>(i), Poco::Dynamic::Var());
+            std::unique_ptr<ConfigItem> item(ConfigFactory::ProduceConfigItem(element));
+            element.reset();
             if (item) {
                 // Make room first, so the document owns the item the moment it is released.
                 doc.items.push_back(nullptr);
