@@ -379,4 +379,33 @@ TEST(MacroDifferential, RecognisersAgreeWithThePatternsOnRandomLines) {
     }
 }
 
+// The base converter's conversions read the first pair of numbers, which
+// counts only when it ends the text.
+TEST(MacroDifferential, BaseConversionsAgreeWithThePatternsOnRandomLines) {
+    const std::regex pair(R"((\d+),(\d+))", std::regex::ECMAScript);
+    const std::regex group(R"(\(([^,]+),([^)]+)\))", std::regex::ECMAScript);
+    std::mt19937 rng(7);
+    int copied = 0;
+    for (int n = 0; n < 100000; ++n) {
+        const std::string line = randomLine(rng);
+        std::smatch m;
+        std::string running = "press_rel:";
+        if (std::regex_search(line, m, pair) && m.suffix().length() == 0) {
+            running += m.str(1) + ";" + m.str(2) + ";";
+            ++copied;
+        }
+        std::string editing = "press";
+        if (std::regex_search(line, m, group) && m.suffix().length() == 0) {
+            editing += " " + m.str(1) + " " + m.str(2);
+            ++copied;
+        }
+        km::MarcoConVerter converter;
+        converter.initEditingText(line, km::Rect());
+        converter.initRunningText(line, km::Rect());
+        ASSERT_EQ(converter.converterToRunningText(), running) << escaped(line);
+        ASSERT_EQ(converter.converterToEditingText(), editing) << escaped(line);
+    }
+    EXPECT_GT(copied, 1000);
+}
+
 }  // namespace
