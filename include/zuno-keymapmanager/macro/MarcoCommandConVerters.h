@@ -73,7 +73,7 @@ ZUNO_KM_API std::string macroEditingTextOf(MacroCommand command, const MarcoConV
 ZUNO_KM_API std::string macroRunningTextOf(MacroCommand command, const MarcoConVerter& converter);
 
 template <MacroCommand C>
-class MarcoCommandConVerter : public MarcoConVerter
+class ZUNO_KM_API MarcoCommandConVerter : public MarcoConVerter
 /// The converter of one command. The recognisers run in time linear in the
 /// line's length and never recurse, so any line is answered promptly.
 {
