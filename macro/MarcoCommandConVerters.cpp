@@ -58,6 +58,12 @@ constexpr LineShape joinedValues(std::string_view keyword, std::string_view w = 
     return {Shape::Values, keyword, false, w};
 }
 
+constexpr bool kEndsInKeyCode = true;
+
+/// Whether blanks stand between a keyword and its value.
+constexpr bool kAfterBlanks = true;
+constexpr bool kJoined = false;
+
 constexpr LineShape findNumber(std::string_view keyword, bool gap) {
     return {Shape::FindNumber, keyword, gap};
 }
@@ -73,30 +79,30 @@ constexpr CommandRow kCommands[] = {
     {C::Click, points("click"), relativePoints("click_rel:"), "click ", "click_rel:"},
     {C::Press, points("press"), relativePoints("press_rel:"), "press ", "press_rel:"},
     {C::Release, points("release"), relativePoints("release_rel:"), "release ", "release_rel:"},
-    {C::DefaultSleep, findNumber("default_sleep_time", true), findNumber("default_sleep_time:", false),
+    {C::DefaultSleep, findNumber("default_sleep_time", kAfterBlanks), findNumber("default_sleep_time:", kJoined),
      "default_sleep_time ", "default_sleep_time:"},
     // The running sleep line is "sleep:" and its digits, with nothing after them.
     {C::Sleep, {Shape::OptionalNumber, "sleep"}, joinedValues("sleep:"), "sleep", "sleep"},
-    {C::KeyboardPress, never, findNumber("keyboard_press:", false), "key_press ", "keyboard_press:", true},
-    {C::KeyboardRelease, never, findNumber("keyboard_release:", false), "key_release ", "keyboard_release:", true},
-    {C::KeyboardSwitch, never, findNumber("keyboard_switch:", false), "key_switch ", "keyboard_switch:", true},
+    {C::KeyboardPress, never, findNumber("keyboard_press:", kJoined), "key_press ", "keyboard_press:", kEndsInKeyCode},
+    {C::KeyboardRelease, never, findNumber("keyboard_release:", kJoined), "key_release ", "keyboard_release:", kEndsInKeyCode},
+    {C::KeyboardSwitch, never, findNumber("keyboard_switch:", kJoined), "key_switch ", "keyboard_switch:", kEndsInKeyCode},
     {C::EnterStaring, word("enter_staring"), word("enter_staring"), "enter_staring", "enter_staring"},
     {C::ExitStaring, word("exit_staring"), word("exit_staring"), "exit_staring", "exit_staring"},
     {C::Curve, points("curve"), relativePoints("curve_rel:"), "curve ", "curve_rel:"},
     {C::Switch, points("switch"), relativePoints("switch_rel:"), "switch ", "switch_rel:"},
-    {C::MousePress, never, findNumber("mouse_press:", false), "mouse_press ", "mouse_press:", true},
-    {C::MouseRelease, never, findNumber("mouse_release:", false), "mouse_release ", "mouse_release:", true},
-    {C::MouseSwitch, never, findNumber("mouse_switch:", false), "mouse_switch ", "mouse_switch:", true},
+    {C::MousePress, never, findNumber("mouse_press:", kJoined), "mouse_press ", "mouse_press:", kEndsInKeyCode},
+    {C::MouseRelease, never, findNumber("mouse_release:", kJoined), "mouse_release ", "mouse_release:", kEndsInKeyCode},
+    {C::MouseSwitch, never, findNumber("mouse_switch:", kJoined), "mouse_switch ", "mouse_switch:", kEndsInKeyCode},
     {C::ReleaseAll, word("release_all"), word("release_all"), "release_all", "release_all"},
     {C::StopLoop, word("loop_end"), word("stop_loop"), "loop_end", "stop_loop"},
     {C::StartLoop, spacedValues("loop", "until_release"), joinedValues("start_loop:", "until_release"),
      "loop ", "start_loop:"},
     {C::TextInject, {Shape::Quoted, "text"}, {Shape::Rest, "text_inject:"}, "text \"\"", "text_inject:"},
-    {C::JoystickPress, findName("joystick_press", true), findName("joystick_press:", false),
+    {C::JoystickPress, findName("joystick_press", kAfterBlanks), findName("joystick_press:", kJoined),
      "joystick_press ", "joystick_press:"},
-    {C::JoystickRelease, findName("joystick_release", true), findName("joystick_release:", false),
+    {C::JoystickRelease, findName("joystick_release", kAfterBlanks), findName("joystick_release:", kJoined),
      "joystick_release ", "joystick_release:"},
-    {C::JoystickSwitch, findName("joystick_switch", true), findName("joystick_switch:", false),
+    {C::JoystickSwitch, findName("joystick_switch", kAfterBlanks), findName("joystick_switch:", kJoined),
      "joystick_switch ", "joystick_switch:"},
     {C::LockWindows, word("lock_windows"), word("lock_windows"), "lock_windows", "lock_windows"},
     {C::UnLockWindows, word("unlock_windows"), word("unlock_windows"), "unlock_windows", "unlock_windows"},
