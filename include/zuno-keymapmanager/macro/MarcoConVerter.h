@@ -21,6 +21,9 @@ class ZUNO_KM_API MarcoConVerter
 /// A converter is made per line by MarcoConVerterFactory, initialised once and
 /// asked for one conversion. The command classes override the two conversions
 /// only; the base conversions below are what a class without overrides gets.
+/// Each command class also has two static, non-virtual predicates,
+/// isEditingTextMatch and isRunningTextMatch, which tell whether a line is one
+/// of its lines; the factory asks them in its fixed order.
 ///
 /// The class has no virtual destructor on purpose: converters are always owned
 /// through std::shared_ptr made with their concrete type, which deletes them
