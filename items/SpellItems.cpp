@@ -24,8 +24,7 @@ std::unique_ptr<SwipeholdConfigItem> produceSwipehold() {
     if (swipehold == nullptr) {
         return nullptr;
     }
-    item.release();
-    return std::unique_ptr<SwipeholdConfigItem>(swipehold);
+    return std::unique_ptr<SwipeholdConfigItem>(static_cast<SwipeholdConfigItem*>(item.release()));
 }
 
 // The drag settings written by the drag item itself, so that both item types

@@ -82,6 +82,8 @@ TEST(MacroConverter, StoresWhatItIsGiven) {
     EXPECT_EQ(converter.editingText(), "click mouse");
     EXPECT_EQ(converter.runningText(), "click_rel:mouse");
     EXPECT_EQ(converter.screenRect().x2, 3);
+    EXPECT_EQ(km::MarcoConVerter::scancodeToText("keyboard", 1), "Esc");
+    EXPECT_EQ(km::MarcoConVerter::textToScancode("mouse", "left_mouse"), 1);
     EXPECT_EQ(km::MarcoConVerter::scancodeToText("gamepad", 1), "");
     EXPECT_EQ(km::MarcoConVerter::textToScancode("gamepad", "A"), -1);
     EXPECT_EQ(km::MarcoConVerter::textToScancode("keyboard", "no such key"), -1);
