@@ -28,12 +28,12 @@ struct CommandCase {
     std::string runningOut;  // for a converter made from runningLines[0]
 };
 
+// clang-format off
 // The class's name, type and predicates.
-#define KM_COMMAND(name)                                                                        \
-#name, typeid(km::Marco##name##ConVerter), &km::Marco##name##ConVerter::isEditingTextMatch, \
+#define KM_COMMAND(name) \
+    #name, typeid(km::Marco##name##ConVerter), &km::Marco##name##ConVerter::isEditingTextMatch, \
         &km::Marco##name##ConVerter::isRunningTextMatch
 
-// clang-format off
 const std::vector<CommandCase> kCases = {
     {KM_COMMAND(Click),
         {"click 100,200", "click mouse", "click 10,20 mouse 30,40", "click\t1,2\n mouse"},
