@@ -16,6 +16,7 @@
 #include <Poco/JSON/Stringifier.h>
 
 #include "model/JsonIO.h"
+#include "model/LoadTrail.h"
 #include "zuno-keymapmanager/model/ConfigFactory.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
@@ -28,9 +29,10 @@ namespace {
 constexpr int kWriteOptions = Poco::JSON_WRAP_STRINGS;
 constexpr unsigned kIndent = 4;
 
-Poco::Dynamic::Var parse(const std::string& text, const std::string& path) {
+Poco::Dynamic::Var parse(const std::string& text, const std::string& path, ReadProgress& progress) {
     Poco::JSON::Parser parser(new Poco::JSON::ParseHandler(false));
     if (!text.empty()) {
+        progress.stage = ReadProgress::Stage::Parsing;
         return parser.parse(text);
     }
     // Only regular files are read: a pipe or a device could block the host forever.
@@ -42,35 +44,64 @@ Poco::Dynamic::Var parse(const std::string& text, const std::string& path) {
     if (!in) {
         throw Poco::OpenFileException(path);
     }
-    return parser.parse(in);
+    // Kept as text, so that a syntax error can be located afterwards.
+    std::ostringstream content;
+    content << in.rdbuf();
+    if (in.bad()) {
+        throw Poco::ReadFileException(path);
+    }
+    progress.fileText = content.str();
+    progress.stage = ReadProgress::Stage::Parsing;
+    return parser.parse(progress.fileText);
 }
 
 }  // namespace
 
 void Read(const std::string& text, const std::string& path, KeymapConfig& doc) {
-    const json::ObjectPtr root = parse(text, path).extract<Poco::JSON::Object::Ptr>();
-    if (root.isNull()) {
+    ReadProgress progress;
+    Read(text, path, doc, progress);
+}
+
+void Read(const std::string& text, const std::string& path, KeymapConfig& doc,
+          ReadProgress& progress) {
+    json::trail().reset();
+    progress.parsed = parse(text, path, progress);
+    progress.stage = ReadProgress::Stage::Root;
+    progress.root = progress.parsed.extract<Poco::JSON::Object::Ptr>();
+    if (progress.root.isNull()) {
         throw Poco::NullPointerException();
     }
+    const json::ObjectPtr& root = progress.root;
 
+    progress.stage = ReadProgress::Stage::Keymaps;
     if (root->has(kFieldKeymaps)) {
-        const json::ArrayPtr elements = json::array(root, kFieldKeymaps);
+        progress.elements = json::array(root, kFieldKeymaps);
+        const json::ArrayPtr& elements = progress.elements;
         for (std::size_t i = 0; i < elements->size(); ++i) {
-            std::unique_ptr<ConfigItem> item(
-                ConfigFactory::ProduceConfigItem(elements->getObject(i)));
+            json::trail().reset();
+            progress.itemIndex = static_cast<int>(i);
+            progress.item = elements->getObject(i);
+            std::unique_ptr<ConfigItem> item(ConfigFactory::ProduceConfigItem(progress.item));
             if (item) {
                 // Make room first, so the document owns the item the moment it is released.
                 doc.items.push_back(nullptr);
                 doc.items.back() = item.release();
             }
         }
+        progress.itemIndex = -1;
+        progress.item = nullptr;
     }
 
+    json::trail().reset();
+    progress.stage = ReadProgress::Stage::Info;
     doc.info->FillFromJsonObject(json::object(root, kFieldInfo));
 
     if (root->has(kFieldParam)) {
+        json::trail().reset();
+        progress.stage = ReadProgress::Stage::Param;
         doc.param->FillFromJsonObject(json::object(root, kFieldParam));
     }
+    progress.stage = ReadProgress::Stage::Done;
 }
 
 std::string Write(const KeymapConfig& doc) {

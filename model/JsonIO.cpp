@@ -6,12 +6,33 @@
 
 #include <Poco/Exception.h>
 
+#include "model/LoadTrail.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
 namespace zunokeymapmanager {
 namespace json {
 
 namespace {
+
+// Plain data, zero-initialised: no guard or constructor on first use.
+thread_local LoadTrail tTrail;
+
+inline void noteRead(const ObjectPtr& parent, const std::string& key, Expect expect) {
+    tTrail.readParent = parent.get();
+    tTrail.readKey = &key;
+    tTrail.readExpect = expect;
+}
+
+inline void readDone() {
+    tTrail.readKey = nullptr;
+}
+
+inline void noteLink(const void* child, const ObjectPtr& parent, const std::string& key) {
+    LoadTrail::Link& link = tTrail.links[tTrail.linkCount++ % LoadTrail::kLinks];
+    link.child = child;
+    link.parent = parent.get();
+    link.key = &key;
+}
 
 Poco::Dynamic::Var member(const ObjectPtr& parent, const std::string& key) {
     if (parent.isNull()) {
@@ -22,9 +43,14 @@ Poco::Dynamic::Var member(const ObjectPtr& parent, const std::string& key) {
 
 }  // namespace
 
+LoadTrail& trail() {
+    return tTrail;
+}
+
 ObjectPtr object(const ObjectPtr& parent, const std::string& key) {
     ObjectPtr child = optionalObject(parent, key);
     if (child.isNull()) {
+        noteRead(parent, key, Expect::Object);
         throw Poco::NullPointerException();
     }
     return child;
@@ -34,13 +60,17 @@ ObjectPtr optionalObject(const ObjectPtr& parent, const std::string& key) {
     if (parent.isNull()) {
         throw Poco::NullPointerException();
     }
+    noteRead(parent, key, Expect::Object);
     if (!parent->has(key)) {
+        readDone();
         return {};
     }
     ObjectPtr child = parent->getObject(key);
     if (child.isNull()) {
         throw Poco::NullPointerException();
     }
+    noteLink(child.get(), parent, key);
+    readDone();
     return child;
 }
 
@@ -48,10 +78,13 @@ ArrayPtr array(const ObjectPtr& parent, const std::string& key) {
     if (parent.isNull()) {
         throw Poco::NullPointerException();
     }
+    noteRead(parent, key, Expect::Array);
     ArrayPtr result = parent->getArray(key);
     if (result.isNull()) {
         throw Poco::NullPointerException();
     }
+    noteLink(result.get(), parent, key);
+    readDone();
     return result;
 }
 
@@ -63,19 +96,27 @@ bool has(const ObjectPtr& parent, const std::string& key) {
 }
 
 void read(const ObjectPtr& parent, const std::string& key, std::string& out) {
+    noteRead(parent, key, Expect::String);
     out = member(parent, key).convert<std::string>();
+    readDone();
 }
 
 void read(const ObjectPtr& parent, const std::string& key, std::int32_t& out) {
+    noteRead(parent, key, Expect::Integer);
     out = member(parent, key).convert<std::int32_t>();
+    readDone();
 }
 
 void read(const ObjectPtr& parent, const std::string& key, double& out) {
+    noteRead(parent, key, Expect::Number);
     out = member(parent, key).convert<double>();
+    readDone();
 }
 
 void read(const ObjectPtr& parent, const std::string& key, bool& out) {
+    noteRead(parent, key, Expect::Boolean);
     out = member(parent, key).convert<bool>();
+    readDone();
 }
 
 void readPoint(const ObjectPtr& parent, const std::string& key, PointF& out) {

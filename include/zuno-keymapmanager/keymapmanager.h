@@ -32,6 +32,7 @@
 #include "zuno-keymapmanager/document/ConfigParam.h"
 #include "zuno-keymapmanager/document/EmbededConfig.h"
 #include "zuno-keymapmanager/document/KeymapConfig.h"
+#include "zuno-keymapmanager/document/LoadDiagnostic.h"
 
 // Macro language.
 #include "zuno-keymapmanager/macro/MarcoConVerterManager.h"
