@@ -6,9 +6,13 @@
 
 #include "model/ItemRegistry.h"
 
+#include "zuno-keymapmanager/items/CurveMacroItems.h"
+#include "zuno-keymapmanager/items/FireItem.h"
 #include "zuno-keymapmanager/items/LookItems.h"
 #include "zuno-keymapmanager/items/SpellItems.h"
 #include "zuno-keymapmanager/items/SwipeholdItem.h"
+#include "zuno-keymapmanager/items/WalkItems.h"
+#include "zuno-keymapmanager/items/WheelZoomObserveItems.h"
 
 namespace zunokeymapmanager {
 
@@ -28,6 +32,15 @@ ConfigItem* make() {
     {ItemType::SpellCancel, &make<SpellCancelConfigItem>},
     {ItemType::Eye, &make<EyeConfigItem>},
     {ItemType::Gravity, &make<GravityConfigItem>},
+    {ItemType::Fire, &make<FireConfigItem>},
+    {ItemType::RightWalk, &make<MouseRightWalkConfigItem>},
+    {ItemType::Macro, &make<MacroConfigItem>},
+    {ItemType::Curve, &make<CurveConfigItem>},
+    {ItemType::LeftStickWalk, &make<JoystickLeftWalkConfigItem>},
+    {ItemType::RightStickEye, &make<JoystickRightEyeConfigItem>},
+    {ItemType::Wheel, &make<WheelConfigItem>},
+    {ItemType::Zoom, &make<ZoomConfigItem>},
+    {ItemType::Observe, &make<ObserveConfigItem>},
 });
 
 }  // namespace

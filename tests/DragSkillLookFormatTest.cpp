@@ -3,10 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 
-#include "tests/TestSupport.h"
+#include "tests/ItemFormatSupport.h"
 
 namespace {
 
@@ -15,65 +14,11 @@ using Poco::JSON::Object;
 
 const char* const kTypes[] = {"Swipehold", "Spell", "SpellCancel", "Staring", "Eye", "Gravity"};
 
-std::string text(const Poco::Dynamic::Var& value) {
-    std::ostringstream out;
-    Poco::JSON::Stringifier::stringify(value, out);
-    return out.str();
-}
-
-/// The object holding the member at a '/'-separated path, and its name.
-Object::Ptr parentOf(Object::Ptr object, const std::string& path, std::string& last) {
-    std::istringstream parts(path);
-    std::getline(parts, last, '/');
-    for (std::string next; std::getline(parts, next, '/'); last = next) {
-        object = object->getObject(last);
-    }
-    return object;
-}
-
-/// The value at `path` as JSON text, or "absent".
-std::string valueAt(const Object::Ptr& object, const std::string& path) {
-    std::string last;
-    Object::Ptr parent = parentOf(object, path, last);
-    return parent && parent->has(last) ? text(parent->get(last)) : "absent";
-}
-
-/// Gives every member a value no default has: numbers count up (doubles keep
-/// a fraction), strings become names no list knows, booleans flip.
-void mutate(Object::Ptr object, int& n) {
-    for (const std::string& name : object->getNames()) {
-        const Poco::Dynamic::Var value = object->get(name);
-        if (name == "type") {
-            continue;
-        } else if (value.type() == typeid(Object::Ptr)) {
-            mutate(value.extract<Object::Ptr>(), n);
-        } else if (value.isBoolean()) {
-            object->set(name, !value.convert<bool>());
-        } else if (value.isString()) {
-            object->set(name, "Unknown_Name_" + std::to_string(++n));
-        } else if (value.type() == typeid(double)) {
-            object->set(name, ++n + 0.25);
-        } else {
-            object->set(name, ++n);
-        }
-    }
-}
-
-/// A full item of `type` with non-default values everywhere.
-Object::Ptr mutatedItem(const std::string& type) {
-    std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(type));
-    Object::Ptr object = new Object(item->ConvertToJsonObject());
-    int n = 1000;
-    mutate(object, n);
-    if (type == "Spell") {
-        object->set("tap_info", parseObject(R"({"seq": "1,2,1", "factor": 0.75,
-            "distance_ratio": 1.5, "rel_center_pos": {"rel_x": 0.25, "rel_y": 0.5}})"));
-    }
-    return parseObject(stringify(*object));
-}
-
-Object::Ptr firstSavedItem(km::KeymapConfig* doc) {
-    return parseObject(saveText(doc))->getArray("keymaps")->getObject(0);
+/// A full item of `type` with non-default values everywhere; a Spell also
+/// gets the optional tap sequence, which a fresh item does not write.
+Object::Ptr richItem(const std::string& type) {
+    return mutatedItem(type, type != "Spell" ? "{}" : R"({"tap_info": {"seq": "1,2,1",
+        "factor": 0.75, "distance_ratio": 1.5, "rel_center_pos": {"rel_x": 0.25, "rel_y": 0.5}}})");
 }
 
 TEST(DragSkillLookFormat, FreshItemsWriteTheirDefaults) {
@@ -129,15 +74,15 @@ TEST(DragSkillLookFormat, FreshItemsWriteTheirDefaults) {
 TEST(DragSkillLookFormat, NonDefaultValuesSurviveSaveAndReload) {
     for (const char* type : kTypes) {
         SCOPED_TRACE(type);
-        const std::string expected = text(mutatedItem(type));
+        const std::string expected = text(richItem(type));
         CallbackRecorder recorder;
         DocPtr doc = loadText(documentWith(expected));
         ASSERT_EQ(doc->items.size(), 1u);
-        const Object::Ptr saved = firstSavedItem(doc.get());
+        const Object::Ptr saved = savedItem(doc.get());
         EXPECT_EQ(text(saved), expected);
         DocPtr reloaded = loadText(documentWith(text(saved)));
         ASSERT_EQ(reloaded->items.size(), 1u);
-        EXPECT_EQ(text(firstSavedItem(reloaded.get())), expected);
+        EXPECT_EQ(text(savedItem(reloaded.get())), expected);
         EXPECT_TRUE(recorder.take().empty());
     }
 }
@@ -174,7 +119,7 @@ TEST(DragSkillLookFormat, RequiredMembersFailTheLoadAndOptionalOnesKeepDefaults)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.type) + " " + c.path + " rule " + std::to_string(c.rule));
-        Object::Ptr item = mutatedItem(c.type);
+        Object::Ptr item = richItem(c.type);
         std::string last;
         Object::Ptr parent = parentOf(item, c.path, last);
         if (c.rule == kMustBeObject) {
@@ -187,8 +132,7 @@ TEST(DragSkillLookFormat, RequiredMembersFailTheLoadAndOptionalOnesKeepDefaults)
         if (c.rule == kOptional) {
             EXPECT_TRUE(recorder.take().empty());
             ASSERT_EQ(doc->items.size(), 2u);
-            Object::Ptr written =
-                parseObject(saveText(doc.get()))->getArray("keymaps")->getObject(1);
+            Object::Ptr written = savedItem(doc.get(), 1);
             EXPECT_EQ(valueAt(written, c.path),
                       valueAt(parseObject(freshItemText(c.type)), c.path));
         } else {
