@@ -187,6 +187,17 @@ void describeMember(const ReadProgress& progress, const Poco::Exception& error, 
         return;
     }
 
+    if (trail.readIndex >= 0) {
+        const auto* array = static_cast<const Poco::JSON::Array*>(trail.readParent);
+        const auto index = static_cast<unsigned>(trail.readIndex);
+        out.path = pathOf(progress, array) + "[" + std::to_string(index) + "]";
+        out.expected = expectedName(trail.readExpect);
+        out.problem = Problem::WrongType;
+        what =
+            "must be " + withArticle(out.expected) + ", found " + describeValue(array->get(index));
+        return;
+    }
+
     const auto* parent = static_cast<const Poco::JSON::Object*>(trail.readParent);
     const std::string& key = *trail.readKey;
     out.path = join(pathOf(progress, parent), key);

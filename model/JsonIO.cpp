@@ -20,7 +20,19 @@ thread_local LoadTrail tTrail;
 inline void noteRead(const ObjectPtr& parent, const std::string& key, Expect expect) {
     tTrail.readParent = parent.get();
     tTrail.readKey = &key;
+    tTrail.readIndex = -1;
     tTrail.readExpect = expect;
+}
+
+// Stands for the key of an element read; the index says which element.
+const std::string kElementKey;
+
+// An element's parent is its array, already linked under its key.
+inline void noteElement(const ArrayPtr& array, std::size_t index) {
+    tTrail.readParent = array.get();
+    tTrail.readKey = &kElementKey;
+    tTrail.readIndex = static_cast<long>(index);
+    tTrail.readExpect = Expect::String;
 }
 
 inline void readDone() {
@@ -92,7 +104,9 @@ void readElement(const ArrayPtr& array, std::size_t index, std::string& out) {
     if (array.isNull()) {
         throw Poco::NullPointerException();
     }
+    noteElement(array, index);
     out = array->get(static_cast<unsigned int>(index)).convert<std::string>();
+    readDone();
 }
 
 bool has(const ObjectPtr& parent, const std::string& key) {

@@ -40,9 +40,11 @@ struct LoadTrail {
     Link links[kLinks];
     unsigned linkCount;
 
-    /// The read in progress: null `readKey` when none is.
+    /// The read in progress: null `readKey` when none is. An element read
+    /// has the array as its parent, the array's own key and an index >= 0.
     const void* readParent;
     const std::string* readKey;
+    long readIndex;
     Expect readExpect;
 
     /// Forgets every link (the read note is cleared by each successful read).

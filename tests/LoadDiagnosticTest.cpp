@@ -81,6 +81,19 @@ std::vector<Case> memberCases() {
                                  })),
          Problem::WrongType, "keymaps[1].swipehold_info.first_point_policy.steps", 1, "Spell",
          "integer"},
+        {"ArrayMemberNotAnArray",
+         documentWith(
+             editedItem("Macro", [](Poco::JSON::Object& o) { o.set("release_actions", 5); })),
+         Problem::NotAnArray, "keymaps[0].release_actions", 0, "Macro", "array"},
+        {"ArrayElementNull",
+         documentWith(editedItem("Macro",
+                                 [](Poco::JSON::Object& o) {
+                                     Poco::JSON::Array::Ptr lines = new Poco::JSON::Array;
+                                     lines->add("sleep 5");
+                                     lines->add(Poco::Dynamic::Var());
+                                     o.set("press_actions", lines);
+                                 })),
+         Problem::WrongType, "keymaps[0].press_actions[1]", 0, "Macro", "string"},
         {"InfoMissing", R"({"keymaps":[]})", Problem::Missing, "info", -1, "", "object"},
         {"InfoMemberOfWrongKind",
          R"({"info":{"background_color":"000000FF","visibility":true,)"
