@@ -28,6 +28,7 @@
 #include "zuno-keymapmanager/items/LookItems.h"
 #include "zuno-keymapmanager/items/SpellItems.h"
 #include "zuno-keymapmanager/items/SwipeholdItem.h"
+#include "zuno-keymapmanager/items/TapItems.h"
 #include "zuno-keymapmanager/items/WalkItems.h"
 #include "zuno-keymapmanager/items/WheelZoomObserveItems.h"
 
