@@ -269,11 +269,13 @@ TEST(Tool, ListNewMacroAndKey) {
          {"stop_loop\nrelease_actions\nclick_rel:\n"}},
         {"MacroToEditing", {"macro", "to-editing"}, "stop_loop\nnonsense\n", 1, {"loop_end\n"}},
         {"MacroUnreadable", {"macro", "check", "/nonexistent"}, "", 2, {}},
+        // The caption comes from the code as given; right Alt has none of its own.
         {"KeyFoldsRightAlt",
          {"key", "keyboard", "312", "18"},
          "",
          0,
-         {"caption: \"Alt\"", "scan_code: 56"}},
+         {"caption: \"\"\nscan_code: 56"}},
+        {"KeyLeftAlt", {"key", "keyboard", "56"}, "", 0, {"caption: \"Alt\"\nscan_code: 56"}},
         {"KeyMouse", {"key", "mouse", "0x1"}, "", 0, {"caption: \"left_mouse\"", "scan_code: 1"}},
         {"KeyGamepad", {"key", "joystick", "5"}, "", 0, {"caption: \"\""}},
     });
