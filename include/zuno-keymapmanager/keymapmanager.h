@@ -40,6 +40,9 @@
 #include "zuno-keymapmanager/document/LoadDiagnostic.h"
 
 // Macro language.
+#include "zuno-keymapmanager/macro/MarcoCommandConVerters.h"
+#include "zuno-keymapmanager/macro/MarcoConVerter.h"
+#include "zuno-keymapmanager/macro/MarcoConVerterFactory.h"
 #include "zuno-keymapmanager/macro/MarcoConVerterManager.h"
 
 // The manager and the free functions.
