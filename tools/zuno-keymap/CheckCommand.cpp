@@ -211,6 +211,11 @@ Object::Ptr toJson(const Report& report) {
             lines->add(static_cast<int>(line));
         }
         entry->set("lines", lines);
+        Array::Ptr texts = new Array();
+        for (const std::string& text : error.texts) {
+            texts->add(text);
+        }
+        entry->set("texts", texts);
         macros->add(entry);
     }
     result->set("macro_errors", macros);

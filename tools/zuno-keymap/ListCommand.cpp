@@ -4,6 +4,7 @@
 // zuno-keymap list: the items of a document, one row each.
 //
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <string>
