@@ -4,6 +4,8 @@
 
 #include "document/JsonSyntax.h"
 
+#include <cmath>
+#include <cstdlib>
 #include <vector>
 
 namespace zunokeymapmanager {
@@ -161,6 +163,19 @@ private:
     }
 
     void number() {
+        const std::size_t start = i_;
+        const int startLine = line_;
+        numberSyntax();
+        // The parser also refuses numbers beyond the range of a double.
+        if (!failed_ &&
+            !std::isfinite(std::strtod(s_.substr(start, i_ - start).c_str(), nullptr))) {
+            i_ = start;
+            line_ = startLine;
+            fail("the number is out of range");
+        }
+    }
+
+    void numberSyntax() {
         if (s_[i_] == '-') {
             ++i_;
         }

@@ -145,6 +145,7 @@ TEST(LoadDiagnostic, PointsAtTheFirstSyntaxError) {
         {"{\"a\":\"\\ud800\"}", 1, 13},
         {"{\"a\":tru}", 1, 9},
         {"{\"a\":[1,]}", 1, 9},
+        {"{\"a\":[1, 2e999]}", 1, 10},
         {"{\n\"a\":\n\"x\ny\"}", 3, 3},
         {std::string(129, '[') + std::string(129, ']'), 1, 129},
     };
