@@ -18,6 +18,7 @@
 #include <Poco/JSON/Parser.h>
 
 #include "model/JsonIO.h"
+#include "model/LoadTrail.h"
 #include "zuno-keymapmanager/model/ConfigFactory.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
@@ -69,9 +70,10 @@ private:
     std::string text_;
 };
 
-Poco::Dynamic::Var parse(const std::string& text, const std::string& path) {
+Poco::Dynamic::Var parse(const std::string& text, const std::string& path, ReadProgress& progress) {
     Poco::JSON::Parser parser(new Poco::JSON::ParseHandler(false));
     if (!text.empty()) {
+        progress.stage = ReadProgress::Stage::Parsing;
         return parser.parse(text);
     }
     // Only regular files are read: a pipe or a device could block the host forever.
@@ -83,40 +85,72 @@ Poco::Dynamic::Var parse(const std::string& text, const std::string& path) {
     if (!in) {
         throw Poco::OpenFileException(path);
     }
-    return parser.parse(in);
+    // Kept as text, so that a syntax error can be located afterwards.
+    std::ostringstream content;
+    content << in.rdbuf();
+    if (in.bad()) {
+        throw Poco::ReadFileException(path);
+    }
+    progress.fileText = content.str();
+    progress.stage = ReadProgress::Stage::Parsing;
+    return parser.parse(progress.fileText);
 }
 
 }  // namespace
 
 void Read(const std::string& text, const std::string& path, KeymapConfig& doc) {
-    const json::ObjectPtr root = parse(text, path).extract<Poco::JSON::Object::Ptr>();
-    if (root.isNull()) {
+    ReadProgress progress;
+    Read(text, path, doc, progress);
+}
+
+void Read(const std::string& text, const std::string& path, KeymapConfig& doc,
+          ReadProgress& progress) {
+    json::trail().reset();
+    progress.parsed = parse(text, path, progress);
+    progress.stage = ReadProgress::Stage::Root;
+    progress.root = progress.parsed.extract<Poco::JSON::Object::Ptr>();
+    if (progress.root.isNull()) {
         throw Poco::NullPointerException();
     }
+    const json::ObjectPtr& root = progress.root;
 
+    progress.stage = ReadProgress::Stage::Keymaps;
     if (root->has(kFieldKeymaps)) {
-        json::ArrayPtr elements = json::array(root, kFieldKeymaps);
-        for (std::size_t i = 0; i < elements->size(); ++i) {
-            // The parsed element is freed as soon as its item has read it,
-            // while it is still in the cache, and its memory serves the
-            // items that follow; the parse tree is this reader's own.
-            json::ObjectPtr element = elements->getObject(i);
-            elements->set(static_cast<unsigned int>(i), Poco::Dynamic::Var());
-            std::unique_ptr<ConfigItem> item(ConfigFactory::ProduceConfigItem(element));
-            element.reset();
+        progress.elements = json::array(root, kFieldKeymaps);
+        const std::size_t count = progress.elements->size();
+        for (std::size_t i = 0; i < count; ++i) {
+            json::trail().reset();
+            progress.itemIndex = static_cast<int>(i);
+            progress.item = progress.elements->getObject(i);
+            if (!progress.item.isNull()) {
+                // The array lets go of the element, which the progress holds
+                // until the next one: each element is freed right after its
+                // item has read it, while it is still in the cache, and its
+                // memory serves the items that follow. An element that is not
+                // an object stays, for the diagnostic to describe.
+                progress.elements->set(static_cast<unsigned int>(i), Poco::Dynamic::Var());
+            }
+            std::unique_ptr<ConfigItem> item(ConfigFactory::ProduceConfigItem(progress.item));
             if (item) {
                 // Make room first, so the document owns the item the moment it is released.
                 doc.items.push_back(nullptr);
                 doc.items.back() = item.release();
             }
         }
+        progress.itemIndex = -1;
+        progress.item = nullptr;
     }
 
+    json::trail().reset();
+    progress.stage = ReadProgress::Stage::Info;
     doc.info->FillFromJsonObject(json::object(root, kFieldInfo));
 
     if (root->has(kFieldParam)) {
+        json::trail().reset();
+        progress.stage = ReadProgress::Stage::Param;
         doc.param->FillFromJsonObject(json::object(root, kFieldParam));
     }
+    progress.stage = ReadProgress::Stage::Done;
 }
 
 std::string Write(const KeymapConfig& doc) {
