@@ -70,8 +70,9 @@ void Read(const std::string& text, const std::string& path, KeymapConfig& doc) {
             std::unique_ptr<ConfigItem> item(
                 ConfigFactory::ProduceConfigItem(elements->getObject(i)));
             if (item) {
-                doc.items.push_back(item.get());
-                item.release();
+                // Make room first, so the document owns the item the moment it is released.
+                doc.items.push_back(nullptr);
+                doc.items.back() = item.release();
             }
         }
     }

@@ -71,6 +71,7 @@ PairConfigItem::~PairConfigItem() = default;
 
 Poco::JSON::Object PairConfigItem::ConvertToJsonObject() const {
     // The pair's own keys replace the top-level second key of its base.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): a pair has no top-level second key.
     Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
     result.set(kFieldPositiveKey, composableKeyObject(positive_key));
     result.set(kFieldNegativeKey, composableKeyObject(negative_key));
@@ -78,6 +79,7 @@ Poco::JSON::Object PairConfigItem::ConvertToJsonObject() const {
 }
 
 void PairConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): a pair reads no top-level second key.
     ConfigItem::FillFromJsonObject(object);
     readComposableKey(object, kFieldPositiveKey, positive_key);
     readComposableKey(object, kFieldNegativeKey, negative_key);

@@ -46,6 +46,8 @@ void ConfigKey::setText() {
     setText(device, scan_code);
 }
 
+// The device is taken by value: that is the signature hosts compile against.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void ConfigKey::setText(std::string keyDevice, int code) {
     // Gamepad captions are the control names the caller supplies.
     if (isJoystick(keyDevice)) {

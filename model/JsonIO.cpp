@@ -55,6 +55,13 @@ ArrayPtr array(const ObjectPtr& parent, const std::string& key) {
     return result;
 }
 
+void readElement(const ArrayPtr& array, std::size_t index, std::string& out) {
+    if (array.isNull()) {
+        throw Poco::NullPointerException();
+    }
+    out = array->get(static_cast<unsigned int>(index)).convert<std::string>();
+}
+
 bool has(const ObjectPtr& parent, const std::string& key) {
     if (parent.isNull()) {
         throw Poco::NullPointerException();

@@ -16,6 +16,7 @@
 #ifndef ZUNO_KEYMAPMANAGER_MODEL_JSONIO_H
 #define ZUNO_KEYMAPMANAGER_MODEL_JSONIO_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -44,6 +45,10 @@ ObjectPtr optionalObject(const ObjectPtr& parent, const std::string& key);
 /// The member array `key`; raises Poco::NullPointerException when it is
 /// missing or not an array.
 ArrayPtr array(const ObjectPtr& parent, const std::string& key);
+
+/// Element `index` of `array`, converted to a string with the JSON library's
+/// own conversion (numbers give their text form).
+void readElement(const ArrayPtr& array, std::size_t index, std::string& out);
 
 /// Whether `parent` has a member `key` (of any kind, null included).
 bool has(const ObjectPtr& parent, const std::string& key);

@@ -21,8 +21,15 @@
 
 // Item types.
 #include "zuno-keymapmanager/items/ComposableItems.h"
+#include "zuno-keymapmanager/items/CurveMacroItems.h"
 #include "zuno-keymapmanager/items/DiamondConfigItem.h"
+#include "zuno-keymapmanager/items/FireItem.h"
 #include "zuno-keymapmanager/items/ItemParts.h"
+#include "zuno-keymapmanager/items/LookItems.h"
+#include "zuno-keymapmanager/items/SpellItems.h"
+#include "zuno-keymapmanager/items/SwipeholdItem.h"
+#include "zuno-keymapmanager/items/WalkItems.h"
+#include "zuno-keymapmanager/items/WheelZoomObserveItems.h"
 
 // Documents.
 #include "zuno-keymapmanager/document/ConfigInfo.h"

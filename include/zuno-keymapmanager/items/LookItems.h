@@ -1,0 +1,88 @@
+//
+// LookItems.h
+//
+// Look items: a key-triggered look mode within a user range, and camera and
+// tilt gestures steered by four direction keys.
+//
+
+#ifndef ZUNO_KEYMAPMANAGER_ITEMS_LOOKITEMS_H
+#define ZUNO_KEYMAPMANAGER_ITEMS_LOOKITEMS_H
+
+#include <cstdint>
+#include <string>
+
+#include "zuno-keymapmanager/Export.h"
+#include "zuno-keymapmanager/items/ComposableItems.h"
+#include "zuno-keymapmanager/items/DiamondConfigItem.h"
+#include "zuno-keymapmanager/model/Geometry.h"
+
+namespace zunokeymapmanager {
+
+class ZUNO_KM_API StaringConfigItem : public ComposableConfigItem
+/// A look mode switched on by its key: the pointer looks around within
+/// `staring_range` and is brought back according to the reset policy.
+/// Every member is required on reading; `reset_type` is kept as written.
+{
+public:
+    SizeF staring_range{0.5, 0.5};
+    std::int32_t sensitivity_x = 50;
+    std::int32_t sensitivity_y = 50;
+    std::string reset_type = "Range_Window";
+    std::int32_t reset_wait_interval = 8;
+    std::int32_t auto_reset_period = -1;
+    bool need_reset = true;
+
+    StaringConfigItem();
+    ~StaringConfigItem() override;
+
+    Poco::JSON::Object ConvertToJsonObject() const override;
+    void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+};
+
+/// The one implementation behind EyeConfigItem and GravityConfigItem; internal.
+template <typename Item>
+struct DirectionalLookOps;
+
+class ZUNO_KM_API EyeConfigItem : public DiamondConfigItem
+/// A camera look steered by four direction keys (the arrow keys by
+/// default). Valid when any direction key is set; fires for any of them.
+/// All four keys and the sensitivity are required on reading.
+{
+public:
+    std::int32_t sensitivity = 100;
+
+    EyeConfigItem();
+    ~EyeConfigItem() override;
+
+    Poco::JSON::Object ConvertToJsonObject() const override;
+    void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+    bool IsInvalid() const override;
+    bool MatchConfigKey(const ConfigKey& other) override;
+
+private:
+    friend struct DirectionalLookOps<EyeConfigItem>;
+};
+
+class ZUNO_KM_API GravityConfigItem : public DiamondConfigItem
+/// A tilt of the device steered by four direction keys. Apart from its
+/// type name and its default sensitivity it behaves exactly like
+/// EyeConfigItem.
+{
+public:
+    std::int32_t sensitivity = 20;
+
+    GravityConfigItem();
+    ~GravityConfigItem() override;
+
+    Poco::JSON::Object ConvertToJsonObject() const override;
+    void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+    bool IsInvalid() const override;
+    bool MatchConfigKey(const ConfigKey& other) override;
+
+private:
+    friend struct DirectionalLookOps<GravityConfigItem>;
+};
+
+}  // namespace zunokeymapmanager
+
+#endif  // ZUNO_KEYMAPMANAGER_ITEMS_LOOKITEMS_H
