@@ -77,6 +77,7 @@ mode_t modeOf(const std::string& path) {
 /// Saves in a child process that may write at most `limit` bytes to any file,
 /// so the write fails midway as on a full disk. Returns the child's save result.
 bool saveWithFileSizeLimit(const std::string& path, km::KeymapConfig* doc, rlim_t limit) {
+    std::fflush(nullptr);  // the child must not write the parent's pending output again
     const pid_t child = fork();
     if (child == 0) {
         const rlimit small{limit, limit};
