@@ -197,6 +197,9 @@ bool WriteFile(const std::string& path, const std::string& text) {
     if (exists && !S_ISREG(info.st_mode)) {
         return writeInPlace(path, text);  // a device or a pipe is written, never replaced
     }
+    if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) {
+        return writeInPlace(path, text);  // a file the user may not write stays as it is
+    }
 
     const std::size_t slash = target.rfind('/');
     const std::string dir = slash == std::string::npos

@@ -177,6 +177,20 @@ TEST(SaveSafety, WhereNoFileFitsBesideTheTargetTheTargetIsWrittenInPlace) {
     EXPECT_EQ(dir.entries().size(), 1U);
 }
 
+TEST(SaveSafety, ReadOnlyFileIsNotReplaced) {
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "root may write any file";
+    }
+    DocPtr doc(km::LoadKeymapConfigAndInfo(kBlank, ""));
+    TempDir dir;
+    const std::string path = dir.file("keymap.json");
+    writeFile(path, kOldText);
+    chmod(path.c_str(), 0444);
+    EXPECT_TRUE(km::SaveKeymapConfigAndInfo(path, doc.get()));
+    EXPECT_EQ(readFile(path), kOldText);
+    EXPECT_EQ(dir.entries(), std::vector<std::string>{"keymap.json"});
+}
+
 TEST(SaveSafety, SavedFileLoadsBack) {
     CallbackRecorder recorder;
     DocPtr doc(km::LoadKeymapConfigAndInfo(kBlank, ""));
