@@ -131,33 +131,52 @@ static_assert(kCommandCount == 28, "every command of the language");
 // per character and would overflow the stack long before the library does.
 constexpr std::size_t kLongestJudgedLine = 64;
 
+// A pattern matches only lines that hold its leading keyword, so a line
+// without it needs no trip through the engine.
+std::string keywordOf(const Form& form) {
+    std::string keyword;
+    for (const char* c = form.text + (form.text[0] == '^' ? 1 : 0);
+         (*c >= 'a' && *c <= 'z') || *c == '_' || *c == ':'; ++c) {
+        keyword.push_back(*c);
+    }
+    return keyword;
+}
+
+struct Pattern {
+    explicit Pattern(const Form& form)
+        : regex(form.match == Match::Pattern ? form.text : ""), keyword(keywordOf(form)) {}
+    std::regex regex;
+    std::string keyword;
+};
+
 struct Compiled {
-    std::regex editing;
-    std::regex running;
+    Pattern editing;
+    Pattern running;
 };
 
 const std::vector<Compiled>& compiled() {
     static const std::vector<Compiled> patterns = [] {
         std::vector<Compiled> result;
         for (const Command& command : kCommands) {
-            result.push_back(
-                {std::regex(command.editing.match == Match::Pattern ? command.editing.text : ""),
-                 std::regex(command.running.match == Match::Pattern ? command.running.text : "")});
+            result.push_back({Pattern(command.editing), Pattern(command.running)});
         }
         return result;
     }();
     return patterns;
 }
 
-bool accepts(const Form& form, const std::regex& pattern, const std::string& line) {
+bool accepts(const Form& form, const Pattern& pattern, const std::string& line) {
     switch (form.match) {
         case Match::Never:
             return false;
         case Match::Word:
             return line == form.text;
         case Match::Pattern: {
+            if (line.find(pattern.keyword) == std::string::npos) {
+                return false;
+            }
             std::smatch match;
-            return std::regex_search(line, match, pattern) && match.suffix().length() == 0;
+            return std::regex_search(line, match, pattern.regex) && match.suffix().length() == 0;
         }
     }
     return false;
