@@ -142,9 +142,26 @@ std::string keywordOf(const Form& form) {
     return keyword;
 }
 
+// A pattern anchored at both ends accepts exactly the lines it matches as a
+// whole, whichever way the engine searches, so such patterns run on the
+// engine's polynomial-time executor: the backtracking one needs exponential
+// time for a repeated group such as "(?:(\d+)|until_release)+" on a long
+// run of digits followed by something else.
+std::regex::flag_type flagsFor(const std::string& pattern) {
+    std::regex::flag_type flags = std::regex::ECMAScript;
+#if defined(__GLIBCXX__)
+    if (pattern.size() > 2 && pattern.front() == '^' && pattern.back() == '$') {
+        flags |= std::regex_constants::__polynomial;
+    }
+#endif
+    return flags;
+}
+
 struct Pattern {
     explicit Pattern(const Form& form)
-        : regex(form.match == Match::Pattern ? form.text : ""), keyword(keywordOf(form)) {}
+        : regex(form.match == Match::Pattern ? form.text : "",
+                flagsFor(form.match == Match::Pattern ? form.text : "")),
+          keyword(keywordOf(form)) {}
     std::regex regex;
     std::string keyword;
 };
