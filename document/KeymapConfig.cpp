@@ -17,16 +17,18 @@ KeymapConfig::~KeymapConfig() {
 }
 
 bool KeymapConfig::isConfigKeyMatch(ConfigKey* first, ConfigKey* second) {
-    if (first == nullptr || second == nullptr) {
+    if (first == nullptr) {
         return false;
     }
+    const ConfigKey noKey;
+    const ConfigKey& secondKey = second != nullptr ? *second : noKey;
     bool matched = false;
     for (ConfigItem* item : items) {
         if (item == nullptr) {
             continue;
         }
         if (auto* composable = dynamic_cast<ComposableConfigItem*>(item)) {
-            if (composable->MatchComposableConfigKey(*first, *second)) {
+            if (composable->MatchComposableConfigKey(*first, secondKey)) {
                 matched = true;
             }
             continue;

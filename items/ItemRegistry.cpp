@@ -11,6 +11,7 @@
 #include "zuno-keymapmanager/items/LookItems.h"
 #include "zuno-keymapmanager/items/SpellItems.h"
 #include "zuno-keymapmanager/items/SwipeholdItem.h"
+#include "zuno-keymapmanager/items/TapItems.h"
 #include "zuno-keymapmanager/items/WalkItems.h"
 #include "zuno-keymapmanager/items/WheelZoomObserveItems.h"
 
@@ -26,6 +27,9 @@ ConfigItem* make() {
 // Runs while the library is loaded, before any host call can reach the factory.
 [[maybe_unused]] const bool kItemsRegistered = RegisterItemMakers({
     {ItemType::Unknown, nullptr},
+    {ItemType::Click, &make<ClickConfigItem>},
+    {ItemType::BunchClick, &make<BunchClickConfigItem>},
+    {ItemType::Tip, &make<TipConfigItem>},
     {ItemType::Swipehold, &make<SwipeholdConfigItem>},
     {ItemType::Staring, &make<StaringConfigItem>},
     {ItemType::Spell, &make<SpellConfigItem>},

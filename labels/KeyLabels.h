@@ -17,11 +17,19 @@
 namespace zunokeymapmanager {
 namespace labels {
 
+/// The label key of `code` on `device`: "key.esc", "key.pageUp", "btn.left",
+/// ...; "key.unknown" or "btn.unknown" for a code without a name, and empty
+/// for a device other than "keyboard" and "mouse". The view stays valid for
+/// the life of the process.
+std::string_view LabelKey(std::string_view device, int code);
+
 /// The caption of `code` on `device` ("keyboard" or "mouse"): "Esc", "Ctrl",
 /// "left_mouse", ... Empty for an unknown code or device.
 std::string Caption(std::string_view device, int code);
 
-/// The code whose caption on `device` is `caption`, or -1 when there is none.
+/// The code whose caption on `device` is exactly `caption`, or -1 when there
+/// is none. Where several codes share a caption ("Enter" is both 28 and the
+/// keypad's 284) the lowest code is returned.
 int CodeOf(std::string_view device, std::string_view caption);
 
 }  // namespace labels

@@ -4,27 +4,23 @@
 
 #include "zuno-keymapmanager/macro/MarcoConVerterManager.h"
 
+#include "zuno-keymapmanager/macro/MarcoConVerterFactory.h"
+
 namespace zunokeymapmanager {
 
 std::vector<std::uint32_t> MarcoConVerterManager::MacroKeyEditingTextGrammarCheck(
     const std::vector<std::string>& lines) {
-    std::vector<std::uint32_t> failing;
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        if (!lines[i].empty() && lines[i] != "release_actions") {
-            failing.push_back(static_cast<std::uint32_t>(i + 1));
-        }
-    }
-    return failing;
+    return MarcoConVerterFactory::MacroKeyEditingTextGrammarCheck(lines);
 }
 
 std::vector<std::string> MarcoConVerterManager::MacroKeyEditingTextChangeToRunningText(
-    const std::vector<std::string>& /*lines*/, Rect /*rect*/) {
-    return {};
+    const std::vector<std::string>& lines, Rect rect) {
+    return MarcoConVerterFactory::MacroKeyEditingTextChangeToRunningText(lines, rect);
 }
 
 std::vector<std::string> MarcoConVerterManager::MacroKeyRunningTextChangeToEditingText(
-    const std::vector<std::string>& /*lines*/, Rect /*rect*/) {
-    return {};
+    const std::vector<std::string>& lines, Rect rect) {
+    return MarcoConVerterFactory::MacroKeyRunningTextChangeToEditingText(lines, rect);
 }
 
 }  // namespace zunokeymapmanager

@@ -16,31 +16,27 @@ const std::string kBlank = "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300";
 const std::string kSystem = "system-9252A9CA-0C32-4FFD-8BF6-82653751D068";
 const std::string kMinimalInfo = R"({"info":{"background_color":"000000FF","visibility":true}})";
 
-TEST(DocumentLoad, BuiltInNameWinsOverHostText) {
-    CallbackRecorder recorder;
-    DocPtr doc(km::LoadKeymapConfigAndInfo(kSystem, R"({"info":{"background_color":"X"}})"));
-    EXPECT_EQ(doc->info->transparent_mouse, "Mouse_OtherButton_Transparent");
-    EXPECT_TRUE(doc->info->transparent_wheel);
-    EXPECT_TRUE(recorder.take().empty());
-}
-
-TEST(DocumentLoad, HostTextIsParsedAndNoFileIsTouched) {
-    CallbackRecorder recorder;
-    DocPtr doc =
-        loadText(R"({"info":{"background_color":"11223344","visibility":false},"unknown_top":[1]})",
-                 "/nonexistent/dir/file.json");
-    EXPECT_EQ(doc->info->background_color, "11223344");
-    EXPECT_FALSE(doc->info->visibility);
-    EXPECT_TRUE(recorder.take().empty());
-}
-
-TEST(DocumentLoad, FileIsReadWhenThereIsNoText) {
+// A built-in name wins over host text, host text over the file at the path.
+TEST(DocumentLoad, TextComesFromBuiltInThenHostTextThenFile) {
     CallbackRecorder recorder;
     TempFile file;
-    file.write(R"({"info":{"background_color":"ABCDEF01","visibility":true,"is_joystick":true}})");
-    DocPtr doc(km::LoadKeymapConfigAndInfo(file.path(), ""));
-    EXPECT_EQ(doc->info->background_color, "ABCDEF01");
-    EXPECT_TRUE(doc->info->is_joystick);
+    file.write(R"({"info":{"background_color":"FROMFILE","visibility":true}})");
+    const std::string hostText = R"({"info":{"background_color":"FROMHOST","visibility":true}})";
+    struct Case {
+        std::string path;
+        std::string data;
+        std::string background;
+    };
+    const Case cases[] = {
+        {kSystem, hostText, "000000FF"},
+        {file.path(), hostText, "FROMHOST"},
+        {"/nonexistent/dir/file.json", hostText, "FROMHOST"},
+        {file.path(), "", "FROMFILE"},
+    };
+    for (const Case& c : cases) {
+        DocPtr doc(km::LoadKeymapConfigAndInfo(c.path, c.data));
+        EXPECT_EQ(doc->info->background_color, c.background) << c.path;
+    }
     EXPECT_TRUE(recorder.take().empty());
 }
 

@@ -61,41 +61,24 @@ TEST(DragSkillLookFormat, FreshItemsWriteTheirDefaults) {
         {"Gravity", arrows + R"(, "sensitivity": 20)"},
     };
     for (const auto& [type, own] : cases) {
-        SCOPED_TRACE(type);
-        Object::Ptr written = parseObject(freshItemText(type));
-        for (const char* common : {"icon", "key", "rel_work_position", "editor_icon_scale"}) {
-            written->remove(common);
-        }
-        const std::string expected = std::string(R"({"type": ")") + type + "\", " + own + "}";
-        EXPECT_EQ(text(written), text(parseObject(expected)));
+        expectFreshForm(type, own, {"icon", "key", "rel_work_position", "editor_icon_scale"});
     }
 }
 
 TEST(DragSkillLookFormat, NonDefaultValuesSurviveSaveAndReload) {
     for (const char* type : kTypes) {
-        SCOPED_TRACE(type);
-        const std::string expected = text(richItem(type));
-        CallbackRecorder recorder;
-        DocPtr doc = loadText(documentWith(expected));
-        ASSERT_EQ(doc->items.size(), 1u);
-        const Object::Ptr saved = savedItem(doc.get());
-        EXPECT_EQ(text(saved), expected);
-        DocPtr reloaded = loadText(documentWith(text(saved)));
-        ASSERT_EQ(reloaded->items.size(), 1u);
-        EXPECT_EQ(text(savedItem(reloaded.get())), expected);
-        EXPECT_TRUE(recorder.take().empty());
+        expectRoundTrip(richItem(type));
     }
 }
 
 TEST(DragSkillLookFormat, RequiredMembersFailTheLoadAndOptionalOnesKeepDefaults) {
-    enum Rule { kOptional, kRequired, kMustBeObject };
     const struct {
         const char* type;
         const char* path;
-        Rule rule;
+        MemberRule rule;
     } cases[] = {
         {"Swipehold", "first_point_policy", kOptional},
-        {"Swipehold", "first_point_policy", kMustBeObject},
+        {"Swipehold", "first_point_policy", kWrongKind},
         {"Swipehold", "first_point_policy/speed", kRequired},
         {"Swipehold", "first_point_policy/wait_for_second", kOptional},
         {"Swipehold", "subsequent_point_policy/period", kRequired},
@@ -104,42 +87,21 @@ TEST(DragSkillLookFormat, RequiredMembersFailTheLoadAndOptionalOnesKeepDefaults)
         {"Swipehold", "target_point_input_compensatory_policy/distance", kRequired},
         {"Swipehold", "target_point_input_compensatory_policy/y_policy", kOptional},
         {"Spell", "spell_info/rel_position", kRequired},
-        {"Spell", "swipehold_info", kMustBeObject},
+        {"Spell", "swipehold_info", kWrongKind},
         {"Spell", "swipehold_info/first_point_policy/interval", kRequired},
         {"Spell", "swipehold_info/invalid_zone_info", kOptional},
         {"Spell", "spell_option", kRequired},
         {"Spell", "tap_info", kOptional},
         {"Spell", "tap_info/rel_center_pos", kRequired},
         {"SpellCancel", "is_in_use", kRequired},
-        {"SpellCancel", "spell_cancel_delay_info", kMustBeObject},
+        {"SpellCancel", "spell_cancel_delay_info", kWrongKind},
         {"SpellCancel", "spell_cancel_delay_info/delay_time", kOptional},
         {"Staring", "reset_policy", kRequired},
         {"Eye", "left_key", kRequired},
         {"Gravity", "sensitivity", kRequired},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(c.type) + " " + c.path + " rule " + std::to_string(c.rule));
-        Object::Ptr item = richItem(c.type);
-        std::string last;
-        Object::Ptr parent = parentOf(item, c.path, last);
-        if (c.rule == kMustBeObject) {
-            parent->set(last, 5);
-        } else {
-            parent->remove(last);
-        }
-        CallbackRecorder recorder;
-        DocPtr doc = loadText(documentWith(freshItemText("Eye") + "," + text(item)));
-        if (c.rule == kOptional) {
-            EXPECT_TRUE(recorder.take().empty());
-            ASSERT_EQ(doc->items.size(), 2u);
-            Object::Ptr written = savedItem(doc.get(), 1);
-            EXPECT_EQ(valueAt(written, c.path),
-                      valueAt(parseObject(freshItemText(c.type)), c.path));
-        } else {
-            EXPECT_EQ(recorder.take().size(), 1u);
-            ASSERT_EQ(doc->items.size(), 1u);
-            EXPECT_EQ(doc->items[0]->type, "Eye");
-        }
+        expectMemberRule(c.type, richItem(c.type), c.path, c.rule);
     }
 }
 

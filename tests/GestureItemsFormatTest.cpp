@@ -69,38 +69,21 @@ TEST(GestureItemsFormat, FreshItemsWriteTheirDefaults) {
             "rel_radius_inside_invalid_zone": 0.005, "rel_radius_outside_invalid_zone": 0.01}})"},
     };
     for (const auto& [type, own] : cases) {
-        SCOPED_TRACE(type);
-        Object::Ptr written = parseObject(freshItemText(type));
-        for (const char* common : {"icon", "rel_work_position", "editor_icon_scale"}) {
-            written->remove(common);
-        }
-        const std::string expected = std::string(R"({"type": ")") + type + "\", " + own + "}";
-        EXPECT_EQ(text(written), text(parseObject(expected)));
+        expectFreshForm(type, own, {"icon", "rel_work_position", "editor_icon_scale"});
     }
 }
 
 TEST(GestureItemsFormat, NonDefaultValuesSurviveSaveAndReload) {
     for (const char* type : kTypes) {
-        SCOPED_TRACE(type);
-        const std::string expected = text(richItem(type));
-        CallbackRecorder recorder;
-        DocPtr doc = loadText(documentWith(expected));
-        ASSERT_EQ(doc->items.size(), 1u);
-        const Object::Ptr saved = savedItem(doc.get());
-        EXPECT_EQ(text(saved), expected);
-        DocPtr reloaded = loadText(documentWith(text(saved)));
-        ASSERT_EQ(reloaded->items.size(), 1u);
-        EXPECT_EQ(text(savedItem(reloaded.get())), expected);
-        EXPECT_TRUE(recorder.take().empty());
+        expectRoundTrip(richItem(type));
     }
 }
 
 TEST(GestureItemsFormat, RequiredMembersFailTheLoadAndOptionalOnesKeepDefaults) {
-    enum Rule { kOptional, kRequired, kWrongKind };
     const struct {
         const char* type;
         const char* path;
-        Rule rule;
+        MemberRule rule;
     } cases[] = {
         {"Curve", "rel_start_pos", kRequired},
         {"Curve", "rel_end_pos/rel_y", kRequired},
@@ -131,28 +114,7 @@ TEST(GestureItemsFormat, RequiredMembersFailTheLoadAndOptionalOnesKeepDefaults) 
         {"Fire", "fire_option/fire_range_policy", kRequired},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(c.type) + " " + c.path + " rule " + std::to_string(c.rule));
-        Object::Ptr item = richItem(c.type);
-        std::string last;
-        Object::Ptr parent = parentOf(item, c.path, last);
-        if (c.rule == kWrongKind) {
-            parent->set(last, 5);
-        } else {
-            parent->remove(last);
-        }
-        const std::string before = freshItemText("Observe");
-        CallbackRecorder recorder;
-        DocPtr doc = loadText(documentWith(before + "," + text(item) + "," + before));
-        if (c.rule == kOptional) {
-            EXPECT_TRUE(recorder.take().empty());
-            ASSERT_EQ(doc->items.size(), 3u);
-            EXPECT_EQ(valueAt(savedItem(doc.get(), 1), c.path),
-                      valueAt(parseObject(freshItemText(c.type)), c.path));
-        } else {
-            EXPECT_EQ(recorder.take().size(), 1u);
-            ASSERT_EQ(doc->items.size(), 1u);
-            EXPECT_EQ(doc->items[0]->type, "Observe");
-        }
+        expectMemberRule(c.type, richItem(c.type), c.path, c.rule);
     }
 }
 

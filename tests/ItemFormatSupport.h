@@ -5,9 +5,12 @@
 #ifndef ZUNO_KEYMAPMANAGER_TESTS_ITEMFORMATSUPPORT_H
 #define ZUNO_KEYMAPMANAGER_TESTS_ITEMFORMATSUPPORT_H
 
+#include <initializer_list>
 #include <memory>
 #include <sstream>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "tests/TestSupport.h"
 
@@ -77,6 +80,67 @@ inline Poco::JSON::Object::Ptr mutatedItem(const std::string& type,
 /// The saved JSON of the item at `index` of `doc`.
 inline Poco::JSON::Object::Ptr savedItem(km::KeymapConfig* doc, unsigned index = 0) {
     return parseObject(saveText(doc))->getArray("keymaps")->getObject(index);
+}
+
+/// Checks that a fresh item of `type` writes `own` besides the members every
+/// item shares (`dropped` lists the shared members the comparison leaves out).
+inline void expectFreshForm(const std::string& type, const std::string& own,
+                            std::initializer_list<const char*> dropped) {
+    Poco::JSON::Object::Ptr written = parseObject(freshItemText(type));
+    for (const char* common : dropped) {
+        written->remove(common);
+    }
+    const std::string expected = R"({"type": ")" + type + "\", " + own + "}";
+    EXPECT_EQ(text(written), text(parseObject(expected))) << type;
+}
+
+/// Checks that `item` survives a load, a save and a second load unchanged.
+inline void expectRoundTrip(const Poco::JSON::Object::Ptr& item) {
+    const std::string expected = text(item);
+    CallbackRecorder recorder;
+    DocPtr doc = loadText(documentWith(expected));
+    ASSERT_EQ(doc->items.size(), 1u);
+    const Poco::JSON::Object::Ptr saved = savedItem(doc.get());
+    EXPECT_EQ(text(saved), expected);
+    DocPtr reloaded = loadText(documentWith(text(saved)));
+    ASSERT_EQ(reloaded->items.size(), 1u);
+    EXPECT_EQ(text(savedItem(reloaded.get())), expected);
+    EXPECT_TRUE(recorder.take().empty());
+}
+
+/// How the reader treats one member of an item.
+enum MemberRule {
+    kOptional,   // absent: the load goes on and the default stays
+    kRequired,   // absent: the load fails at this element
+    kWrongKind,  // given as a number where an object or array belongs: the load fails
+};
+
+/// Breaks the member at `path` of the full item `item` as `rule` says, loads it
+/// between two good items, and checks what the document kept.
+inline void expectMemberRule(const std::string& type, Poco::JSON::Object::Ptr item,
+                             const std::string& path, MemberRule rule) {
+    SCOPED_TRACE(type + " " + path + " rule " + std::to_string(rule));
+    std::string last;
+    Poco::JSON::Object::Ptr parent = parentOf(item, path, last);
+    if (rule == kWrongKind) {
+        parent->set(last, 5);
+    } else {
+        parent->remove(last);
+    }
+    const std::string neighbour = freshItemText("Observe");
+    CallbackRecorder recorder;
+    DocPtr doc = loadText(documentWith(neighbour + "," + text(item) + "," + neighbour));
+    if (rule == kOptional) {
+        EXPECT_TRUE(recorder.take().empty());
+        ASSERT_EQ(doc->items.size(), 3u);
+        EXPECT_EQ(valueAt(savedItem(doc.get(), 1), path),
+                  valueAt(parseObject(freshItemText(type)), path));
+    } else {
+        // The failing element and everything after it are dropped.
+        EXPECT_EQ(recorder.take().size(), 1u);
+        ASSERT_EQ(doc->items.size(), 1u);
+        EXPECT_EQ(doc->items[0]->type, "Observe");
+    }
 }
 
 }  // namespace testsupport

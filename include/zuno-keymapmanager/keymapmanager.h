@@ -28,6 +28,7 @@
 #include "zuno-keymapmanager/items/LookItems.h"
 #include "zuno-keymapmanager/items/SpellItems.h"
 #include "zuno-keymapmanager/items/SwipeholdItem.h"
+#include "zuno-keymapmanager/items/TapItems.h"
 #include "zuno-keymapmanager/items/WalkItems.h"
 #include "zuno-keymapmanager/items/WheelZoomObserveItems.h"
 
@@ -38,6 +39,9 @@
 #include "zuno-keymapmanager/document/KeymapConfig.h"
 
 // Macro language.
+#include "zuno-keymapmanager/macro/MarcoCommandConVerters.h"
+#include "zuno-keymapmanager/macro/MarcoConVerter.h"
+#include "zuno-keymapmanager/macro/MarcoConVerterFactory.h"
 #include "zuno-keymapmanager/macro/MarcoConVerterManager.h"
 
 // The manager and the free functions.

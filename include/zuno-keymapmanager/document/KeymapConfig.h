@@ -33,10 +33,14 @@ public:
     KeymapConfig(const KeymapConfig&) = delete;
     KeymapConfig& operator=(const KeymapConfig&) = delete;
 
-    /// Whether pressing `first` (with `second` held as the second key of a
-    /// combination) triggers any item of the document. An item with a second
-    /// key counts only when the whole combination matches; every other item
-    /// counts when its key matches `first`. Null keys match nothing.
+    /// Whether pressing `first` (with `second` as the second key of a
+    /// combination) triggers any item of the document. Items that may take a
+    /// second key (ComposableConfigItem and its descendants) count only when
+    /// their key matches `first` and their second key matches `second`, so a
+    /// single key is asked about by passing an unset key, or null, as
+    /// `second`. Every other item counts when its key matches `first`. Every
+    /// item is asked, so pair items all record their matched direction. A
+    /// null `first` matches nothing.
     bool isConfigKeyMatch(ConfigKey* first, ConfigKey* second);
 };
 

@@ -16,7 +16,10 @@
 
 namespace zunokeymapmanager {
 
-class ZUNO_KM_API MarcoConVerterManager {
+class ZUNO_KM_API MarcoConVerterManager
+/// The entry points the library's public functions use; each forwards to
+/// MarcoConVerterFactory unchanged.
+{
 public:
     /// The one-based numbers of the editing lines that no command accepts.
     static std::vector<std::uint32_t> MacroKeyEditingTextGrammarCheck(

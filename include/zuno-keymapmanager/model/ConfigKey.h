@@ -60,8 +60,11 @@ public:
     bool isSet() const;
 };
 
-/// A combination of two keys, pressed together.
-class ZUNO_KM_API ComposableKey {
+class ZUNO_KM_API ComposableKey
+/// A combination of two keys, pressed together. With an unset second key it
+/// is a single key, and its second place then matches only a key that has
+/// neither a device nor a scan code.
+{
 public:
     ConfigKey key;
     ConfigKey second_key;
