@@ -22,6 +22,12 @@ namespace {
 
 namespace km = zunokeymapmanager;
 
+/// The dynamic type of a converter (through a reference: clang flags typeid
+/// on an expression that calls a function).
+std::type_index typeOf(const km::MarcoConVerter& converter) {
+    return typeid(converter);
+}
+
 struct OracleRow {
     std::type_index type;
     const char* editing;  // null: no line
@@ -145,7 +151,7 @@ constexpr int kNone = -1;
 
 int indexOf(const std::shared_ptr<km::MarcoConVerter>& converter) {
     for (std::size_t i = 0; converter && i < std::size(kOracle); ++i) {
-        if (kOracle[i].type == typeid(*converter)) {
+        if (kOracle[i].type == typeOf(*converter)) {
             return static_cast<int>(i);
         }
     }

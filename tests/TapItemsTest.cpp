@@ -61,7 +61,8 @@ TEST(TapItems, SurviveASaveAndReload) {
             DocPtr back = loadText(saveText(&doc));
             EXPECT_TRUE(recorder.take().empty()) << c.what;
             ASSERT_EQ(back->items.size(), 1u) << c.what;
-            EXPECT_EQ(typeid(*back->items[0]), typeid(*item)) << c.what;
+            const km::ConfigItem& reread = *back->items[0];
+            EXPECT_EQ(typeid(reread), typeid(*item)) << c.what;
             EXPECT_EQ(stringify(back->items[0]->ConvertToJsonObject()),
                       stringify(item->ConvertToJsonObject()))
                 << c.what << (combination ? " with a second key" : "");
