@@ -23,6 +23,12 @@ namespace {
 namespace km = zunokeymapmanager;
 using Factory = km::MarcoConVerterFactory;
 
+/// The dynamic type of a converter (through a reference: clang flags typeid
+/// on an expression that calls a function).
+std::type_index typeOf(const km::MarcoConVerter& converter) {
+    return typeid(converter);
+}
+
 struct OracleRow {
     std::type_index type;
     const char* editing;  // null: no line
@@ -142,7 +148,7 @@ int firstFound(const Patterns& patterns, const std::string& line) {
 
 int indexOf(const std::shared_ptr<km::MarcoConVerter>& converter) {
     for (std::size_t i = 0; converter && i < std::size(kOracle); ++i) {
-        if (kOracle[i].type == typeid(*converter)) {
+        if (kOracle[i].type == typeOf(*converter)) {
             return static_cast<int>(i);
         }
     }

@@ -87,35 +87,37 @@ public:
     std::string converterToRunningText() override { return macroRunningTextOf(C, *this); }
 };
 
+// The commands are final: nothing derives from them, and as the converters
+// have no virtual destructor, a derived command could not be destroyed safely.
 // clang-format off
-class ZUNO_KM_API MarcoClickConVerter : public MarcoCommandConVerter<MacroCommand::Click> {};
-class ZUNO_KM_API MarcoPressConVerter : public MarcoCommandConVerter<MacroCommand::Press> {};
-class ZUNO_KM_API MarcoReleaseConVerter : public MarcoCommandConVerter<MacroCommand::Release> {};
-class ZUNO_KM_API MarcoDefaultSleepConVerter : public MarcoCommandConVerter<MacroCommand::DefaultSleep> {};
-class ZUNO_KM_API MarcoSleepConVerter : public MarcoCommandConVerter<MacroCommand::Sleep> {};
-class ZUNO_KM_API MarcoKeyboardPressConVerter : public MarcoCommandConVerter<MacroCommand::KeyboardPress> {};
-class ZUNO_KM_API MarcoKeyboardReleaseConVerter : public MarcoCommandConVerter<MacroCommand::KeyboardRelease> {};
-class ZUNO_KM_API MarcoKeyboardSwitchConVerter : public MarcoCommandConVerter<MacroCommand::KeyboardSwitch> {};
-class ZUNO_KM_API MarcoEnterStaringConVerter : public MarcoCommandConVerter<MacroCommand::EnterStaring> {};
-class ZUNO_KM_API MarcoExitStaringConVerter : public MarcoCommandConVerter<MacroCommand::ExitStaring> {};
-class ZUNO_KM_API MarcoCurveConVerter : public MarcoCommandConVerter<MacroCommand::Curve> {};
-class ZUNO_KM_API MarcoSwitchConVerter : public MarcoCommandConVerter<MacroCommand::Switch> {};
-class ZUNO_KM_API MarcoMousePressConVerter : public MarcoCommandConVerter<MacroCommand::MousePress> {};
-class ZUNO_KM_API MarcoMouseReleaseConVerter : public MarcoCommandConVerter<MacroCommand::MouseRelease> {};
-class ZUNO_KM_API MarcoMouseSwitchConVerter : public MarcoCommandConVerter<MacroCommand::MouseSwitch> {};
-class ZUNO_KM_API MarcoReleaseAllConVerter : public MarcoCommandConVerter<MacroCommand::ReleaseAll> {};
-class ZUNO_KM_API MarcoStopLoopConVerter : public MarcoCommandConVerter<MacroCommand::StopLoop> {};
-class ZUNO_KM_API MarcoStartLoopConVerter : public MarcoCommandConVerter<MacroCommand::StartLoop> {};
-class ZUNO_KM_API MarcoTextInjectConVerter : public MarcoCommandConVerter<MacroCommand::TextInject> {};
-class ZUNO_KM_API MarcoJoystickPressConVerter : public MarcoCommandConVerter<MacroCommand::JoystickPress> {};
-class ZUNO_KM_API MarcoJoystickReleaseConVerter : public MarcoCommandConVerter<MacroCommand::JoystickRelease> {};
-class ZUNO_KM_API MarcoJoystickSwitchConVerter : public MarcoCommandConVerter<MacroCommand::JoystickSwitch> {};
-class ZUNO_KM_API MarcoLockWindowsConVerter : public MarcoCommandConVerter<MacroCommand::LockWindows> {};
-class ZUNO_KM_API MarcoUnLockWindowsConVerter : public MarcoCommandConVerter<MacroCommand::UnLockWindows> {};
-class ZUNO_KM_API MarcoCurveFirstPointSleepTimeConVerter : public MarcoCommandConVerter<MacroCommand::CurveFirstPointSleepTime> {};
-class ZUNO_KM_API MarcoCurveLastPointSleepTimeConVerter : public MarcoCommandConVerter<MacroCommand::CurveLastPointSleepTime> {};
-class ZUNO_KM_API MarcoCurveReleaseConVerter : public MarcoCommandConVerter<MacroCommand::CurveRelease> {};
-class ZUNO_KM_API MarcoInputHoldSwitchConVerter : public MarcoCommandConVerter<MacroCommand::InputHoldSwitch> {};
+class ZUNO_KM_API MarcoClickConVerter final : public MarcoCommandConVerter<MacroCommand::Click> {};
+class ZUNO_KM_API MarcoPressConVerter final : public MarcoCommandConVerter<MacroCommand::Press> {};
+class ZUNO_KM_API MarcoReleaseConVerter final : public MarcoCommandConVerter<MacroCommand::Release> {};
+class ZUNO_KM_API MarcoDefaultSleepConVerter final : public MarcoCommandConVerter<MacroCommand::DefaultSleep> {};
+class ZUNO_KM_API MarcoSleepConVerter final : public MarcoCommandConVerter<MacroCommand::Sleep> {};
+class ZUNO_KM_API MarcoKeyboardPressConVerter final : public MarcoCommandConVerter<MacroCommand::KeyboardPress> {};
+class ZUNO_KM_API MarcoKeyboardReleaseConVerter final : public MarcoCommandConVerter<MacroCommand::KeyboardRelease> {};
+class ZUNO_KM_API MarcoKeyboardSwitchConVerter final : public MarcoCommandConVerter<MacroCommand::KeyboardSwitch> {};
+class ZUNO_KM_API MarcoEnterStaringConVerter final : public MarcoCommandConVerter<MacroCommand::EnterStaring> {};
+class ZUNO_KM_API MarcoExitStaringConVerter final : public MarcoCommandConVerter<MacroCommand::ExitStaring> {};
+class ZUNO_KM_API MarcoCurveConVerter final : public MarcoCommandConVerter<MacroCommand::Curve> {};
+class ZUNO_KM_API MarcoSwitchConVerter final : public MarcoCommandConVerter<MacroCommand::Switch> {};
+class ZUNO_KM_API MarcoMousePressConVerter final : public MarcoCommandConVerter<MacroCommand::MousePress> {};
+class ZUNO_KM_API MarcoMouseReleaseConVerter final : public MarcoCommandConVerter<MacroCommand::MouseRelease> {};
+class ZUNO_KM_API MarcoMouseSwitchConVerter final : public MarcoCommandConVerter<MacroCommand::MouseSwitch> {};
+class ZUNO_KM_API MarcoReleaseAllConVerter final : public MarcoCommandConVerter<MacroCommand::ReleaseAll> {};
+class ZUNO_KM_API MarcoStopLoopConVerter final : public MarcoCommandConVerter<MacroCommand::StopLoop> {};
+class ZUNO_KM_API MarcoStartLoopConVerter final : public MarcoCommandConVerter<MacroCommand::StartLoop> {};
+class ZUNO_KM_API MarcoTextInjectConVerter final : public MarcoCommandConVerter<MacroCommand::TextInject> {};
+class ZUNO_KM_API MarcoJoystickPressConVerter final : public MarcoCommandConVerter<MacroCommand::JoystickPress> {};
+class ZUNO_KM_API MarcoJoystickReleaseConVerter final : public MarcoCommandConVerter<MacroCommand::JoystickRelease> {};
+class ZUNO_KM_API MarcoJoystickSwitchConVerter final : public MarcoCommandConVerter<MacroCommand::JoystickSwitch> {};
+class ZUNO_KM_API MarcoLockWindowsConVerter final : public MarcoCommandConVerter<MacroCommand::LockWindows> {};
+class ZUNO_KM_API MarcoUnLockWindowsConVerter final : public MarcoCommandConVerter<MacroCommand::UnLockWindows> {};
+class ZUNO_KM_API MarcoCurveFirstPointSleepTimeConVerter final : public MarcoCommandConVerter<MacroCommand::CurveFirstPointSleepTime> {};
+class ZUNO_KM_API MarcoCurveLastPointSleepTimeConVerter final : public MarcoCommandConVerter<MacroCommand::CurveLastPointSleepTime> {};
+class ZUNO_KM_API MarcoCurveReleaseConVerter final : public MarcoCommandConVerter<MacroCommand::CurveRelease> {};
+class ZUNO_KM_API MarcoInputHoldSwitchConVerter final : public MarcoCommandConVerter<MacroCommand::InputHoldSwitch> {};
 
 // clang-format on
 
