@@ -164,7 +164,7 @@ TEST(MacroTryOrder, FirstAcceptingCommandWins) {
             c.running ? km::MarcoConVerterFactory::ProduceMarcoConVerterByRunningText(c.line)
                       : km::MarcoConVerterFactory::ProduceMarcoConVerterByEditingText(c.line);
         ASSERT_TRUE(converter) << c.line;
-        EXPECT_EQ(std::type_index(typeid(*converter)), c.type) << c.line;
+        EXPECT_EQ(typeOf(*converter), c.type) << c.line;
     }
 }
 
