@@ -251,7 +251,8 @@ int createBeside(const std::string& dir, const std::string& base, mode_t mode,
         for (char& c : suffix) {
             c = kAlphabet[random() % (sizeof(kAlphabet) - 1)];
         }
-        tempPath = dir + "/." + base + ".save-" + suffix;
+        tempPath = dir;
+        tempPath.append("/.").append(base).append(".save-").append(suffix);
         const int fd = ::open(tempPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
         if (fd >= 0) {
             return fd;
