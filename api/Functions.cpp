@@ -24,12 +24,22 @@ KeymapConfig* LoadKeymapConfigAndInfo(const std::string& path, const std::string
     return manager().LoadKeymapConfigAndInfo(true, path, data);
 }
 
+KeymapConfig* LoadKeymapConfigAndInfo(const std::string& path, const std::string& data,
+                                      LoadDiagnostic* diagnostic) {
+    return manager().LoadKeymapConfigAndInfo(true, path, data, diagnostic);
+}
+
 bool SaveKeymapConfigAndInfo(const std::string& path, KeymapConfig* config) {
     return manager().SaveKeymapConfigAndInfo(path, config);
 }
 
 KeymapConfig* LoadJoystickConfigAndInfo(const std::string& path, const std::string& data) {
     return manager().LoadJoystickConfigAndInfo(path, data);
+}
+
+KeymapConfig* LoadJoystickConfigAndInfo(const std::string& path, const std::string& data,
+                                        LoadDiagnostic* diagnostic) {
+    return manager().LoadJoystickConfigAndInfo(path, data, diagnostic);
 }
 
 bool SaveJoystickConfigAndInfo(const std::string& path, KeymapConfig* config) {

@@ -43,25 +43,46 @@ const std::string& KeymapManager::GetDataString(bool isKeymap, const std::string
 
 KeymapConfig* KeymapManager::LoadKeymapConfigAndInfo(bool isKeymap, const std::string& path,
                                                      const std::string& data) {
+    return LoadKeymapConfigAndInfo(isKeymap, path, data, nullptr);
+}
+
+KeymapConfig* KeymapManager::LoadJoystickConfigAndInfo(const std::string& path,
+                                                       const std::string& data) {
+    return LoadJoystickConfigAndInfo(path, data, nullptr);
+}
+
+KeymapConfig* KeymapManager::LoadKeymapConfigAndInfo(
+    bool isKeymap, const std::string& path, const std::string& data,
+    zunokeymapmanager::LoadDiagnostic* diagnostic) {
     auto config = std::make_unique<KeymapConfig>();
     config->info = new zunokeymapmanager::ConfigInfo();
     config->param = new zunokeymapmanager::ConfigParam();
     const std::string text = GetDataString(isKeymap, path, data);
+    zunokeymapmanager::document::ReadProgress progress;
     try {
-        zunokeymapmanager::document::Read(text, path, *config);
-    } catch (const Poco::Exception&) {
+        zunokeymapmanager::document::Read(text, path, *config, progress);
+    } catch (const Poco::Exception& error) {
+        if (diagnostic != nullptr) {
+            zunokeymapmanager::document::Describe(progress, error, path, text, *diagnostic);
+        }
         // The callback runs on a thread of its own, and has returned before
         // the load does.
         std::async(std::launch::async, &KeymapManager::OnLoadConfigAndInfoFailed, this,
                    std::string(path))
             .wait();
+        return config.release();
+    }
+    if (diagnostic != nullptr) {
+        *diagnostic = zunokeymapmanager::LoadDiagnostic();
+        diagnostic->source = path;
     }
     return config.release();
 }
 
-KeymapConfig* KeymapManager::LoadJoystickConfigAndInfo(const std::string& path,
-                                                       const std::string& data) {
-    KeymapConfig* config = LoadKeymapConfigAndInfo(false, path, data);
+KeymapConfig* KeymapManager::LoadJoystickConfigAndInfo(
+    const std::string& path, const std::string& data,
+    zunokeymapmanager::LoadDiagnostic* diagnostic) {
+    KeymapConfig* config = LoadKeymapConfigAndInfo(false, path, data, diagnostic);
     config->info->is_joystick = true;
     return config;
 }

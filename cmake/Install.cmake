@@ -2,7 +2,11 @@ include(CMakePackageConfigHelpers)
 
 set(ZUNO_KM_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/zuno-keymapmanager)
 
-install(TARGETS zuno-keymapmanager
+set(ZUNO_KM_INSTALL_TARGETS zuno-keymapmanager)
+if(TARGET zuno-keymap)
+    list(APPEND ZUNO_KM_INSTALL_TARGETS zuno-keymap)
+endif()
+install(TARGETS ${ZUNO_KM_INSTALL_TARGETS}
     EXPORT zuno-keymapmanager-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}

@@ -16,17 +16,20 @@
 #include <random>
 #include <thread>
 
+#include <algorithm>
 #include <fstream>
 #include <memory>
+#include <ostream>
 #include <sstream>
+#include <streambuf>
 #include <string>
 
 #include <Poco/Exception.h>
 #include <Poco/JSON/ParseHandler.h>
 #include <Poco/JSON/Parser.h>
-#include <Poco/JSON/Stringifier.h>
 
 #include "model/JsonIO.h"
+#include "model/LoadTrail.h"
 #include "zuno-keymapmanager/model/ConfigFactory.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
@@ -35,13 +38,53 @@ namespace document {
 
 namespace {
 
-// Stringifier options: strings quoted and escaped, no Unicode escaping.
-constexpr int kWriteOptions = Poco::JSON_WRAP_STRINGS;
 constexpr unsigned kIndent = 4;
+// Items are elements of the top-level "keymaps" array: two levels deep.
+constexpr unsigned kItemIndent = 2 * kIndent;
 
-Poco::Dynamic::Var parse(const std::string& text, const std::string& path) {
+// Room for one item as saved; a fair guess spares most regrowth of the output.
+constexpr std::size_t kTypicalItemBytes = 2048;
+// The guess is only a start: beyond this the buffer grows as it fills, so a
+// host's item list full of empty slots cannot ask for memory up front.
+constexpr std::size_t kMaxInitialBytes = std::size_t{16} << 20;
+
+// An output buffer over a string that grows by doubling and is handed over
+// at the end, without the copy a string stream makes.
+class StringSink : public std::streambuf {
+public:
+    explicit StringSink(std::size_t capacity) {
+        text_.resize(capacity > 0 ? capacity : 1);
+        setp(text_.data(), text_.data() + text_.size());
+    }
+
+    std::string take() {
+        text_.resize(written());
+        setp(nullptr, nullptr);
+        return std::move(text_);
+    }
+
+protected:
+    int_type overflow(int_type c) override {
+        if (traits_type::eq_int_type(c, traits_type::eof())) {
+            return traits_type::not_eof(c);
+        }
+        const std::size_t used = written();
+        text_.resize(text_.size() * 2);
+        setp(text_.data() + used, text_.data() + text_.size());
+        sputc(traits_type::to_char_type(c));
+        return c;
+    }
+
+private:
+    std::size_t written() const { return static_cast<std::size_t>(pptr() - text_.data()); }
+
+    std::string text_;
+};
+
+Poco::Dynamic::Var parse(const std::string& text, const std::string& path, ReadProgress& progress) {
     Poco::JSON::Parser parser(new Poco::JSON::ParseHandler(false));
     if (!text.empty()) {
+        progress.stage = ReadProgress::Stage::Parsing;
         return parser.parse(text);
     }
     // Only regular files are read: a pipe or a device could block the host forever.
@@ -53,59 +96,110 @@ Poco::Dynamic::Var parse(const std::string& text, const std::string& path) {
     if (!in) {
         throw Poco::OpenFileException(path);
     }
-    return parser.parse(in);
+    // Kept as text, so that a syntax error can be located afterwards.
+    std::ostringstream content;
+    content << in.rdbuf();
+    if (in.bad()) {
+        throw Poco::ReadFileException(path);
+    }
+    progress.fileText = content.str();
+    progress.stage = ReadProgress::Stage::Parsing;
+    return parser.parse(progress.fileText);
 }
 
 }  // namespace
 
 void Read(const std::string& text, const std::string& path, KeymapConfig& doc) {
-    const json::ObjectPtr root = parse(text, path).extract<Poco::JSON::Object::Ptr>();
-    if (root.isNull()) {
+    ReadProgress progress;
+    Read(text, path, doc, progress);
+}
+
+void Read(const std::string& text, const std::string& path, KeymapConfig& doc,
+          ReadProgress& progress) {
+    json::trail().reset();
+    progress.parsed = parse(text, path, progress);
+    progress.stage = ReadProgress::Stage::Root;
+    progress.root = progress.parsed.extract<Poco::JSON::Object::Ptr>();
+    if (progress.root.isNull()) {
         throw Poco::NullPointerException();
     }
+    const json::ObjectPtr& root = progress.root;
 
+    progress.stage = ReadProgress::Stage::Keymaps;
     if (root->has(kFieldKeymaps)) {
-        const json::ArrayPtr elements = json::array(root, kFieldKeymaps);
-        for (std::size_t i = 0; i < elements->size(); ++i) {
-            std::unique_ptr<ConfigItem> item(
-                ConfigFactory::ProduceConfigItem(elements->getObject(i)));
+        progress.elements = json::array(root, kFieldKeymaps);
+        const std::size_t count = progress.elements->size();
+        for (std::size_t i = 0; i < count; ++i) {
+            json::trail().reset();
+            progress.itemIndex = static_cast<int>(i);
+            progress.item = progress.elements->getObject(i);
+            if (!progress.item.isNull()) {
+                // The array lets go of the element, which the progress holds
+                // until the next one: each element is freed right after its
+                // item has read it, while it is still in the cache, and its
+                // memory serves the items that follow. An element that is not
+                // an object stays, for the diagnostic to describe.
+                progress.elements->set(static_cast<unsigned int>(i), Poco::Dynamic::Var());
+            }
+            std::unique_ptr<ConfigItem> item(ConfigFactory::ProduceConfigItem(progress.item));
             if (item) {
                 // Make room first, so the document owns the item the moment it is released.
                 doc.items.push_back(nullptr);
                 doc.items.back() = item.release();
             }
         }
+        progress.itemIndex = -1;
+        progress.item = nullptr;
     }
 
+    json::trail().reset();
+    progress.stage = ReadProgress::Stage::Info;
     doc.info->FillFromJsonObject(json::object(root, kFieldInfo));
 
     if (root->has(kFieldParam)) {
+        json::trail().reset();
+        progress.stage = ReadProgress::Stage::Param;
         doc.param->FillFromJsonObject(json::object(root, kFieldParam));
     }
+    progress.stage = ReadProgress::Stage::Done;
 }
 
 std::string Write(const KeymapConfig& doc) {
-    json::ArrayPtr elements = new Poco::JSON::Array();
-    for (const ConfigItem* item : doc.items) {
-        if (item != nullptr) {
-            elements->add(json::ObjectPtr(new Poco::JSON::Object(item->ConvertToJsonObject())));
-        }
-    }
+    // The output is what the stringifier makes of the whole document object
+    // (sorted top-level keys, indentation 4), but the items are written one
+    // at a time: each item's object is freed before the next one is built.
+    // Holding the objects of a large document at once costs more than
+    // stringifying them, because of the memory they spread over. Converting
+    // is free of side effects, so info and param can be converted first and
+    // the whole text written front to back into one buffer.
     const bool isJoystick = doc.info != nullptr && doc.info->is_joystick;
+    const Poco::JSON::Object info =
+        doc.info != nullptr ? doc.info->ConvertToJsonObject() : ConfigInfo().ConvertToJsonObject();
+    const Poco::JSON::Object param = doc.param != nullptr
+                                         ? doc.param->ConvertToJsonObject(isJoystick)
+                                         : ConfigParam().ConvertToJsonObject(isJoystick);
 
-    json::ObjectPtr root = json::newObject();
-    root->set(kFieldKeymaps, elements);
-    root->set(kFieldInfo, json::ObjectPtr(new Poco::JSON::Object(
-                              doc.info != nullptr ? doc.info->ConvertToJsonObject()
-                                                  : ConfigInfo().ConvertToJsonObject())));
-    root->set(kFieldParam,
-              json::ObjectPtr(new Poco::JSON::Object(
-                  doc.param != nullptr ? doc.param->ConvertToJsonObject(isJoystick)
-                                       : ConfigParam().ConvertToJsonObject(isJoystick))));
-
-    std::ostringstream out;
-    Poco::JSON::Stringifier::stringify(root, out, kIndent, -1, kWriteOptions);
-    return out.str();
+    // {"info": ..., "keymaps": [...], "param": ...}, laid out as the
+    // stringifier lays out an object at the top level and an array inside it.
+    StringSink sink(std::min(kTypicalItemBytes * (doc.items.size() + 1), kMaxInitialBytes));
+    std::ostream out(&sink);
+    const std::string member = "\n" + std::string(kIndent, ' ') + '"';
+    out << '{' << member << kFieldInfo << "\": ";
+    info.stringify(out, 2 * kIndent, kIndent);
+    out << ',' << member << kFieldKeymaps << "\": [\n";
+    bool first = true;
+    for (const ConfigItem* item : doc.items) {
+        if (item == nullptr) {
+            continue;
+        }
+        out << (first ? "" : ",\n") << std::string(kItemIndent, ' ');
+        first = false;
+        item->ConvertToJsonObject().stringify(out, kItemIndent + kIndent, kIndent);
+    }
+    out << '\n' << std::string(kIndent, ' ') << "]," << member << kFieldParam << "\": ";
+    param.stringify(out, 2 * kIndent, kIndent);
+    out << "\n}";
+    return sink.take();
 }
 
 namespace {
@@ -157,7 +251,8 @@ int createBeside(const std::string& dir, const std::string& base, mode_t mode,
         for (char& c : suffix) {
             c = kAlphabet[random() % (sizeof(kAlphabet) - 1)];
         }
-        tempPath = dir + "/." + base + ".save-" + suffix;
+        tempPath = dir;
+        tempPath.append("/.").append(base).append(".save-").append(suffix);
         const int fd = ::open(tempPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
         if (fd >= 0) {
             return fd;

@@ -9,10 +9,32 @@
 
 #include <string>
 
+#include <Poco/Dynamic/Var.h>
+#include <Poco/Exception.h>
+
+#include "model/JsonIO.h"
 #include "zuno-keymapmanager/document/KeymapConfig.h"
+#include "zuno-keymapmanager/document/LoadDiagnostic.h"
 
 namespace zunokeymapmanager {
 namespace document {
+
+/// How far a read got. The reader updates it as it goes; after a failure it
+/// still holds the parsed tree, so that Describe can look at the failing
+/// member.
+struct ReadProgress {
+    enum class Stage { Opening, Parsing, Root, Keymaps, Info, Param, Done };
+
+    Stage stage = Stage::Opening;
+    /// The file's text, when the document came from a file.
+    std::string fileText;
+    Poco::Dynamic::Var parsed;
+    json::ObjectPtr root;
+    json::ArrayPtr elements;
+    /// The element of "keymaps" being read, -1 before the first.
+    int itemIndex = -1;
+    json::ObjectPtr item;
+};
 
 /// Reads the document from `text`, or from the file at `path` when `text` is
 /// empty, into `doc`: first the "keymaps" (unknown item types are dropped),
@@ -20,6 +42,16 @@ namespace document {
 /// whatever was read before it stays in `doc`. A path that is not a regular
 /// file (a directory, a device, a pipe) counts as unreadable.
 void Read(const std::string& text, const std::string& path, KeymapConfig& doc);
+
+/// As above, recording its progress in `progress`.
+void Read(const std::string& text, const std::string& path, KeymapConfig& doc,
+          ReadProgress& progress);
+
+/// Says why the read recorded in `progress` failed with `error`. `source` is
+/// the loaded path or built-in name, `text` the text that was parsed (empty
+/// when it came from the file).
+void Describe(const ReadProgress& progress, const Poco::Exception& error, const std::string& source,
+              const std::string& text, LoadDiagnostic& out);
 
 /// The document as saved: keys sorted, indentation 4.
 std::string Write(const KeymapConfig& doc);

@@ -21,16 +21,16 @@ using macro::Shape;
 
 struct CommandRow {
     MacroCommand command;
+    /// The running output ends in the key code of the running line.
+    bool endsInKeyCode = false;
     LineShape editing;
     LineShape running;
     std::string_view editingOut;
     std::string_view runningOut;
-    /// The running output ends in the key code of the running line.
-    bool endsInKeyCode = false;
 
     constexpr CommandRow(MacroCommand c, LineShape e, LineShape r, std::string_view eo,
                          std::string_view ro, bool code = false)
-        : command(c), editing(e), running(r), editingOut(eo), runningOut(ro), endsInKeyCode(code) {}
+        : command(c), endsInKeyCode(code), editing(e), running(r), editingOut(eo), runningOut(ro) {}
 };
 
 constexpr LineShape never{};

@@ -6,12 +6,45 @@
 
 #include <Poco/Exception.h>
 
+#include "model/LoadTrail.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
 namespace zunokeymapmanager {
 namespace json {
 
 namespace {
+
+// Plain data, zero-initialised: no guard or constructor on first use.
+thread_local LoadTrail tTrail;
+
+inline void noteRead(const ObjectPtr& parent, const std::string& key, Expect expect) {
+    tTrail.readParent = parent.get();
+    tTrail.readKey = &key;
+    tTrail.readIndex = -1;
+    tTrail.readExpect = expect;
+}
+
+// Stands for the key of an element read; the index says which element.
+const std::string kElementKey;
+
+// An element's parent is its array, already linked under its key.
+inline void noteElement(const ArrayPtr& array, std::size_t index) {
+    tTrail.readParent = array.get();
+    tTrail.readKey = &kElementKey;
+    tTrail.readIndex = static_cast<long>(index);
+    tTrail.readExpect = Expect::String;
+}
+
+inline void readDone() {
+    tTrail.readKey = nullptr;
+}
+
+inline void noteLink(const void* child, const ObjectPtr& parent, const std::string& key) {
+    LoadTrail::Link& link = tTrail.links[tTrail.linkCount++ % LoadTrail::kLinks];
+    link.child = child;
+    link.parent = parent.get();
+    link.key = &key;
+}
 
 Poco::Dynamic::Var member(const ObjectPtr& parent, const std::string& key) {
     if (parent.isNull()) {
@@ -22,9 +55,14 @@ Poco::Dynamic::Var member(const ObjectPtr& parent, const std::string& key) {
 
 }  // namespace
 
+LoadTrail& trail() {
+    return tTrail;
+}
+
 ObjectPtr object(const ObjectPtr& parent, const std::string& key) {
     ObjectPtr child = optionalObject(parent, key);
     if (child.isNull()) {
+        noteRead(parent, key, Expect::Object);
         throw Poco::NullPointerException();
     }
     return child;
@@ -34,13 +72,17 @@ ObjectPtr optionalObject(const ObjectPtr& parent, const std::string& key) {
     if (parent.isNull()) {
         throw Poco::NullPointerException();
     }
+    noteRead(parent, key, Expect::Object);
     if (!parent->has(key)) {
+        readDone();
         return {};
     }
     ObjectPtr child = parent->getObject(key);
     if (child.isNull()) {
         throw Poco::NullPointerException();
     }
+    noteLink(child.get(), parent, key);
+    readDone();
     return child;
 }
 
@@ -48,10 +90,13 @@ ArrayPtr array(const ObjectPtr& parent, const std::string& key) {
     if (parent.isNull()) {
         throw Poco::NullPointerException();
     }
+    noteRead(parent, key, Expect::Array);
     ArrayPtr result = parent->getArray(key);
     if (result.isNull()) {
         throw Poco::NullPointerException();
     }
+    noteLink(result.get(), parent, key);
+    readDone();
     return result;
 }
 
@@ -59,7 +104,9 @@ void readElement(const ArrayPtr& array, std::size_t index, std::string& out) {
     if (array.isNull()) {
         throw Poco::NullPointerException();
     }
+    noteElement(array, index);
     out = array->get(static_cast<unsigned int>(index)).convert<std::string>();
+    readDone();
 }
 
 bool has(const ObjectPtr& parent, const std::string& key) {
@@ -70,19 +117,27 @@ bool has(const ObjectPtr& parent, const std::string& key) {
 }
 
 void read(const ObjectPtr& parent, const std::string& key, std::string& out) {
+    noteRead(parent, key, Expect::String);
     out = member(parent, key).convert<std::string>();
+    readDone();
 }
 
 void read(const ObjectPtr& parent, const std::string& key, std::int32_t& out) {
+    noteRead(parent, key, Expect::Integer);
     out = member(parent, key).convert<std::int32_t>();
+    readDone();
 }
 
 void read(const ObjectPtr& parent, const std::string& key, double& out) {
+    noteRead(parent, key, Expect::Number);
     out = member(parent, key).convert<double>();
+    readDone();
 }
 
 void read(const ObjectPtr& parent, const std::string& key, bool& out) {
+    noteRead(parent, key, Expect::Boolean);
     out = member(parent, key).convert<bool>();
+    readDone();
 }
 
 void readPoint(const ObjectPtr& parent, const std::string& key, PointF& out) {

@@ -93,6 +93,55 @@ TEST(DocumentSave, GamepadDocumentsDropKeyboardSettings) {
     EXPECT_DOUBLE_EQ(reread->param->sensitivity, 1.0);
 }
 
+// The whole document as one object, written by the stringifier: what a save
+// must produce byte for byte, however it gets there.
+std::string stringifiedDocument(const km::KeymapConfig& doc) {
+    Poco::JSON::Array::Ptr items = new Poco::JSON::Array();
+    for (const km::ConfigItem* item : doc.items) {
+        if (item != nullptr) {
+            items->add(
+                Poco::JSON::Object::Ptr(new Poco::JSON::Object(item->ConvertToJsonObject())));
+        }
+    }
+    Poco::JSON::Object root;
+    root.set("keymaps", items);
+    root.set("info",
+             Poco::JSON::Object::Ptr(new Poco::JSON::Object(doc.info->ConvertToJsonObject())));
+    root.set("param", Poco::JSON::Object::Ptr(new Poco::JSON::Object(
+                          doc.param->ConvertToJsonObject(doc.info->is_joystick))));
+    return stringify(root);
+}
+
+TEST(DocumentSave, WritesTheStringifiedDocumentObject) {
+    std::string everyType;
+    for (const char* type : {"Click", "BunchClick", "Swipehold", "Fire", "Staring", "Spell",
+                             "SpellCancel", "RightWalk", "Eye", "Gravity", "Macro", "Curve",
+                             "LeftStickWalk", "RightStickEye", "Wheel", "Zoom", "Observe", "Tip"}) {
+        const std::string text = freshItemText(type);
+        if (!text.empty()) {
+            everyType += (everyType.empty() ? "" : ",") + text;
+        }
+    }
+    const struct {
+        const char* name;
+        DocPtr doc;
+    } cases[] = {
+        {"no items", loadText(documentWith(""))},
+        {"gamepad, empty param", loadJoystickText(documentWith(""))},
+        {"every item type twice", loadText(documentWith(everyType + "," + everyType))},
+        {"escapes and non-ASCII text",
+         loadText(R"({"info":{"background_color":"a\"b\\c/d\u00e9\n\t","visibility":true}})")},
+    };
+    ASSERT_EQ(cases[3].doc->info->background_color, "a\"b\\c/d\xC3\xA9\n\t");
+    for (const auto& c : cases) {
+        EXPECT_EQ(saveText(c.doc.get()), stringifiedDocument(*c.doc)) << c.name;
+    }
+
+    DocPtr withNull = loadText(documentWith(everyType));
+    withNull->items.insert(withNull->items.begin() + 1, nullptr);
+    EXPECT_EQ(saveText(withNull.get()), stringifiedDocument(*withNull)) << "null entries skipped";
+}
+
 TEST(DocumentSave, MissingDirectoryWritesNothingAndStillSucceeds) {
     DocPtr doc(km::LoadKeymapConfigAndInfo(kBlank, ""));
     EXPECT_TRUE(km::SaveKeymapConfigAndInfo("/nonexistent-dir/x/keymap.json", doc.get()));

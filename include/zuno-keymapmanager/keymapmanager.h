@@ -37,6 +37,7 @@
 #include "zuno-keymapmanager/document/ConfigParam.h"
 #include "zuno-keymapmanager/document/EmbededConfig.h"
 #include "zuno-keymapmanager/document/KeymapConfig.h"
+#include "zuno-keymapmanager/document/LoadDiagnostic.h"
 
 // Macro language.
 #include "zuno-keymapmanager/macro/MarcoCommandConVerters.h"

@@ -43,3 +43,13 @@ foreach(internal "zunokeymapmanager::json::" "zunokeymapmanager::labels::" "zuno
         message(FATAL_ERROR "internal symbols are exported: ${internal}")
     endif()
 endforeach()
+
+# The installed tool runs from its own place, without help finding the library.
+if(EXISTS ${prefix}/bin/zuno-keymap)
+    run(${prefix}/bin/zuno-keymap --version)
+    run(${prefix}/bin/zuno-keymap check ${SOURCE_DIR}/examples/shooter.json)
+    string(FIND "${RUN_OUTPUT}" "ok (8 items)" at)
+    if(at EQUAL -1)
+        message(FATAL_ERROR "the installed zuno-keymap did not check the example clean:\n${RUN_OUTPUT}")
+    endif()
+endif()

@@ -15,6 +15,7 @@
 #include "zuno-keymapmanager/Export.h"
 #include "zuno-keymapmanager/api/KeymapManager.h"
 #include "zuno-keymapmanager/document/KeymapConfig.h"
+#include "zuno-keymapmanager/document/LoadDiagnostic.h"
 #include "zuno-keymapmanager/model/ConfigItem.h"
 #include "zuno-keymapmanager/model/ConfigKey.h"
 #include "zuno-keymapmanager/model/Geometry.h"
@@ -31,6 +32,13 @@ ZUNO_KM_API ConfigItem* CreateConfigItem(const std::string& type);
 /// was read before the failure.
 ZUNO_KM_API KeymapConfig* LoadKeymapConfigAndInfo(const std::string& path, const std::string& data);
 
+/// As LoadKeymapConfigAndInfo above (same document, same callback), and, when
+/// `diagnostic` is not null, fills it: whether the load failed, and if so
+/// where (a JSON path such as "keymaps[3].swipehold_info.steps", or a line
+/// and column of malformed JSON), in which item, and what was wrong.
+ZUNO_KM_API KeymapConfig* LoadKeymapConfigAndInfo(const std::string& path, const std::string& data,
+                                                  LoadDiagnostic* diagnostic);
+
 /// Writes the document to `path`. Always true.
 ZUNO_KM_API bool SaveKeymapConfigAndInfo(const std::string& path, KeymapConfig* config);
 
@@ -38,6 +46,11 @@ ZUNO_KM_API bool SaveKeymapConfigAndInfo(const std::string& path, KeymapConfig* 
 /// built-ins; the result is always marked as a gamepad document.
 ZUNO_KM_API KeymapConfig* LoadJoystickConfigAndInfo(const std::string& path,
                                                     const std::string& data);
+
+/// As LoadJoystickConfigAndInfo above, filling `diagnostic` when not null.
+ZUNO_KM_API KeymapConfig* LoadJoystickConfigAndInfo(const std::string& path,
+                                                    const std::string& data,
+                                                    LoadDiagnostic* diagnostic);
 
 /// The same writer as SaveKeymapConfigAndInfo. Always true.
 ZUNO_KM_API bool SaveJoystickConfigAndInfo(const std::string& path, KeymapConfig* config);

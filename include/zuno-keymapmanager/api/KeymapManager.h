@@ -15,6 +15,7 @@
 
 #include "zuno-keymapmanager/Export.h"
 #include "zuno-keymapmanager/document/KeymapConfig.h"
+#include "zuno-keymapmanager/document/LoadDiagnostic.h"
 #include "zuno-keymapmanager/model/ConfigItem.h"
 #include "zuno-keymapmanager/model/ConfigKey.h"
 #include "zuno-keymapmanager/model/Geometry.h"
@@ -63,6 +64,16 @@ public:
     /// marked as a gamepad document.
     zunokeymapmanager::KeymapConfig* LoadJoystickConfigAndInfo(const std::string& path,
                                                                const std::string& data);
+
+    /// As the loads above, and, when `diagnostic` is not null, says in it why
+    /// the load failed (or that it did not). The document returned and the
+    /// callback made are the same as without it.
+    zunokeymapmanager::KeymapConfig* LoadKeymapConfigAndInfo(
+        bool isKeymap, const std::string& path, const std::string& data,
+        zunokeymapmanager::LoadDiagnostic* diagnostic);
+    zunokeymapmanager::KeymapConfig* LoadJoystickConfigAndInfo(
+        const std::string& path, const std::string& data,
+        zunokeymapmanager::LoadDiagnostic* diagnostic);
 
     /// Writes the document with sorted keys and an indentation of 4. Always
     /// returns true, even when the file could not be written.

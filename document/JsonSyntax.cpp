@@ -1,0 +1,321 @@
+//
+// JsonSyntax.cpp
+//
+
+#include "document/JsonSyntax.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+namespace zunokeymapmanager {
+namespace document {
+
+namespace {
+
+class Scanner {
+public:
+    Scanner(const std::string& text, std::size_t maxDepth) : s_(text), maxDepth_(maxDepth) {}
+
+    SyntaxReport run() {
+        skipSpace();
+        if (atEnd()) {
+            return fail("the document is empty");
+        }
+        report_.topLevel = s_[i_];
+        enum class State { Value, AfterValue, MemberName };
+        State state = State::Value;
+        for (;;) {
+            skipSpace();
+            if (failed_) {
+                return report_;
+            }
+            switch (state) {
+                case State::Value:
+                    if (atEnd()) {
+                        return fail("unexpected end of text, a value is expected");
+                    }
+                    if (s_[i_] == '{' || s_[i_] == '[') {
+                        const char open = s_[i_];
+                        stack_.push_back(open);
+                        if (stack_.size() > maxDepth_) {
+                            return fail("arrays and objects are nested too deeply");
+                        }
+                        ++i_;
+                        skipSpace();
+                        const char close = open == '{' ? '}' : ']';
+                        if (!atEnd() && s_[i_] == close) {
+                            ++i_;
+                            stack_.pop_back();
+                            state = State::AfterValue;
+                        } else {
+                            state = open == '{' ? State::MemberName : State::Value;
+                        }
+                        break;
+                    }
+                    scalar();
+                    state = State::AfterValue;
+                    break;
+                case State::MemberName:
+                    if (atEnd() || s_[i_] != '"') {
+                        return fail(atEnd() ? "unexpected end of text, a member name is expected"
+                                            : "a member name in double quotes is expected");
+                    }
+                    string();
+                    skipSpace();
+                    if (failed_) {
+                        return report_;
+                    }
+                    if (atEnd() || s_[i_] != ':') {
+                        return fail("':' is expected after a member name");
+                    }
+                    ++i_;
+                    state = State::Value;
+                    break;
+                case State::AfterValue: {
+                    if (stack_.empty()) {
+                        return atEnd() ? report_
+                                       : fail("unexpected text after the end of the document");
+                    }
+                    const bool inObject = stack_.back() == '{';
+                    if (atEnd()) {
+                        return fail(inObject ? "unexpected end of text, ',' or '}' is expected"
+                                             : "unexpected end of text, ',' or ']' is expected");
+                    }
+                    if (s_[i_] == ',') {
+                        ++i_;
+                        state = inObject ? State::MemberName : State::Value;
+                    } else if (s_[i_] == (inObject ? '}' : ']')) {
+                        ++i_;
+                        stack_.pop_back();
+                    } else {
+                        return fail(inObject ? "',' or '}' is expected after a member value"
+                                             : "',' or ']' is expected after an array element");
+                    }
+                    break;
+                }
+            }
+        }
+    }
+
+private:
+    bool atEnd() const { return i_ >= s_.size(); }
+    unsigned char at(std::size_t k) const {
+        return k < s_.size() ? static_cast<unsigned char>(s_[k]) : 0;
+    }
+
+    SyntaxReport fail(const char* reason) {
+        if (!failed_) {
+            failed_ = true;
+            report_.error = true;
+            report_.line = line_;
+            report_.column = static_cast<int>(i_ - lineStart_) + 1;
+            report_.reason = reason;
+        }
+        return report_;
+    }
+
+    void skipSpace() {
+        while (!failed_ && !atEnd()) {
+            const char c = s_[i_];
+            if (c == '\n') {
+                ++line_;
+                lineStart_ = i_ + 1;
+            } else if (c != ' ' && c != '\t' && c != '\r') {
+                return;
+            }
+            ++i_;
+        }
+    }
+
+    void scalar() {
+        const char c = s_[i_];
+        if (c == '"') {
+            string();
+        } else if (c == '-' || (c >= '0' && c <= '9')) {
+            number();
+        } else if (c == 't') {
+            literal("true");
+        } else if (c == 'f') {
+            literal("false");
+        } else if (c == 'n') {
+            literal("null");
+        } else {
+            fail("unexpected character, a value is expected");
+        }
+    }
+
+    void literal(const char* word) {
+        for (const char* w = word; *w != '\0'; ++w, ++i_) {
+            if (atEnd() || s_[i_] != *w) {
+                fail("invalid literal (true, false or null is expected)");
+                return;
+            }
+        }
+    }
+
+    bool digits() {
+        const std::size_t start = i_;
+        while (!atEnd() && s_[i_] >= '0' && s_[i_] <= '9') {
+            ++i_;
+        }
+        return i_ > start;
+    }
+
+    void number() {
+        const std::size_t start = i_;
+        const int startLine = line_;
+        numberSyntax();
+        // The parser also refuses numbers beyond the range of a double.
+        if (!failed_ &&
+            !std::isfinite(std::strtod(s_.substr(start, i_ - start).c_str(), nullptr))) {
+            i_ = start;
+            line_ = startLine;
+            fail("the number is out of range");
+        }
+    }
+
+    void numberSyntax() {
+        if (s_[i_] == '-') {
+            ++i_;
+        }
+        if (!atEnd() && s_[i_] == '0') {
+            ++i_;
+        } else if (!digits()) {
+            fail("a digit is expected");
+            return;
+        }
+        if (!atEnd() && s_[i_] == '.') {
+            ++i_;
+            if (!digits()) {
+                fail("a digit is expected after the decimal point");
+                return;
+            }
+        }
+        if (!atEnd() && (s_[i_] == 'e' || s_[i_] == 'E')) {
+            ++i_;
+            if (!atEnd() && (s_[i_] == '+' || s_[i_] == '-')) {
+                ++i_;
+            }
+            if (!digits()) {
+                fail("a digit is expected in the exponent");
+            }
+        }
+    }
+
+    bool hex4(unsigned& value) {
+        value = 0;
+        for (int k = 0; k < 4; ++k, ++i_) {
+            const unsigned char c = at(i_);
+            unsigned digit;
+            if (c >= '0' && c <= '9') {
+                digit = c - '0';
+            } else if (c >= 'a' && c <= 'f') {
+                digit = c - 'a' + 10;
+            } else if (c >= 'A' && c <= 'F') {
+                digit = c - 'A' + 10;
+            } else {
+                fail("four hexadecimal digits are expected after \\u");
+                return false;
+            }
+            value = value * 16 + digit;
+        }
+        return true;
+    }
+
+    void escape() {
+        ++i_;  // the backslash
+        const unsigned char c = at(i_);
+        if (c == '"' || c == '\\' || c == '/' || c == 'b' || c == 'f' || c == 'n' || c == 'r' ||
+            c == 't') {
+            ++i_;
+            return;
+        }
+        if (c != 'u') {
+            fail("invalid escape sequence");
+            return;
+        }
+        ++i_;
+        unsigned unit = 0;
+        if (!hex4(unit)) {
+            return;
+        }
+        if (unit >= 0xDC00 && unit <= 0xDFFF) {
+            fail("a low surrogate without a high surrogate before it");
+        } else if (unit >= 0xD800 && unit <= 0xDBFF) {
+            if (at(i_) != '\\' || at(i_ + 1) != 'u') {
+                fail("a high surrogate must be followed by a \\u low surrogate");
+                return;
+            }
+            i_ += 2;
+            if (hex4(unit) && (unit < 0xDC00 || unit > 0xDFFF)) {
+                fail("a high surrogate must be followed by a \\u low surrogate");
+            }
+        }
+    }
+
+    void utf8() {
+        const unsigned char lead = at(i_);
+        int more = 0;
+        if (lead >= 0xC2 && lead <= 0xDF) {
+            more = 1;
+        } else if (lead >= 0xE0 && lead <= 0xEF) {
+            more = 2;
+        } else if (lead >= 0xF0 && lead <= 0xF4) {
+            more = 3;
+        } else {
+            fail("invalid UTF-8 in string");
+            return;
+        }
+        ++i_;
+        for (int k = 0; k < more; ++k, ++i_) {
+            const unsigned char c = at(i_);
+            if (c < 0x80 || c > 0xBF) {
+                fail("invalid UTF-8 in string");
+                return;
+            }
+        }
+    }
+
+    void string() {
+        ++i_;  // the opening quote
+        while (!failed_) {
+            if (atEnd()) {
+                fail("unterminated string");
+                return;
+            }
+            const unsigned char c = at(i_);
+            if (c == '"') {
+                ++i_;
+                return;
+            }
+            if (c < 0x20) {
+                fail("unescaped control character in string");
+            } else if (c == '\\') {
+                escape();
+            } else if (c >= 0x80) {
+                utf8();
+            } else {
+                ++i_;
+            }
+        }
+    }
+
+    const std::string& s_;
+    const std::size_t maxDepth_;
+    std::size_t i_ = 0;
+    int line_ = 1;
+    std::size_t lineStart_ = 0;
+    std::vector<char> stack_;
+    bool failed_ = false;
+    SyntaxReport report_;
+};
+
+}  // namespace
+
+SyntaxReport ScanJson(const std::string& text, std::size_t maxDepth) {
+    return Scanner(text, maxDepth).run();
+}
+
+}  // namespace document
+}  // namespace zunokeymapmanager

@@ -1,0 +1,37 @@
+//
+// JsonSyntax.h
+//
+// Finds where JSON text stops being valid. The JSON library says why a parse
+// failed but not where; this scanner, run only after a failed parse, finds
+// the line and column of the first error by the same rules.
+//
+
+#ifndef ZUNO_KEYMAPMANAGER_DOCUMENT_JSONSYNTAX_H
+#define ZUNO_KEYMAPMANAGER_DOCUMENT_JSONSYNTAX_H
+
+#include <cstddef>
+#include <string>
+
+namespace zunokeymapmanager {
+namespace document {
+
+struct SyntaxReport {
+    /// False when the text is valid JSON.
+    bool error = false;
+    /// From 1; the column counts bytes.
+    int line = 0;
+    int column = 0;
+    std::string reason;
+    /// The first character of the top-level value ('{', '[', '"', 't', ...),
+    /// or 0 when there is none.
+    char topLevel = 0;
+};
+
+/// Scans `text`; containers nested deeper than `maxDepth` are an error, as
+/// they are for the parser.
+SyntaxReport ScanJson(const std::string& text, std::size_t maxDepth);
+
+}  // namespace document
+}  // namespace zunokeymapmanager
+
+#endif  // ZUNO_KEYMAPMANAGER_DOCUMENT_JSONSYNTAX_H

@@ -1,0 +1,97 @@
+//
+// ListCommand.cpp
+//
+// zuno-keymap list: the items of a document, one row each.
+//
+
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "Common.h"
+
+namespace zunokeymap {
+
+const char* const kListUsage =
+    "usage: zuno-keymap list [--joystick] FILE\n\n"
+    "Prints a table of the document's items: index, type, the keys that fire it,\n"
+    "its position on the screen (fractions of width and height) and whether it is\n"
+    "valid. A document that fails to load is reported with exit status 1.\n\n"
+    "Options:\n"
+    "  --joystick   load FILE as a gamepad document\n";
+
+namespace {
+
+std::string keysOf(km::ConfigItem& item) {
+    std::string keys;
+    for (const Trigger& trigger : TriggersOf(item)) {
+        if (!keys.empty()) {
+            keys += " ";
+        }
+        keys += (trigger.role == "key" ? "" : trigger.role + ":") + DescribeTrigger(trigger);
+    }
+    return keys.empty() ? "-" : keys;
+}
+
+std::string position(const km::PointF& point) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.3f,%.3f", point.x, point.y);
+    return text;
+}
+
+}  // namespace
+
+int ListCommand(const std::vector<std::string>& args) {
+    bool joystick = false;
+    std::vector<std::string> files;
+    bool options = true;
+    for (const std::string& arg : args) {
+        if (options && arg == "--") {
+            options = false;
+        } else if (options && arg == "--joystick") {
+            joystick = true;
+        } else if (options && arg.size() > 1 && arg[0] == '-') {
+            return UsageError("list", "unknown option '" + arg + "'");
+        } else {
+            files.push_back(arg);
+        }
+    }
+    if (files.size() != 1) {
+        return UsageError("list", files.empty() ? "no FILE given" : "list takes one FILE");
+    }
+    Loaded loaded = Load(files.front(), joystick);
+    if (loaded.diagnostic.failed) {
+        std::cerr << loaded.source << ": error: " << loaded.diagnostic.message << "\n";
+        return loaded.unreadable ? kUsage : kProblems;
+    }
+
+    std::vector<std::vector<std::string>> rows = {{"INDEX", "TYPE", "KEYS", "POSITION", "VALID"}};
+    for (std::size_t i = 0; i < loaded.doc->items.size(); ++i) {
+        km::ConfigItem& item = *loaded.doc->items[i];
+        rows.push_back({std::to_string(i), item.type, keysOf(item),
+                        position(item.rel_work_position), item.IsInvalid() ? "no" : "yes"});
+    }
+    std::vector<std::size_t> widths(rows.front().size(), 0);
+    for (const auto& row : rows) {
+        for (std::size_t c = 0; c < row.size(); ++c) {
+            widths[c] = std::max(widths[c], row[c].size());
+        }
+    }
+    std::cout << loaded.source << ": " << (loaded.doc->info->is_joystick ? "gamepad" : "keymap")
+              << " document, " << loaded.doc->items.size() << " items\n";
+    for (const auto& row : rows) {
+        std::string line;
+        for (std::size_t c = 0; c < row.size(); ++c) {
+            line += row[c];
+            if (c + 1 < row.size()) {
+                line += std::string(widths[c] - row[c].size() + 2, ' ');
+            }
+        }
+        std::cout << line << "\n";
+    }
+    return kClean;
+}
+
+}  // namespace zunokeymap
