@@ -72,37 +72,20 @@ TEST(DragSkillLookFormat, NonDefaultValuesSurviveSaveAndReload) {
 }
 
 TEST(DragSkillLookFormat, RequiredMembersFailTheLoadAndOptionalOnesKeepDefaults) {
-    const struct {
-        const char* type;
-        const char* path;
-        MemberRule rule;
-    } cases[] = {
-        {"Swipehold", "first_point_policy", kOptional},
-        {"Swipehold", "first_point_policy", kWrongKind},
-        {"Swipehold", "first_point_policy/speed", kRequired},
-        {"Swipehold", "first_point_policy/wait_for_second", kOptional},
-        {"Swipehold", "subsequent_point_policy/period", kRequired},
-        {"Swipehold", "top_key", kOptional},
-        {"Swipehold", "right_key/virtual_key", kRequired},
-        {"Swipehold", "target_point_input_compensatory_policy/distance", kRequired},
-        {"Swipehold", "target_point_input_compensatory_policy/y_policy", kOptional},
-        {"Spell", "spell_info/rel_position", kRequired},
-        {"Spell", "swipehold_info", kWrongKind},
-        {"Spell", "swipehold_info/first_point_policy/interval", kRequired},
-        {"Spell", "swipehold_info/invalid_zone_info", kOptional},
-        {"Spell", "spell_option", kRequired},
-        {"Spell", "tap_info", kOptional},
-        {"Spell", "tap_info/rel_center_pos", kRequired},
-        {"SpellCancel", "is_in_use", kRequired},
-        {"SpellCancel", "spell_cancel_delay_info", kWrongKind},
-        {"SpellCancel", "spell_cancel_delay_info/delay_time", kOptional},
-        {"Staring", "reset_policy", kRequired},
-        {"Eye", "left_key", kRequired},
-        {"Gravity", "sensitivity", kRequired},
-    };
-    for (const auto& c : cases) {
-        expectMemberRule(c.type, richItem(c.type), c.path, c.rule);
-    }
+    const char* const rows[] = {
+        "Swipehold first_point_policy? first_point_policy# first_point_policy/speed! "
+        "first_point_policy/wait_for_second? subsequent_point_policy/period! top_key? "
+        "right_key/virtual_key! "
+        "target_point_input_compensatory_policy/distance! "
+        "target_point_input_compensatory_policy/y_policy?",
+        "Spell spell_info/rel_position! swipehold_info# "
+        "swipehold_info/first_point_policy/interval! swipehold_info/invalid_zone_info? "
+        "spell_option! tap_info? tap_info/rel_center_pos!",
+        "SpellCancel is_in_use! spell_cancel_delay_info# spell_cancel_delay_info/delay_time?",
+        "Staring reset_policy!",
+        "Eye left_key!",
+        "Gravity sensitivity!"};
+    expectMemberRules(rows, &richItem);
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "tests/TestSupport.h"
+#include "tests/ItemFormatSupport.h"
 
 namespace {
 
@@ -32,7 +32,7 @@ TEST(DirectionItems, ValidityAndMatchingFollowTheFourDirectionKeys) {
         {"only a named pad key", kNone, kPadLB, kNone, kNone, false},
         {"only an unnamed pad key", kNone, kPadNoName, kNone, kNone, true},
         {"only a key without virtual key", kScanOnly, kNone, kNone, kNone, true},
-        {"only the left key", kScanOnly, kNone, kNone, kKeyA, false},
+        {"left key beside an unusable one", kScanOnly, kNone, kNone, kKeyA, false},
         {"only the bottom key", kNone, kNone, kKeyW, kNone, false},
     };
     for (const char* type : {"Swipehold", "Eye", "Gravity"}) {
@@ -60,41 +60,28 @@ TEST(DirectionItems, ValidityAndMatchingFollowTheFourDirectionKeys) {
 }
 
 TEST(SpellItem, HandsOutItsDragSettingsAsADragItem) {
-    const struct {
-        const char* what;
-        km::PointF dragPosition;
-        km::PointF expectedCentre;
-    } cases[] = {
-        {"null drag position", {0.0, 0.0}, {0.3, 0.7}},
-        {"own drag position", {0.6, 0.2}, {0.6, 0.2}},
-    };
+    // A null drag position hands out the item's own place as the valid centre.
+    const km::PointF cases[][2] = {{{0.0, 0.0}, {0.3, 0.7}}, {{0.6, 0.2}, {0.6, 0.2}}};
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
         km::SpellConfigItem spell;
+        const Poco::JSON::Object::Ptr source = mutatedItem("Spell");
+        spell.FillFromJsonObject(source);
         spell.rel_work_position = {0.3, 0.7};
-        spell.swipehold_info.rel_position = c.dragPosition;
-        spell.swipehold_info.rel_radius = 0.25;
-        spell.swipehold_info.interval = 99;  // the drag item's own timing is separate
-        spell.swipehold_info.first_point_policy.speed = 7;
-        spell.swipehold_info.subsequent_point_policy.handle_type = "Transparent";
-        spell.swipehold_info.hold_center_interval_after_release = 5;
-        spell.swipehold_info.in_line_policy = "Just_Use_Last";
-        spell.swipehold_info.target_point_input_compensatory_policy.x_policy = "Tan";
-
+        spell.swipehold_info.rel_position = c[0];
+        const Poco::JSON::Object::Ptr drag = source->getObject("swipehold_info");
         std::unique_ptr<km::SwipeholdConfigItem> raw(spell.getRawSwipeholdConfigItem());
         std::unique_ptr<km::SwipeholdConfigItem> valid(spell.getValidSwipeholdConfigItem());
         ASSERT_TRUE(raw && valid);
-        EXPECT_EQ(raw->rel_work_position, c.dragPosition);
-        EXPECT_EQ(valid->rel_work_position, c.expectedCentre);
+        EXPECT_EQ(raw->rel_work_position, c[0]);
+        EXPECT_EQ(valid->rel_work_position, c[1]);
         for (const km::SwipeholdConfigItem* item : {raw.get(), valid.get()}) {
+            const Poco::JSON::Object::Ptr json = itemJson(*item);
             EXPECT_EQ(item->type, "Swipehold");
-            EXPECT_EQ(item->rel_radius, 0.25);
-            EXPECT_EQ(item->first_point_policy.speed, 7);
-            EXPECT_EQ(item->first_point_policy.interval, 32);
-            EXPECT_EQ(item->subsequent_point_policy.handle_type, "Transparent");
-            EXPECT_EQ(item->hold_center_interval_after_release, 5);
-            EXPECT_EQ(item->in_line_policy, "Just_Use_Last");
-            EXPECT_EQ(item->target_point_input_compensatory_policy.x_policy, "Tan");
+            for (const char* name : {"first_point_policy", "subsequent_point_policy", "rel_radius",
+                                     "hold_center_interval_after_release", "in_line_policy",
+                                     "target_point_input_compensatory_policy"}) {
+                EXPECT_EQ(text(json->get(name)), text(drag->get(name))) << name;
+            }
             EXPECT_TRUE(item->left.Match(kKeyA));
         }
     }
@@ -106,10 +93,10 @@ TEST(SpellItem, WritesTapInfoOnlyWhenComplete) {
         {{{0.0, 0.4}, 0.0, 0.5, "1,2"}, false}, {{{0.0, 0.4}, 1.5, 0.0, "1,2"}, false},
         {{{0.0, 0.4}, 1.5, 0.5, ""}, false},
     };
-    for (std::size_t i = 0; i < std::size(cases); ++i) {
+    for (const auto& [tap, written] : cases) {
         km::SpellConfigItem spell;
-        spell.tap_info = cases[i].first;
-        EXPECT_EQ(itemJson(spell)->has("tap_info"), cases[i].second) << "case " << i;
+        spell.tap_info = tap;
+        EXPECT_EQ(itemJson(spell)->has("tap_info"), written) << tap.seq;
     }
 }
 

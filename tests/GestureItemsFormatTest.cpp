@@ -80,59 +80,31 @@ TEST(GestureItemsFormat, NonDefaultValuesSurviveSaveAndReload) {
 }
 
 TEST(GestureItemsFormat, RequiredMembersFailTheLoadAndOptionalOnesKeepDefaults) {
-    const struct {
-        const char* type;
-        const char* path;
-        MemberRule rule;
-    } cases[] = {
-        {"Curve", "rel_start_pos", kRequired},
-        {"Curve", "rel_end_pos/rel_y", kRequired},
-        {"Curve", "rel_all_points_pos", kRequired},
-        {"Curve", "start_wait_time", kRequired},
-        {"Macro", "press_actions", kOptional},
-        {"Macro", "release_actions", kOptional},
-        {"Macro", "press_actions", kWrongKind},
-        {"LeftStickWalk", "rel_radius", kRequired},
-        {"RightStickEye", "staring_range", kWrongKind},
-        {"RightStickEye", "reset_policy/need_reset", kRequired},
-        {"RightWalk", "rel_measurement_pos/rel_x", kRequired},
-        {"RightWalk", "duration_factor", kRequired},
-        {"RightWalk", "first_move_policy/rel_radius", kRequired},
-        {"Wheel", "orientation", kRequired},
-        {"Wheel", "negative_key", kRequired},
-        {"Zoom", "one_side_gap", kRequired},
-        {"Observe", "sensitivity", kRequired},
-        {"Fire", "need_fire_and_drag", kRequired},
-        {"Fire", "swipehold_info", kOptional},
-        {"Fire", "swipehold_info", kWrongKind},
-        {"Fire", "swipehold_info/rel_position", kRequired},
-        {"Fire", "swipehold_info/steps", kRequired},
-        {"Fire", "swipehold_info/invalid_zone_info", kOptional},
-        {"Fire", "swipehold_info/invalid_zone_info/enable", kRequired},
-        {"Fire", "fire_option", kOptional},
-        {"Fire", "fire_option", kWrongKind},
-        {"Fire", "fire_option/fire_range_policy", kRequired},
-    };
-    for (const auto& c : cases) {
-        expectMemberRule(c.type, richItem(c.type), c.path, c.rule);
-    }
+    const char* const rows[] = {
+        "Curve rel_start_pos! rel_end_pos/rel_y! rel_all_points_pos! start_wait_time!",
+        "Macro press_actions? press_actions# release_actions?",
+        "LeftStickWalk rel_radius!",
+        "RightStickEye staring_range# reset_policy/need_reset!",
+        "RightWalk rel_measurement_pos/rel_x! duration_factor! first_move_policy/rel_radius!",
+        "Wheel orientation! negative_key!",
+        "Zoom negative_key/key!",
+        "Observe sensitivity!",
+        "Fire need_fire_and_drag! swipehold_info? swipehold_info# "
+        "swipehold_info/rel_position! swipehold_info/steps! swipehold_info/invalid_zone_info? "
+        "swipehold_info/invalid_zone_info/enable! fire_option? fire_option# "
+        "fire_option/fire_range_policy!"};
+    expectMemberRules(rows, &richItem);
 }
 
 // Whole numbers are taken where floating-point members are expected, and are
 // written back as floating-point values.
 TEST(GestureItemsFormat, IntegersReadIntoFloatingPointMembers) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"Curve", "rel_start_pos/rel_x"},
-        {"LeftStickWalk", "rel_radius"},
-        {"RightStickEye", "staring_range/rel_height"},
-        {"RightWalk", "duration_factor"},
-        {"RightWalk", "first_move_policy/rel_radius"},
-        {"Zoom", "one_side_gap"},
-        {"Observe", "sensitivity"},
-        {"Fire", "swipehold_info/rel_radius"},
-        {"Fire", "swipehold_info/invalid_zone_info/rel_radius_inside_invalid_zone"},
-    };
-    for (const auto& [type, path] : cases) {
+    std::istringstream cases(
+        "Curve rel_start_pos/rel_x LeftStickWalk rel_radius RightStickEye staring_range/rel_height "
+        "RightWalk duration_factor RightWalk first_move_policy/rel_radius Zoom one_side_gap "
+        "Observe sensitivity Fire swipehold_info/rel_radius "
+        "Fire swipehold_info/invalid_zone_info/rel_radius_inside_invalid_zone");
+    for (std::string type, path; cases >> type >> path;) {
         SCOPED_TRACE(std::string(type) + " " + path);
         Object::Ptr item = richItem(type);
         std::string last;

@@ -12,6 +12,7 @@
 #include <sstream>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <Poco/JSON/Object.h>
@@ -31,41 +32,30 @@ using DocPtr = std::unique_ptr<km::KeymapConfig>;
 /// Registers itself on construction and unregisters on destruction.
 class CallbackRecorder {
 public:
+    struct Call {
+        std::string path;
+        std::thread::id thread;
+    };
     CallbackRecorder() {
-        std::lock_guard<std::mutex> lock(mutex());
-        calls().clear();
-        callbacks_.loadConfigAndInfoFailed = &CallbackRecorder::onFailed;
+        take();
+        callbacks_.loadConfigAndInfoFailed = [](const std::string& path) {
+            std::lock_guard<std::mutex> lock(mutex_);
+            calls_.push_back({path, std::this_thread::get_id()});
+        };
         km::SetCallbacks(&callbacks_);
     }
     ~CallbackRecorder() { km::SetCallbacks(nullptr); }
     CallbackRecorder(const CallbackRecorder&) = delete;
     CallbackRecorder& operator=(const CallbackRecorder&) = delete;
 
-    struct Call {
-        std::string path;
-        std::thread::id thread;
-    };
-
     std::vector<Call> take() {
-        std::lock_guard<std::mutex> lock(mutex());
-        std::vector<Call> result;
-        result.swap(calls());
-        return result;
+        std::lock_guard<std::mutex> lock(mutex_);
+        return std::exchange(calls_, {});
     }
 
 private:
-    static void onFailed(const std::string& path) {
-        std::lock_guard<std::mutex> lock(mutex());
-        calls().push_back({path, std::this_thread::get_id()});
-    }
-    static std::mutex& mutex() {
-        static std::mutex m;
-        return m;
-    }
-    static std::vector<Call>& calls() {
-        static std::vector<Call> c;
-        return c;
-    }
+    static inline std::mutex mutex_;
+    static inline std::vector<Call> calls_;
     KeymapManagerCallbacks callbacks_{};
 };
 
