@@ -45,6 +45,7 @@ namespace km = zunokeymapmanager;
 // them on every call.
 using zunokeymapmanager::labels::kArrowRows;
 using zunokeymapmanager::labels::kExtendedKeyboardRows;
+using zunokeymapmanager::labels::kFixedCaptions;
 using zunokeymapmanager::labels::kGeneralKeyboardRows;
 using zunokeymapmanager::labels::kMouseRows;
 using zunokeymapmanager::labels::Row;
@@ -59,33 +60,9 @@ std::map<int, std::string> buildTable(const Row (&rows)[N]) {
 }
 
 std::string captionOf(const std::string& label) {
-    static const std::pair<const char*, const char*> kFixed[] = {
-        {"btn.left", "left_mouse"},
-        {"btn.right", "right_mouse"},
-        {"btn.middle", "middle_mouse"},
-        {"btn.back", "back_mouse"},
-        {"btn.forward", "forward_mouse"},
-        {"btn.wheel_up", "wheel_up_mouse"},
-        {"btn.wheel_down", "wheel_down_mouse"},
-        {"key.leftctrl", "Ctrl"},
-        {"key.leftshift", "Shift"},
-        {"key.leftalt", "Alt"},
-        {"key.grave", "`"},
-        {"key.minus", "-"},
-        {"key.equal", "="},
-        {"key.leftbrace", "["},
-        {"key.rightbrace", "]"},
-        {"key.semicolon", ";"},
-        {"key.apostrophe", "'"},
-        {"key.backslash", "\\"},
-        {"key.comma", ","},
-        {"key.dot", "."},
-        {"key.slash", "/"},
-        {"key.asterisk", "*"},
-        {"key.add", "+"}};
-    for (const auto& [from, to] : kFixed) {
+    for (const auto& [from, to] : kFixedCaptions) {
         if (label == from) {
-            return to;
+            return std::string(to);
         }
     }
     std::string caption = label.substr(4);

@@ -10,6 +10,7 @@
 #define ZUNO_KEYMAPMANAGER_LABELS_KEYLABELROWS_H
 
 #include <string_view>
+#include <utility>
 
 namespace zunokeymapmanager {
 namespace labels {
@@ -371,6 +372,33 @@ inline constexpr Row kMouseRows[] = {
     {547, "btn.dpad_right"},
     {548, "btn.wheel_up"},
     {549, "btn.wheel_down"},
+};
+
+// Labels whose caption is not derived from the label itself.
+inline constexpr std::pair<std::string_view, std::string_view> kFixedCaptions[] = {
+    {"btn.left", "left_mouse"},
+    {"btn.right", "right_mouse"},
+    {"btn.middle", "middle_mouse"},
+    {"btn.back", "back_mouse"},
+    {"btn.forward", "forward_mouse"},
+    {"btn.wheel_up", "wheel_up_mouse"},
+    {"btn.wheel_down", "wheel_down_mouse"},
+    {"key.leftctrl", "Ctrl"},
+    {"key.leftshift", "Shift"},
+    {"key.leftalt", "Alt"},
+    {"key.grave", "`"},
+    {"key.minus", "-"},
+    {"key.equal", "="},
+    {"key.leftbrace", "["},
+    {"key.rightbrace", "]"},
+    {"key.semicolon", ";"},
+    {"key.apostrophe", "'"},
+    {"key.backslash", "\\"},
+    {"key.comma", ","},
+    {"key.dot", "."},
+    {"key.slash", "/"},
+    {"key.asterisk", "*"},
+    {"key.add", "+"},
 };
 
 }  // namespace labels

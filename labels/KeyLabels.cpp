@@ -26,33 +26,6 @@ constexpr std::string_view kMouse = "mouse";
 constexpr std::string_view kUnknownKey = "key.unknown";
 constexpr std::string_view kUnknownButton = "btn.unknown";
 
-// Labels whose caption is not derived from the label itself.
-constexpr std::pair<std::string_view, std::string_view> kFixedCaptions[] = {
-    {"btn.left", "left_mouse"},
-    {"btn.right", "right_mouse"},
-    {"btn.middle", "middle_mouse"},
-    {"btn.back", "back_mouse"},
-    {"btn.forward", "forward_mouse"},
-    {"btn.wheel_up", "wheel_up_mouse"},
-    {"btn.wheel_down", "wheel_down_mouse"},
-    {"key.leftctrl", "Ctrl"},
-    {"key.leftshift", "Shift"},
-    {"key.leftalt", "Alt"},
-    {"key.grave", "`"},
-    {"key.minus", "-"},
-    {"key.equal", "="},
-    {"key.leftbrace", "["},
-    {"key.rightbrace", "]"},
-    {"key.semicolon", ";"},
-    {"key.apostrophe", "'"},
-    {"key.backslash", "\\"},
-    {"key.comma", ","},
-    {"key.dot", "."},
-    {"key.slash", "/"},
-    {"key.asterisk", "*"},
-    {"key.add", "+"},
-};
-
 constexpr int maxCode(const Row* first, const Row* last) {
     int result = 0;
     for (; first != last; ++first) {

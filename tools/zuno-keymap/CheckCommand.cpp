@@ -226,23 +226,13 @@ Object::Ptr toJson(const Report& report) {
 }  // namespace
 
 int CheckCommand(const std::vector<std::string>& args) {
-    bool asJson = false;
-    bool joystick = false;
-    std::vector<std::string> files;
-    bool options = true;
-    for (const std::string& arg : args) {
-        if (options && arg == "--") {
-            options = false;
-        } else if (options && arg == "--json") {
-            asJson = true;
-        } else if (options && arg == "--joystick") {
-            joystick = true;
-        } else if (options && arg.size() > 1 && arg[0] == '-') {
-            return UsageError("check", "unknown option '" + arg + "'");
-        } else {
-            files.push_back(arg);
-        }
+    Options options;
+    if (const int status = ParseOptions("check", args, {"--json", "--joystick"}, {}, options)) {
+        return status;
     }
+    const bool asJson = options.has("--json");
+    const bool joystick = options.has("--joystick");
+    const std::vector<std::string>& files = options.operands;
     if (files.empty()) {
         return UsageError("check", "no FILE given");
     }

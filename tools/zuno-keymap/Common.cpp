@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -22,6 +23,38 @@ int UsageError(const std::string& command, const std::string& message) {
     std::cerr << "zuno-keymap " << command << ": " << message << "\n"
               << "Try 'zuno-keymap " << command << " --help'.\n";
     return kUsage;
+}
+
+int ParseOptions(const std::string& command, const std::vector<std::string>& args,
+                 std::initializer_list<const char*> flags,
+                 std::initializer_list<std::pair<const char*, const char*>> valued, Options& out) {
+    bool options = true;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        if (!options || arg.size() < 2 || arg[0] != '-') {
+            out.operands.push_back(arg);
+            continue;
+        }
+        if (arg == "--") {
+            options = false;
+            continue;
+        }
+        if (std::find(flags.begin(), flags.end(), arg) != flags.end()) {
+            out.flags.insert(arg);
+            continue;
+        }
+        const auto option = std::find_if(valued.begin(), valued.end(), [&arg](const auto& names) {
+            return arg == names.first || arg == names.second;
+        });
+        if (option == valued.end()) {
+            return UsageError(command, "unknown option '" + arg + "'");
+        }
+        if (i + 1 == args.size()) {
+            return UsageError(command, std::string(option->first) + " needs a file name");
+        }
+        out.values[option->first] = args[++i];
+    }
+    return 0;
 }
 
 bool WantsHelp(const std::vector<std::string>& args, const char* usage) {

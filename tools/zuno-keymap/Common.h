@@ -8,7 +8,10 @@
 #ifndef ZUNO_KEYMAP_TOOL_COMMON_H
 #define ZUNO_KEYMAP_TOOL_COMMON_H
 
+#include <initializer_list>
+#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -47,6 +50,24 @@ extern const char* const kKeyUsage;
 
 /// Prints "zuno-keymap NAME: MESSAGE" to standard error and returns kUsage.
 int UsageError(const std::string& command, const std::string& message);
+
+/// A command line split into the flags it set, the values of its valued
+/// options, and its operands. "--" ends the options; "-" is an operand
+/// (standard input).
+struct Options {
+    std::set<std::string> flags;
+    std::map<std::string, std::string> values;
+    std::vector<std::string> operands;
+
+    bool has(const std::string& flag) const { return flags.count(flag) != 0; }
+};
+
+/// Parses `args` for `command`, which knows the `flags` and the valued options
+/// `valued` (each a name and its alias, e.g. {"-o", "--output"}; the value is
+/// stored under the name). Returns 0, or the usage error it reported.
+int ParseOptions(const std::string& command, const std::vector<std::string>& args,
+                 std::initializer_list<const char*> flags,
+                 std::initializer_list<std::pair<const char*, const char*>> valued, Options& out);
 
 /// True when `args` asks for help; the usage is then printed.
 bool WantsHelp(const std::vector<std::string>& args, const char* usage);

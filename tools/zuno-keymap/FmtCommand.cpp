@@ -24,33 +24,16 @@ const char* const kFmtUsage =
     "  --joystick   load FILE as a gamepad document\n";
 
 int FmtCommand(const std::vector<std::string>& args) {
-    bool joystick = false;
-    bool inPlace = false;
-    bool check = false;
-    std::string out;
-    std::vector<std::string> files;
-    bool options = true;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (options && arg == "--") {
-            options = false;
-        } else if (options && arg == "--joystick") {
-            joystick = true;
-        } else if (options && arg == "--in-place") {
-            inPlace = true;
-        } else if (options && arg == "--check") {
-            check = true;
-        } else if (options && (arg == "-o" || arg == "--output")) {
-            if (i + 1 == args.size()) {
-                return UsageError("fmt", "-o needs a file name");
-            }
-            out = args[++i];
-        } else if (options && arg.size() > 1 && arg[0] == '-') {
-            return UsageError("fmt", "unknown option '" + arg + "'");
-        } else {
-            files.push_back(arg);
-        }
+    Options options;
+    if (const int status = ParseOptions("fmt", args, {"--joystick", "--in-place", "--check"},
+                                        {{"-o", "--output"}}, options)) {
+        return status;
     }
+    const bool joystick = options.has("--joystick");
+    const bool inPlace = options.has("--in-place");
+    const bool check = options.has("--check");
+    const std::string out = options.values.count("-o") != 0 ? options.values.at("-o") : "";
+    const std::vector<std::string>& files = options.operands;
     if (files.size() != 1) {
         return UsageError("fmt", files.empty() ? "no FILE given" : "fmt takes one FILE");
     }

@@ -44,20 +44,12 @@ std::string position(const km::PointF& point) {
 }  // namespace
 
 int ListCommand(const std::vector<std::string>& args) {
-    bool joystick = false;
-    std::vector<std::string> files;
-    bool options = true;
-    for (const std::string& arg : args) {
-        if (options && arg == "--") {
-            options = false;
-        } else if (options && arg == "--joystick") {
-            joystick = true;
-        } else if (options && arg.size() > 1 && arg[0] == '-') {
-            return UsageError("list", "unknown option '" + arg + "'");
-        } else {
-            files.push_back(arg);
-        }
+    Options options;
+    if (const int status = ParseOptions("list", args, {"--joystick"}, {}, options)) {
+        return status;
     }
+    const bool joystick = options.has("--joystick");
+    const std::vector<std::string>& files = options.operands;
     if (files.size() != 1) {
         return UsageError("list", files.empty() ? "no FILE given" : "list takes one FILE");
     }
