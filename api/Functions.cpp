@@ -6,6 +6,8 @@
 
 #include <utility>
 
+#include "document/DocumentIO.h"
+
 namespace zunokeymapmanager {
 
 namespace {
@@ -31,6 +33,10 @@ KeymapConfig* LoadKeymapConfigAndInfo(const std::string& path, const std::string
 
 bool SaveKeymapConfigAndInfo(const std::string& path, KeymapConfig* config) {
     return manager().SaveKeymapConfigAndInfo(path, config);
+}
+
+std::string SaveKeymapConfigAndInfoToText(const KeymapConfig* config) {
+    return config == nullptr ? std::string() : document::Write(*config);
 }
 
 KeymapConfig* LoadJoystickConfigAndInfo(const std::string& path, const std::string& data) {

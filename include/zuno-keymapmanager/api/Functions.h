@@ -42,6 +42,10 @@ ZUNO_KM_API KeymapConfig* LoadKeymapConfigAndInfo(const std::string& path, const
 /// Writes the document to `path`. Always true.
 ZUNO_KM_API bool SaveKeymapConfigAndInfo(const std::string& path, KeymapConfig* config);
 
+/// The text SaveKeymapConfigAndInfo writes for `config`, byte for byte;
+/// empty for null.
+ZUNO_KM_API std::string SaveKeymapConfigAndInfoToText(const KeymapConfig* config);
+
 /// Loads a gamepad keymap, as LoadKeymapConfigAndInfo on the gamepad
 /// built-ins; the result is always marked as a gamepad document.
 ZUNO_KM_API KeymapConfig* LoadJoystickConfigAndInfo(const std::string& path,

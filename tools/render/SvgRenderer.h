@@ -1,0 +1,42 @@
+//
+// SvgRenderer.h
+//
+// Draws a loaded keymap as one self-contained SVG picture of the screen: the
+// one renderer behind `zuno-keymap render` and the editor's picture.
+//
+
+#ifndef ZUNO_KEYMAP_RENDER_SVGRENDERER_H
+#define ZUNO_KEYMAP_RENDER_SVGRENDERER_H
+
+#include <string>
+
+#include <zuno-keymapmanager/keymapmanager.h>
+
+namespace zunokeymap {
+namespace render {
+
+/// A picture to draw under the items, as the image file's own bytes.
+struct Background {
+    std::string bytes;  ///< empty for none
+    std::string mime;   ///< "image/png" or "image/jpeg"
+    int width = 0;      ///< in pixels, read from the image
+    int height = 0;
+};
+
+struct RenderOptions {
+    int width = 1920;  ///< the screen, in SVG user units
+    int height = 1080;
+    std::string title;  ///< shown on the title line, usually the file name
+    Background background;
+};
+
+/// The picture of `doc`. `report` is the document's check (CheckKeymapDocument):
+/// its invalid items and key collisions are marked on the items, with the
+/// reason as each item's tooltip. The same arguments give the same bytes.
+std::string RenderSvg(const zunokeymapmanager::KeymapConfig& doc,
+                      const zunokeymapmanager::CheckReport& report, const RenderOptions& options);
+
+}  // namespace render
+}  // namespace zunokeymap
+
+#endif  // ZUNO_KEYMAP_RENDER_SVGRENDERER_H
