@@ -5,6 +5,7 @@
 //
 
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,24 +13,10 @@
 #include <Poco/JSON/Object.h>
 #include <Poco/JSON/Stringifier.h>
 
+#include "CommandLine.h"
 #include "Common.h"
 
 namespace zunokeymap {
-
-const char* const kCheckUsage =
-    "usage: zuno-keymap check [--json] [--joystick] FILE...\n\n"
-    "Loads each document through the library and reports:\n"
-    "  - a failed load, with where it failed (JSON path or line and column), the\n"
-    "    failing item's type and what was wrong;\n"
-    "  - invalid items (index, type and why);\n"
-    "  - key collisions: pairs of items that the same key or key combination fires,\n"
-    "    direction keys and pair keys included;\n"
-    "  - Macro items whose press or release lines fail the grammar check.\n\n"
-    "Options:\n"
-    "  --json       write the report as JSON\n"
-    "  --joystick   load the documents as gamepad documents\n\n"
-    "Exit status: 0 when every document is clean, 1 when problems were found,\n"
-    "2 on a usage error or when a file cannot be read.\n";
 
 namespace {
 
@@ -223,20 +210,7 @@ Object::Ptr toJson(const Report& report) {
     return result;
 }
 
-}  // namespace
-
-int CheckCommand(const std::vector<std::string>& args) {
-    Options options;
-    if (const int status = ParseOptions("check", args, {"--json", "--joystick"}, {}, options)) {
-        return status;
-    }
-    const bool asJson = options.has("--json");
-    const bool joystick = options.has("--joystick");
-    const std::vector<std::string>& files = options.operands;
-    if (files.empty()) {
-        return UsageError("check", "no FILE given");
-    }
-
+int runCheck(const std::vector<std::string>& files, bool asJson, bool joystick) {
     int status = kClean;
     std::size_t total = 0;
     Array::Ptr documents = new Array();
@@ -262,6 +236,33 @@ int CheckCommand(const std::vector<std::string>& args) {
         std::cout << "\n";
     }
     return status;
+}
+
+}  // namespace
+
+void AddCheckCommand(CLI::App& app) {
+    struct Options {
+        std::vector<std::string> files;
+        bool json = false;
+        bool joystick = false;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App& command = AddSubcommand(
+        app, "check", "report load failures, invalid items, key collisions and bad macro lines",
+        "Loads each document through the library and reports:\n"
+        "  - a failed load, with where it failed (JSON path or line and column), the\n"
+        "    failing item's type and what was wrong;\n"
+        "  - invalid items (index, type and why);\n"
+        "  - key collisions: pairs of items that the same key or key combination fires,\n"
+        "    direction keys and pair keys included;\n"
+        "  - Macro items whose press or release lines fail the grammar check.\n\n"
+        "Exit status: 0 when every document is clean, 1 when problems were found,\n"
+        "2 on a usage error or when a file cannot be read.\n");
+    command.add_option("FILE", options->files, "documents to check")->required();
+    command.add_flag("--json", options->json, "write the report as JSON");
+    command.add_flag("--joystick", options->joystick, "load the documents as gamepad documents");
+    OnRun(command,
+          [options] { return runCheck(options->files, options->json, options->joystick); });
 }
 
 }  // namespace zunokeymap
