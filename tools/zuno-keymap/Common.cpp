@@ -4,9 +4,6 @@
 
 #include "Common.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
@@ -16,6 +13,8 @@
 #include <iostream>
 #include <iterator>
 #include <sstream>
+
+#include "Platform.h"
 
 namespace zunokeymap {
 
@@ -75,12 +74,8 @@ bool ReadInput(const std::string& path, std::string& text) {
         text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
         return !std::cin.bad();
     }
-    struct stat info {};
-    if (::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) {
-        return false;
-    }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
+    std::ifstream in;
+    if (!OpenRegularFile(path, in)) {
         return false;
     }
     std::ostringstream content;
@@ -138,17 +133,7 @@ Loaded Load(const std::string& source, bool joystick) {
 }
 
 std::string SavedText(km::KeymapConfig* doc) {
-    char pattern[] = "/tmp/zuno-keymap-XXXXXX";
-    const int fd = ::mkstemp(pattern);
-    if (fd < 0) {
-        return std::string();
-    }
-    ::close(fd);
-    km::SaveKeymapConfigAndInfo(pattern, doc);
-    std::string text;
-    ReadInput(pattern, text);
-    std::remove(pattern);
-    return text;
+    return km::SaveKeymapConfigAndInfoToText(doc);
 }
 
 std::vector<std::string> ItemTypes() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Common.h"
+#include "Platform.h"
 
 namespace zunokeymap {
 
@@ -48,7 +49,9 @@ void printOverview(std::ostream& out) {
 int main(int argc, char** argv) {
     using namespace zunokeymap;
     std::ios::sync_with_stdio(false);
-    std::vector<std::string> args(argv + 1, argv + argc);
+    UseBinaryStdio();
+    Utf8CommandLine line(argc, argv);
+    std::vector<std::string> args(line.argv() + 1, line.argv() + line.argc());
     if (args.empty()) {
         printOverview(std::cerr);
         return kUsage;
