@@ -294,6 +294,15 @@ TEST(Render, CommandStatusAndOutput) {
     text.write("not an image");
     broken.write(R"({"keymaps":[{"type":"Spell"}]})");
     kept.write("keep me");
+    // The check's own findings, end to end: two items on Q, one with no key.
+    TempFile problems;
+    {
+        DocPtr doc = documentOf({"Spell", "Staring", "Click"});
+        doc->items[2]->key = km::ConfigKey();
+        doc->info = new km::ConfigInfo();
+        doc->param = new km::ConfigParam();
+        problems.write(km::SaveKeymapConfigAndInfoToText(doc.get()));
+    }
     const std::string blank = "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300";
     const struct {
         int status;
@@ -310,6 +319,12 @@ TEST(Render, CommandStatusAndOutput) {
          ""},
         {0, {"-"}, {"&lt;stdin&gt; \xE2\x80\x94 1 item"}, documentWith(freshItemText("Tip"))},
         {0, {blank}, {"0 items"}, ""},
+        {0,
+         {problems.path()},
+         {"class=\"item collision\" data-item-index=\"0\"",
+          "class=\"item collision\" data-item-index=\"1\"",
+          "class=\"item invalid\" data-item-index=\"2\"", "3 items, 2 problems"},
+         ""},
         {0, {"-o", target.path(), kShooter}, {}, ""},
         {1, {"-o", kept.path(), broken.path()}, {}, ""},
         {2, {"/nonexistent/k.json"}, {}, ""},
