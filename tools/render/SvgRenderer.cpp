@@ -48,7 +48,7 @@ const char* const kStyle =
     ".legend .problem{stroke-width:3}"
     ".invalid>.problem-invalid{stroke:#ff1f1f;stroke-dasharray:9 5}"
     ".collision>.problem-collision{stroke:#ffa000}"
-    ".hidden{opacity:0.35}"
+    ".hidden>.geometry,.hidden>.link,.hidden>.touch,.hidden>.marker,.hidden>.caption{opacity:0.35}"
     ".panel{fill:#111827;fill-opacity:0.8}"
     ".legend text{fill:#fff;text-anchor:start}";
 
