@@ -112,15 +112,15 @@ void AddRenderCommand(CLI::App& app) {
         "load, 2 on a usage error or when a file cannot be read or written.\n");
     command.add_option("FILE", args->file, "the document to draw")->required();
     command.add_option("-o,--output", args->output, "write to OUT instead of standard output")
-        ->option_text("OUT");
+        ->type_name("OUT");
     command
         .add_option("--size", args->size,
                     "the screen in pixels (default 1920x1080, or the background's size)")
-        ->option_text("WxH");
+        ->type_name("WxH");
     command
         .add_option("--background", args->background,
                     "a PNG or JPEG image (a screenshot) drawn under the items and embedded")
-        ->option_text("IMAGE");
+        ->type_name("IMAGE");
     command.add_flag("--joystick", args->joystick, "load FILE as a gamepad document");
     OnRun(command, [args] { return runRender(*args); });
 }
