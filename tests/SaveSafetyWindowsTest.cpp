@@ -43,21 +43,23 @@ private:
     HANDLE handle_;
 };
 
+// Whether a held file may be replaced or written is the holder's choice (and
+// Wine, unlike Windows, lets a rename replace any open file): the save must
+// land whole where it may, keep the old text whole where it may not, say
+// which, and leave nothing beside it.
 TEST(SaveSafetyWindows, ATargetHeldOpenIsReplacedWrittenOrKeptWhole) {
     DocPtr doc(km::LoadKeymapConfigAndInfo(kBlank, ""));
     const std::string saved = saveText(doc.get());
     struct Case {
         const char* what;
         DWORD share;
-        bool lands;  // else the old text stays whole and the save fails
+        bool mustLand;
     };
     const Case cases[] = {
-        {"shared for everything: replaced", FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-         true},
-        {"shared for writing, not replacing: written in place", FILE_SHARE_READ | FILE_SHARE_WRITE,
-         true},
-        {"shared for reading only: kept", FILE_SHARE_READ, false},
-        {"not shared: kept", 0, false},
+        {"shared for everything", FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, true},
+        {"shared for writing, not for replacing", FILE_SHARE_READ | FILE_SHARE_WRITE, true},
+        {"shared for reading only", FILE_SHARE_READ, false},
+        {"not shared", 0, false},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -70,8 +72,8 @@ TEST(SaveSafetyWindows, ATargetHeldOpenIsReplacedWrittenOrKeptWhole) {
             ASSERT_TRUE(holder.holds());
             ok = km::SaveKeymapConfigAndInfo(path, doc.get());
         }
-        EXPECT_EQ(ok, c.lands);
-        EXPECT_EQ(readBytes(path), c.lands ? saved : kOldText);
+        EXPECT_TRUE(ok || !c.mustLand);
+        EXPECT_EQ(readBytes(path), ok ? saved : kOldText);
         EXPECT_EQ(dir.entries(), std::vector<std::string>{"keymap.json"}) << "no leftovers";
     }
 }
