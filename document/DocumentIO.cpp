@@ -106,7 +106,7 @@ void Read(const std::string& text, const std::string& path, KeymapConfig& doc,
             json::trail().reset();
             progress.itemIndex = static_cast<int>(i);
             progress.item = progress.elements->getObject(i);
-            if (!progress.item.isNull()) {
+            if (!progress.item.isNull() && !progress.keepElements) {
                 // The array lets go of the element, which the progress holds
                 // until the next one: each element is freed right after its
                 // item has read it, while it is still in the cache, and its

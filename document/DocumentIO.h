@@ -34,6 +34,10 @@ struct ReadProgress {
     /// The element of "keymaps" being read, -1 before the first.
     int itemIndex = -1;
     json::ObjectPtr item;
+    /// Keep every element in `elements` after it is read, for a caller that
+    /// looks at the tree afterwards (the check); otherwise each is let go
+    /// as soon as its item has read it.
+    bool keepElements = false;
 };
 
 /// Reads the document from `text`, or from the file at `path` when `text` is

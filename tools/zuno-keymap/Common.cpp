@@ -4,10 +4,8 @@
 
 #include "Common.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
@@ -17,57 +15,6 @@
 #include "Platform.h"
 
 namespace zunokeymap {
-
-int UsageError(const std::string& command, const std::string& message) {
-    std::cerr << "zuno-keymap " << command << ": " << message << "\n"
-              << "Try 'zuno-keymap " << command << " --help'.\n";
-    return kUsage;
-}
-
-int ParseOptions(const std::string& command, const std::vector<std::string>& args,
-                 std::initializer_list<const char*> flags,
-                 std::initializer_list<std::pair<const char*, const char*>> valued, Options& out) {
-    bool options = true;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (!options || arg.size() < 2 || arg[0] != '-') {
-            out.operands.push_back(arg);
-            continue;
-        }
-        if (arg == "--") {
-            options = false;
-            continue;
-        }
-        if (std::find(flags.begin(), flags.end(), arg) != flags.end()) {
-            out.flags.insert(arg);
-            continue;
-        }
-        const auto option = std::find_if(valued.begin(), valued.end(), [&arg](const auto& names) {
-            return arg == names.first || arg == names.second;
-        });
-        if (option == valued.end()) {
-            return UsageError(command, "unknown option '" + arg + "'");
-        }
-        if (i + 1 == args.size()) {
-            return UsageError(command, std::string(option->first) + " needs a file name");
-        }
-        out.values[option->first] = args[++i];
-    }
-    return 0;
-}
-
-bool WantsHelp(const std::vector<std::string>& args, const char* usage) {
-    for (const std::string& arg : args) {
-        if (arg == "--") {
-            break;
-        }
-        if (arg == "-h" || arg == "--help") {
-            std::cout << usage;
-            return true;
-        }
-    }
-    return false;
-}
 
 bool ReadInput(const std::string& path, std::string& text) {
     if (path == "-") {
@@ -84,15 +31,50 @@ bool ReadInput(const std::string& path, std::string& text) {
     return !in.bad();
 }
 
-bool IsBuiltIn(const std::string& name, bool joystick) {
-    const auto& table =
-        joystick ? EmbededConfig::joystickConfigs() : EmbededConfig::keymapConfigs();
-    return table.count(name) != 0;
+const std::vector<BuiltIn>& BuiltIns() {
+    static const std::vector<BuiltIn> builtIns = {
+        {"blank", "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300", false, "the blank keymap"},
+        {"blank-gamepad", "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300", true,
+         "the blank gamepad keymap"},
+        {"system", "system-9252A9CA-0C32-4FFD-8BF6-82653751D068", false,
+         "passes the wheel and every mouse button but the left one through"},
+    };
+    return builtIns;
 }
 
-Loaded Load(const std::string& source, bool joystick) {
+std::string BuiltInsHelp() {
+    std::string text;
+    for (const BuiltIn& builtIn : BuiltIns()) {
+        text += "  " + std::string(builtIn.name) +
+                std::string(15 - std::string(builtIn.name).size(), ' ') + builtIn.summary + "\n";
+    }
+    return text;
+}
+
+namespace {
+
+// The built-in that `name` names, by short name or library name, or null.
+const BuiltIn* findBuiltIn(const std::string& name, bool joystick) {
+    for (const BuiltIn& builtIn : BuiltIns()) {
+        if (name == builtIn.name || (name == builtIn.libraryName && joystick == builtIn.joystick)) {
+            return &builtIn;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+bool IsBuiltIn(const std::string& name, bool joystick) {
+    return findBuiltIn(name, joystick) != nullptr;
+}
+
+Loaded Load(const std::string& given, bool joystick) {
+    const BuiltIn* builtIn = findBuiltIn(given, joystick);
+    joystick = joystick || (builtIn != nullptr && builtIn->joystick);
+    const std::string source = builtIn != nullptr ? builtIn->libraryName : given;
     Loaded result;
-    result.source = source == "-" ? "<stdin>" : source;
+    result.source = given == "-" ? "<stdin>" : given;
     std::string data;
     if (source == "-") {
         if (!ReadInput("-", data)) {
@@ -118,7 +100,7 @@ Loaded Load(const std::string& source, bool joystick) {
     result.doc.reset(joystick ? km::LoadJoystickConfigAndInfo(path, data, &result.diagnostic)
                               : km::LoadKeymapConfigAndInfo(path, data, &result.diagnostic));
     if (source != "-") {
-        if (IsBuiltIn(source, joystick)) {
+        if (builtIn != nullptr) {
             const auto& table =
                 joystick ? EmbededConfig::joystickConfigs() : EmbededConfig::keymapConfigs();
             result.text = table.at(source);
@@ -132,8 +114,19 @@ Loaded Load(const std::string& source, bool joystick) {
     return result;
 }
 
-std::string SavedText(km::KeymapConfig* doc) {
+std::string SavedText(const km::KeymapConfig* doc) {
     return km::SaveKeymapConfigAndInfoToText(doc);
+}
+
+bool SaveTo(const std::string& command, const std::string& path, km::KeymapConfig* doc) {
+    km::SaveKeymapConfigAndInfo(path, doc);
+    // The library never reports a failed save: look at what landed.
+    std::string written;
+    if (!ReadInput(path, written) || written != SavedText(doc)) {
+        std::cerr << "zuno-keymap " << command << ": cannot write '" << path << "'\n";
+        return false;
+    }
+    return true;
 }
 
 std::vector<std::string> ItemTypes() {
@@ -142,90 +135,6 @@ std::vector<std::string> ItemTypes() {
         types.emplace_back(km::kItemTypeNames[i]);
     }
     return types;
-}
-
-std::string DescribeKey(const km::ConfigKey& key) {
-    if (key.device.empty()) {
-        return "-";
-    }
-    if (!key.text.empty()) {
-        return key.text;
-    }
-    if (key.scan_code != km::kUnsetKeyCode) {
-        return key.device + ":" + std::to_string(key.scan_code);
-    }
-    return key.device + ":?";
-}
-
-std::string DescribeTrigger(const Trigger& trigger) {
-    return trigger.combination ? DescribeKey(trigger.first) + "+" + DescribeKey(trigger.second)
-                               : DescribeKey(trigger.first);
-}
-
-namespace {
-
-void add(std::vector<Trigger>& out, const km::ConfigKey& first, const km::ConfigKey& second,
-         const char* role) {
-    if (!first.isSet()) {
-        return;
-    }
-    Trigger trigger;
-    trigger.first = first;
-    trigger.second = second;
-    trigger.combination = second.isSet();
-    trigger.role = role;
-    out.push_back(trigger);
-}
-
-}  // namespace
-
-std::vector<Trigger> TriggersOf(km::ConfigItem& item) {
-    std::vector<Trigger> out;
-    const km::ConfigKey none;
-    if (auto* pair = dynamic_cast<km::PairConfigItem*>(&item)) {
-        add(out, pair->positive_key.key, pair->positive_key.second_key, "positive");
-        add(out, pair->negative_key.key, pair->negative_key.second_key, "negative");
-    } else if (auto* composable = dynamic_cast<km::ComposableConfigItem*>(&item)) {
-        add(out, composable->key, composable->second_key, "key");
-    } else if (auto* diamond = dynamic_cast<km::DiamondConfigItem*>(&item)) {
-        add(out, diamond->top, none, "top");
-        add(out, diamond->right, none, "right");
-        add(out, diamond->bottom, none, "bottom");
-        add(out, diamond->left, none, "left");
-    } else {
-        add(out, item.key, none, "key");
-    }
-    return out;
-}
-
-bool Fires(km::ConfigItem& item, const Trigger& trigger) {
-    if (auto* composable = dynamic_cast<km::ComposableConfigItem*>(&item)) {
-        return trigger.combination
-                   ? composable->MatchComposableConfigKey(trigger.first, trigger.second)
-                   : composable->MatchConfigKey(trigger.first);
-    }
-    return item.MatchConfigKey(trigger.first);
-}
-
-std::string WhyInvalid(const km::ConfigItem& item) {
-    if (!item.IsInvalid()) {
-        return std::string();
-    }
-    if (dynamic_cast<const km::DiamondConfigItem*>(&item) != nullptr) {
-        return "none of its four direction keys is set";
-    }
-    const km::ConfigKey& key = item.key;
-    if (key.device.empty()) {
-        return "no key is assigned";
-    }
-    if (key.device == "joystick") {
-        return "its gamepad key has no control name";
-    }
-    if (key.virtual_key == km::kUnsetKeyCode && key.scan_code == km::kUnsetKeyCode) {
-        return "its key has neither a virtual key nor a scan code";
-    }
-    return key.scan_code == km::kUnsetKeyCode ? "its key has no scan code"
-                                              : "its key has no virtual key";
 }
 
 bool ParseInt(const std::string& text, int& value) {
