@@ -37,8 +37,9 @@ std::string ReadBytes(const std::string& path);
 /// target is replaced. Where no file can be made beside the target, or the
 /// target is not a regular file, the target is truncated and written in
 /// place; so is a target another program holds open and will not let go.
-/// On POSIX systems the new file keeps the target's mode (and owner where
-/// possible); a target the user may not write is left alone.
+/// A target the user may not write (on Windows, a read-only file) is left
+/// alone. On POSIX systems the new file keeps the target's mode (and owner
+/// where possible).
 bool WriteFile(const std::string& path, const std::string& text);
 
 /// Truncates the file at `path` and writes `text` into it: a failure midway

@@ -111,7 +111,7 @@ bool WriteFile(const std::string& path, const std::string& text) {
         return WriteInPlace(path, text);  // a device is written, never replaced
     }
     if (exists && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        return WriteInPlace(path, text);  // a read-only file stays as it is
+        return false;  // a read-only file stays as it is
     }
 
     const fs::path dir = target.has_parent_path() ? target.parent_path() : fs::path(L".");

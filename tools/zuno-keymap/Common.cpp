@@ -4,7 +4,6 @@
 
 #include "Common.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
