@@ -11,8 +11,6 @@
 
 #include "api/TriggerRules.h"
 #include "zuno-keymapmanager/api/KeyTriggers.h"
-#include "zuno-keymapmanager/items/ComposableItems.h"
-#include "zuno-keymapmanager/items/DiamondConfigItem.h"
 
 namespace zunokeymapmanager {
 namespace check {
@@ -36,48 +34,58 @@ bool sameBucket(const ConfigKey& a, const ConfigKey& b) {
     return a.device == b.device && (isJoystick(a) ? a.text == b.text : a.scan_code == b.scan_code);
 }
 
-// One key of one item in the index. The index is a single sorted array, not
-// a map of lists: a large document leaves the allocator fragmented, and tens
-// of thousands of small allocations would cost more than the search.
-struct Entry {
-    std::size_t hash;
-    int item;
-    const ConfigKey* key;
+// Items of a large document lie all over the heap, and reading one at a time
+// waits on memory for each; asking for the ones a little ahead lets the waits
+// overlap. An item's keys sit in its first few hundred bytes.
+constexpr std::size_t kPrefetchDistance = 8;
 
-    bool operator<(const Entry& other) const {
-        return hash != other.hash ? hash < other.hash : item < other.item;
+void prefetchItem(const std::vector<ConfigItem*>& items, std::size_t i) {
+#if defined(__GNUC__)
+    if (i < items.size() && items[i] != nullptr) {
+        const char* item = reinterpret_cast<const char*>(items[i]);
+        for (int offset = 0; offset < 512; offset += 64) {
+            __builtin_prefetch(item + offset);
+        }
     }
-};
-
-// Every key whose match can fire the item; a superset is harmless, since the
-// item's own rules decide.
-template <typename Visit>
-void forEachMatchedKey(const ConfigItem& item, Visit visit) {
-    visit(item.key);
-    if (const auto* pair = dynamic_cast<const PairConfigItem*>(&item)) {
-        visit(pair->positive_key.key);
-        visit(pair->negative_key.key);
-    } else if (const auto* diamond = dynamic_cast<const DiamondConfigItem*>(&item)) {
-        visit(diamond->top);
-        visit(diamond->right);
-        visit(diamond->bottom);
-        visit(diamond->left);
-    }
+#else
+    (void)items;
+    (void)i;
+#endif
 }
 
-// The first entry of each hash in the sorted index, found in one or two
-// probes: a binary search over a large index misses the cache at every step.
-class HashTable {
+// A key or combination that fires an item. Its first key is also what the
+// item matches on: a key that is not set matches no trigger, and every item
+// matches only on the first keys of its own triggers, which TriggerFires
+// then confirms by the item's rules.
+struct Trigger {
+    int item;
+    std::size_t hash;  // of `first`, taken while the item is at hand
+    const ConfigKey* first;
+    const ConfigKey* second;
+};
+
+// The triggers by hash, each hash's in item order, with a table from a hash
+// to its first position: a binary search over a large index would miss the
+// cache at every step.
+class TriggerIndex {
 public:
-    explicit HashTable(const std::vector<Entry>& index) : index_(index) {
+    explicit TriggerIndex(const std::vector<Trigger>& triggers) : triggers_(triggers) {
+        order_.resize(triggers.size());
+        for (std::size_t k = 0; k < order_.size(); ++k) {
+            order_[k] = static_cast<std::uint32_t>(k);
+        }
+        std::sort(order_.begin(), order_.end(), [&triggers](std::uint32_t a, std::uint32_t b) {
+            return triggers[a].hash != triggers[b].hash ? triggers[a].hash < triggers[b].hash
+                                                        : a < b;
+        });
         std::size_t size = 16;
-        while (size < index.size() * 2) {
+        while (size < order_.size() * 2) {
             size *= 2;
         }
         slots_.assign(size, kEmpty);
-        for (std::size_t k = 0; k < index.size(); ++k) {
-            if (k == 0 || index[k].hash != index[k - 1].hash) {
-                std::size_t slot = index[k].hash & (slots_.size() - 1);
+        for (std::size_t k = 0; k < order_.size(); ++k) {
+            if (k == 0 || hashAt(k) != hashAt(k - 1)) {
+                std::size_t slot = hashAt(k) & (slots_.size() - 1);
                 while (slots_[slot] != kEmpty) {
                     slot = (slot + 1) & (slots_.size() - 1);
                 }
@@ -86,84 +94,76 @@ public:
         }
     }
 
-    /// The position of the first entry with `hash`, or the index's size.
-    std::size_t find(std::size_t hash) const {
+    /// Calls `visit(trigger)` for every trigger with `hash`, in item order.
+    template <typename Visit>
+    void forEach(std::size_t hash, Visit visit) const {
+        std::size_t k = order_.size();
         for (std::size_t slot = hash & (slots_.size() - 1); slots_[slot] != kEmpty;
              slot = (slot + 1) & (slots_.size() - 1)) {
-            if (index_[slots_[slot]].hash == hash) {
-                return slots_[slot];
+            if (hashAt(slots_[slot]) == hash) {
+                k = slots_[slot];
+                break;
             }
         }
-        return index_.size();
+        for (; k < order_.size() && hashAt(k) == hash; ++k) {
+            visit(triggers_[order_[k]]);
+        }
     }
 
 private:
+    std::size_t hashAt(std::size_t k) const { return triggers_[order_[k]].hash; }
+
     static constexpr std::size_t kEmpty = ~std::size_t{0};
-    const std::vector<Entry>& index_;
+    const std::vector<Trigger>& triggers_;
+    std::vector<std::uint32_t> order_;
     std::vector<std::size_t> slots_;
 };
 
 }  // namespace
 
 std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
-    // One pass over the items (which may lie all over the heap) collects
-    // their keys and triggers; the search then reads only these arrays and
-    // the few items a trigger may fire.
-    struct Trigger {
-        int item;
-        const ConfigKey* first;
-        const ConfigKey* second;
-    };
-    const int count = static_cast<int>(items.size());
-    std::vector<Entry> index;
-    index.reserve(items.size() * 2);
+    // One pass over the items collects their triggers; the search then reads
+    // only this array and the few items a trigger may fire.
     std::vector<Trigger> triggers;
     triggers.reserve(items.size() * 2);
-    for (int i = 0; i < count; ++i) {
-        if (items[i] == nullptr) {
-            continue;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        prefetchItem(items, i + kPrefetchDistance);
+        if (items[i] != nullptr) {
+            ForEachTrigger(
+                *items[i], [&](const ConfigKey& first, const ConfigKey& second, const char*) {
+                    triggers.push_back({static_cast<int>(i), hashOf(first), &first, &second});
+                });
         }
-        forEachMatchedKey(*items[i], [&](const ConfigKey& key) {
-            index.push_back({hashOf(key), i, &key});
-        });
-        ForEachTrigger(*items[i],
-                       [&](const ConfigKey& first, const ConfigKey& second, const char*) {
-                           triggers.push_back({i, &first, &second});
-                       });
     }
-    std::sort(index.begin(), index.end());
-    const HashTable table(index);
+    const TriggerIndex index(triggers);
 
     std::vector<Collision> collisions;
     std::unordered_set<std::uint64_t> known;
     for (const Trigger& trigger : triggers) {
         const int i = trigger.item;
-        const std::size_t hash = hashOf(*trigger.first);
-        // Within one hash the entries run in item order, so the pairs come out
-        // as the plain walk finds them; an item listed twice (two of its keys
-        // alike) is asked once.
+        // An item listed twice (two of its keys alike) is asked once.
         int previous = -1;
-        for (std::size_t k = table.find(hash); k < index.size() && index[k].hash == hash; ++k) {
-            const int j = index[k].item;
-            if (j == i || j == previous || !sameBucket(*index[k].key, *trigger.first)) {
-                continue;
+        index.forEach(trigger.hash, [&](const Trigger& other) {
+            const int j = other.item;
+            if (j == i || j == previous || !sameBucket(*other.first, *trigger.first)) {
+                return;
             }
             previous = j;
-            if (!Fires(*items[static_cast<std::size_t>(j)], *trigger.first, *trigger.second)) {
-                continue;
-            }
             const int a = i < j ? i : j;
             const int b = i < j ? j : i;
             const std::uint64_t id =
                 (static_cast<std::uint64_t>(a) << 32) | static_cast<std::uint32_t>(b);
-            if (known.insert(id).second) {
+            // A pair already found needs no second asking.
+            if (known.count(id) == 0 &&
+                Fires(*items[static_cast<std::size_t>(j)], *trigger.first, *trigger.second)) {
+                known.insert(id);
                 KeyTrigger described;
                 described.first = *trigger.first;
                 described.second = *trigger.second;
                 described.combination = trigger.second->isSet();
                 collisions.push_back({a, b, DescribeKeyTrigger(described)});
             }
-        }
+        });
     }
     return collisions;
 }
