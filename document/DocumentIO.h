@@ -60,15 +60,6 @@ void Describe(const ReadProgress& progress, const Poco::Exception& error, const 
 /// The document as saved: keys sorted, indentation 4.
 std::string Write(const KeymapConfig& doc);
 
-/// Writes `text` to `path`; false when the file could not be written.
-/// The text goes to a new file beside the target, which then replaces the
-/// target in one step, so a crash or a full disk midway leaves the old file
-/// whole. The new file keeps the target's mode (and owner where possible); a
-/// symbolic link stays a link and its target is replaced. Where no file can
-/// be made beside the target (or the target is not a regular file), the
-/// target is truncated and written in place.
-bool WriteFile(const std::string& path, const std::string& text);
-
 }  // namespace document
 }  // namespace zunokeymapmanager
 

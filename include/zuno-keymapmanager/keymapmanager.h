@@ -50,5 +50,6 @@
 #include "zuno-keymapmanager/api/KeyTriggers.h"
 #include "zuno-keymapmanager/api/KeymapCheck.h"
 #include "zuno-keymapmanager/api/KeymapManager.h"
+#include "zuno-keymapmanager/api/TextFile.h"
 
 #endif  // ZUNO_KEYMAPMANAGER_KEYMAPMANAGER_H
