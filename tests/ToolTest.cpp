@@ -107,6 +107,7 @@ TEST(Tool, CommandsStatusAndOutput) {
     const std::string invalid = doc(item("Spell") + "," + item("Eye", unset, "top_key"));
     const std::string macros =
         doc(item("Macro", R"(["loop_end","jump twice"])", "release_actions"));
+    const std::string warned = doc(set(item("Wheel"), "sensitivty", "5"));
     TempFile compact, copy, unloadable;
     compact.write(documentWith(item("Spell", kQ)));
     const std::string saved = saveText(loadText(compact.read()).get());
@@ -163,6 +164,8 @@ TEST(Tool, CommandsStatusAndOutput) {
         {1,
          {"check", macros},
          {"keymaps[0] (Macro): release_actions line 2: not a macro command: \"jump"}},
+        {0, {"check", warned}, {"keymaps[0].sensitivty (Wheel): unknown member", "ok, 2 warning"}},
+        {1, {"check", "--strict", warned}, {"did you mean sensitivity?"}},
         {0, {"fmt", kBlank}, {"\"keymaps\": [", "\"wheel_policy\""}},
         {0, {"fmt", "--check", kShooter}, {}},
         {0, {"fmt", "--check", "--joystick", kGamepad}, {}},
