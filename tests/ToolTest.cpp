@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <list>
 
 #include "tests/TestSupport.h"
@@ -130,7 +131,11 @@ TEST(Tool, CommandsStatusAndOutput) {
         {2, {"check", "/nonexistent/k.json"}, {"no such file"}},
         {1, {"check", collide}, {"[0] (Spell) and keymaps[1] (Staring) collide: both fire on Q"}},
         {1, {"check", arrows}, {"keymaps[0] (Wheel) and keymaps[1] (Eye) collide"}},
-        {1, {"check", combos}, {"keymaps[0] (Macro) and keymaps[2] (Curve) collide"}, "", "[1]"},
+        {1,
+         {"check", combos},
+         {"keymaps[0] (Macro) and keymaps[2] (Curve) collide"},
+         "",
+         "and keymaps[1]"},
         {1, {"check", "--joystick", pads}, {"both fire on A"}},
         {1, {"check", invalid}, {"keymaps[0] (Spell): invalid: no key is assigned"}},
         {1,
@@ -256,6 +261,33 @@ TEST(Tool, CheckWritesTheSameReportAsJson) {
     EXPECT_EQ(error->getValue<std::string>("item_type"), "Spell");
     EXPECT_TRUE(documents->getObject(1)->getValue<bool>("loaded"));
     EXPECT_EQ(documents->getObject(1)->getArray("collisions")->size(), 0u);
+}
+
+// Every example script of the macro guide passes: editing scripts the grammar
+// check, running scripts the conversion (a line no command accepts exits 1).
+TEST(Tool, MacroGuideExamplesAreCommands) {
+    std::ifstream guide(ZUNO_KM_EXAMPLES_DIR "/../docs/macro.md");
+    ASSERT_TRUE(guide) << "docs/macro.md";
+    std::string line;
+    std::string block;
+    std::string form;
+    int blocks = 0;
+    while (std::getline(guide, line)) {
+        if (form.empty() && line.rfind("```macro-", 0) == 0) {
+            form = line.substr(9);
+            block.clear();
+        } else if (!form.empty() && line == "```") {
+            SCOPED_TRACE(form + " example:\n" + block);
+            const Result result = run({"macro", form == "editing" ? "check" : "to-editing"}, block);
+            EXPECT_EQ(result.status, 0) << result.out << result.err;
+            EXPECT_TRUE(form == "editing" || form == "running");
+            form.clear();
+            ++blocks;
+        } else if (!form.empty()) {
+            block += line + "\n";
+        }
+    }
+    EXPECT_GE(blocks, 10);
 }
 
 }  // namespace

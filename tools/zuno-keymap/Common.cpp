@@ -79,6 +79,7 @@ Loaded Load(const std::string& given, bool joystick) {
     const std::string source = builtIn != nullptr ? builtIn->libraryName : given;
     Loaded result;
     result.source = given == "-" ? "<stdin>" : given;
+    result.joystick = joystick;
     std::string data;
     if (source == "-") {
         if (!ReadInput("-", data)) {
@@ -139,90 +140,6 @@ std::vector<std::string> ItemTypes() {
         types.emplace_back(km::kItemTypeNames[i]);
     }
     return types;
-}
-
-std::string DescribeKey(const km::ConfigKey& key) {
-    if (key.device.empty()) {
-        return "-";
-    }
-    if (!key.text.empty()) {
-        return key.text;
-    }
-    if (key.scan_code != km::kUnsetKeyCode) {
-        return key.device + ":" + std::to_string(key.scan_code);
-    }
-    return key.device + ":?";
-}
-
-std::string DescribeTrigger(const Trigger& trigger) {
-    return trigger.combination ? DescribeKey(trigger.first) + "+" + DescribeKey(trigger.second)
-                               : DescribeKey(trigger.first);
-}
-
-namespace {
-
-void add(std::vector<Trigger>& out, const km::ConfigKey& first, const km::ConfigKey& second,
-         const char* role) {
-    if (!first.isSet()) {
-        return;
-    }
-    Trigger trigger;
-    trigger.first = first;
-    trigger.second = second;
-    trigger.combination = second.isSet();
-    trigger.role = role;
-    out.push_back(trigger);
-}
-
-}  // namespace
-
-std::vector<Trigger> TriggersOf(km::ConfigItem& item) {
-    std::vector<Trigger> out;
-    const km::ConfigKey none;
-    if (auto* pair = dynamic_cast<km::PairConfigItem*>(&item)) {
-        add(out, pair->positive_key.key, pair->positive_key.second_key, "positive");
-        add(out, pair->negative_key.key, pair->negative_key.second_key, "negative");
-    } else if (auto* composable = dynamic_cast<km::ComposableConfigItem*>(&item)) {
-        add(out, composable->key, composable->second_key, "key");
-    } else if (auto* diamond = dynamic_cast<km::DiamondConfigItem*>(&item)) {
-        add(out, diamond->top, none, "top");
-        add(out, diamond->right, none, "right");
-        add(out, diamond->bottom, none, "bottom");
-        add(out, diamond->left, none, "left");
-    } else {
-        add(out, item.key, none, "key");
-    }
-    return out;
-}
-
-bool Fires(km::ConfigItem& item, const Trigger& trigger) {
-    if (auto* composable = dynamic_cast<km::ComposableConfigItem*>(&item)) {
-        return trigger.combination
-                   ? composable->MatchComposableConfigKey(trigger.first, trigger.second)
-                   : composable->MatchConfigKey(trigger.first);
-    }
-    return item.MatchConfigKey(trigger.first);
-}
-
-std::string WhyInvalid(const km::ConfigItem& item) {
-    if (!item.IsInvalid()) {
-        return std::string();
-    }
-    if (dynamic_cast<const km::DiamondConfigItem*>(&item) != nullptr) {
-        return "none of its four direction keys is set";
-    }
-    const km::ConfigKey& key = item.key;
-    if (key.device.empty()) {
-        return "no key is assigned";
-    }
-    if (key.device == "joystick") {
-        return "its gamepad key has no control name";
-    }
-    if (key.virtual_key == km::kUnsetKeyCode && key.scan_code == km::kUnsetKeyCode) {
-        return "its key has neither a virtual key nor a scan code";
-    }
-    return key.scan_code == km::kUnsetKeyCode ? "its key has no scan code"
-                                              : "its key has no virtual key";
 }
 
 bool ParseInt(const std::string& text, int& value) {

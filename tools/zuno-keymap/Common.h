@@ -34,6 +34,8 @@ struct Loaded {
     std::string text;
     /// True when the input could not be read at all (exit status 2).
     bool unreadable = false;
+    /// Loaded as a gamepad document.
+    bool joystick = false;
 };
 
 /// A document compiled into the library, under a short name of the tool's.
@@ -52,7 +54,7 @@ std::string BuiltInsHelp();
 
 /// Loads `source`: "-" reads standard input, a built-in name loads that
 /// built-in, anything else is a file path. Gamepad documents with `joystick`
-/// (a gamepad built-in is one anyway).
+/// (a gamepad built-in is one anyway; Loaded::joystick says which it was).
 Loaded Load(const std::string& source, bool joystick);
 
 /// Whether `name` is a built-in document of the given kind.
@@ -70,26 +72,20 @@ bool SaveTo(const std::string& command, const std::string& path, km::KeymapConfi
 std::vector<std::string> ItemTypes();
 
 /// A key as people read it: its caption, else device and code; "-" when unset.
-std::string DescribeKey(const km::ConfigKey& key);
+inline std::string DescribeKey(const km::ConfigKey& key) {
+    return km::DescribeConfigKey(key);
+}
 
-/// A key that fires an item: one key, or a combination of two.
-struct Trigger {
-    km::ConfigKey first;
-    km::ConfigKey second;
-    bool combination = false;
-    std::string role;  ///< "key", "top", "positive", ...
-};
+/// A key or combination that fires an item, as the library finds them.
+using Trigger = km::KeyTrigger;
 
-/// Every key or combination that fires `item` (only keys that are set).
-std::vector<Trigger> TriggersOf(km::ConfigItem& item);
+inline std::vector<Trigger> TriggersOf(const km::ConfigItem& item) {
+    return km::KeyTriggersOf(item);
+}
 
-/// Whether `trigger` fires `item`, by the item's own match rules.
-bool Fires(km::ConfigItem& item, const Trigger& trigger);
-
-std::string DescribeTrigger(const Trigger& trigger);
-
-/// Why `item` is invalid, or empty when it is valid.
-std::string WhyInvalid(const km::ConfigItem& item);
+inline std::string DescribeTrigger(const Trigger& trigger) {
+    return km::DescribeKeyTrigger(trigger);
+}
 
 /// Parses a decimal or 0x-prefixed integer; false when `text` is not one.
 bool ParseInt(const std::string& text, int& value);

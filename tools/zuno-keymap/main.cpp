@@ -33,6 +33,7 @@ int main(int argc, char** argv) {
     AddSetCommand(*app);
     AddMacroCommand(*app);
     AddKeyCommand(*app);
+    AddRenderCommand(*app);
     const int status = RunCommandLine(*app, argc, argv);
     std::cout.flush();
     return std::cout ? status : kUsage;
