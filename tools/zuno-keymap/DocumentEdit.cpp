@@ -131,7 +131,7 @@ Var containerOf(const Object::Ptr& root, const std::vector<Step>& steps, std::st
 
 }  // namespace
 
-int SetMember(const std::string& command, Object::Ptr root, const std::string& path,
+int SetMember(const std::string& command, const Object::Ptr& root, const std::string& path,
               const std::string& value, bool joystick) {
     std::vector<Step> steps;
     if (!parsePath(path, steps)) {
@@ -176,7 +176,7 @@ bool HasMember(const Poco::JSON::Object::Ptr& root, const std::string& path) {
 }
 
 int EditDocument(const std::string& command, const std::string& file, bool joystick, bool mayCreate,
-                 const std::function<int(Object::Ptr root)>& edit,
+                 const std::function<int(const Object::Ptr& root)>& edit,
                  const std::vector<std::string>& kept) {
     if (file == "-" || IsBuiltIn(file, joystick)) {
         return UsageError(command, "FILE must be a file to write, not '" + file + "'");
