@@ -2,11 +2,16 @@
 // status out.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
+#include <csignal>
 #include <fstream>
 #include <list>
+#include <thread>
+
+#include <Poco/Pipe.h>
+#include <Poco/PipeStream.h>
+#include <Poco/Process.h>
+#include <Poco/StreamCopier.h>
 
 #include "tests/TestSupport.h"
 
@@ -25,17 +30,35 @@ struct Result {
     std::string err;
 };
 
-/// Runs the tool with `args` (none holds a single quote), `input` on its standard input.
+/// Runs the tool with `args`, `input` on its standard input. The arguments
+/// reach it as given, on every platform: no shell reads them.
 Result run(const std::vector<std::string>& args, const std::string& input = "") {
-    TempFile in, out, err;
-    in.write(input);
-    std::string command = "'" + kTool + "'";
-    for (const std::string& arg : args) {
-        command += " '" + arg + "'";
-    }
-    command += " <" + in.path() + " >" + out.path() + " 2>" + err.path();
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out.read(), err.read()};
+#ifdef SIGPIPE
+    std::signal(SIGPIPE, SIG_IGN);  // a tool that exits without reading all its input
+#endif
+    Poco::Pipe in, out, err;
+    Poco::ProcessHandle process = Poco::Process::launch(kTool, args, &in, &out, &err);
+    // Each pipe has its own thread, so a full one never stalls the others.
+    std::thread feeder([&in, &input] {
+        try {
+            Poco::PipeOutputStream stream(in);
+            stream << input;
+            stream.close();
+        } catch (const Poco::Exception&) {
+            in.close();  // the tool stopped reading: what it did not read does not matter
+        }
+    });
+    Result result;
+    std::thread errors([&err, &result] {
+        Poco::PipeInputStream stream(err);
+        Poco::StreamCopier::copyToString(stream, result.err);
+    });
+    Poco::PipeInputStream stream(out);
+    Poco::StreamCopier::copyToString(stream, result.out);
+    errors.join();
+    feeder.join();
+    result.status = process.wait();
+    return result;
 }
 
 /// The item `itemText` with its `member` set to the JSON value `json`.
@@ -261,6 +284,29 @@ TEST(Tool, CheckWritesTheSameReportAsJson) {
     EXPECT_EQ(error->getValue<std::string>("item_type"), "Spell");
     EXPECT_TRUE(documents->getObject(1)->getValue<bool>("loaded"));
     EXPECT_EQ(documents->getObject(1)->getArray("collisions")->size(), 0u);
+}
+
+// File names are UTF-8 as the user typed them, and what the tool writes is
+// the same bytes on every platform: no line end is translated.
+TEST(Tool, NonAsciiFileNamesAndExactBytes) {
+    const std::string saved = readBytes(kShooter);
+    for (const std::string name : {"cl\u00e9.json", "\u9375\u4f4d.json"}) {
+        SCOPED_TRACE(name);
+        TempDir dir;
+        const std::string source = dir.file(name);
+        const std::string copy = dir.file(name + ".out");
+        writeBytes(source, saved);
+        EXPECT_EQ(run({"check", source}).status, 0);
+        const Result printed = run({"fmt", source});
+        EXPECT_EQ(printed.status, 0);
+        EXPECT_EQ(printed.out, saved) << "standard output carries the saved bytes";
+        EXPECT_EQ(run({"fmt", "-o", copy, source}).status, 0);
+        EXPECT_EQ(readBytes(copy), saved);
+        EXPECT_EQ(run({"fmt", "--in-place", source}).status, 0);
+        EXPECT_EQ(readBytes(source), saved);
+        EXPECT_EQ(run({"fmt", "-"}, saved).out, saved) << "from standard input";
+        EXPECT_EQ(dir.entries(), (std::vector<std::string>{name, name + ".out"}));
+    }
 }
 
 // Every example script of the macro guide passes: editing scripts the grammar

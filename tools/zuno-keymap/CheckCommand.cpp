@@ -79,7 +79,8 @@ void AddCheckCommand(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
     CLI::App& command = AddSubcommand(
-        app, "check", "report load failures, invalid items, key collisions and bad macro lines",
+        app, "check",
+        "report load failures, invalid items, key collisions, bad macro lines and likely mistakes",
         "Loads each document through the library and reports errors (what keeps it\n"
         "from loading, or an item the load drops) and warnings (what loads but is\n"
         "very likely wrong):\n"

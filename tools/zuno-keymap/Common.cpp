@@ -4,8 +4,7 @@
 
 #include "Common.h"
 
-#include <sys/stat.h>
-
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -14,6 +13,8 @@
 #include <iterator>
 #include <sstream>
 
+#include "Platform.h"
+
 namespace zunokeymap {
 
 bool ReadInput(const std::string& path, std::string& text) {
@@ -21,12 +22,8 @@ bool ReadInput(const std::string& path, std::string& text) {
         text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
         return !std::cin.bad();
     }
-    struct stat info {};
-    if (::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) {
-        return false;
-    }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
+    std::ifstream in;
+    if (!OpenRegularFile(path, in)) {
         return false;
     }
     std::ostringstream content;

@@ -4,13 +4,11 @@
 
 #include "DocumentEdit.h"
 
-#include <sys/stat.h>
-
-#include <cerrno>
 #include <iostream>
 #include <sstream>
 
 #include <Poco/Exception.h>
+#include <Poco/File.h>
 #include <Poco/JSON/Parser.h>
 #include <Poco/JSON/Stringifier.h>
 
@@ -181,8 +179,11 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
     if (file == "-" || IsBuiltIn(file, joystick)) {
         return UsageError(command, "FILE must be a file to write, not '" + file + "'");
     }
-    struct stat info {};
-    const bool missing = ::stat(file.c_str(), &info) != 0 && errno == ENOENT;
+    bool missing = false;
+    try {
+        missing = !Poco::File(file).exists();  // a UTF-8 path on every platform
+    } catch (const Poco::Exception&) {
+    }
     Loaded loaded =
         Load(missing && mayCreate ? (joystick ? "blank-gamepad" : "blank") : file, joystick);
     loaded.source = file;

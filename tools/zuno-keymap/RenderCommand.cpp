@@ -7,6 +7,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <ImageHeader.h>
 #include <SvgRenderer.h>
@@ -44,7 +45,7 @@ std::string baseName(const std::string& path) {
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-struct RenderCommandOptions {
+struct RenderArguments {
     std::string file;
     std::string output;
     std::string size;
@@ -52,14 +53,15 @@ struct RenderCommandOptions {
     bool joystick = false;
 };
 
-int runRender(const RenderCommandOptions& options) {
+int runRender(const RenderArguments& args) {
+    const bool joystick = args.joystick;
     render::RenderOptions picture;
-    const std::string& size = options.size;
+    const std::string& size = args.size;
     if (!size.empty() && !parseSize(size, picture.width, picture.height)) {
         return UsageError("render",
                           "--size wants WIDTHxHEIGHT, such as 1920x1080, not '" + size + "'");
     }
-    const std::string& backgroundPath = options.background;
+    const std::string& backgroundPath = args.background;
     if (!backgroundPath.empty()) {
         std::string bytes;
         if (!ReadInput(backgroundPath, bytes) || backgroundPath == "-") {
@@ -75,7 +77,7 @@ int runRender(const RenderCommandOptions& options) {
         }
     }
 
-    const Loaded loaded = Load(options.file, options.joystick);
+    const Loaded loaded = Load(args.file, joystick);
     if (loaded.diagnostic.failed) {
         std::cerr << loaded.source << ": error: " << loaded.diagnostic.message << "\n";
         return loaded.unreadable ? kUsage : kProblems;
@@ -85,7 +87,7 @@ int runRender(const RenderCommandOptions& options) {
     picture.title = baseName(loaded.source);
     const std::string svg = render::RenderSvg(*loaded.doc, report, picture);
 
-    const std::string& out = options.output;
+    const std::string& out = args.output;
     if (out.empty()) {
         std::cout << svg;
         return kClean;
@@ -100,7 +102,7 @@ int runRender(const RenderCommandOptions& options) {
 }  // namespace
 
 void AddRenderCommand(CLI::App& app) {
-    auto options = std::make_shared<RenderCommandOptions>();
+    auto args = std::make_shared<RenderArguments>();
     CLI::App& command = AddSubcommand(
         app, "render", "draw a document as an SVG picture of the screen",
         "Draws the document as one self-contained SVG picture of the screen: every item\n"
@@ -109,19 +111,19 @@ void AddRenderCommand(CLI::App& app) {
         "legend and a title line. docs/render.md describes the picture.\n\n"
         "Exit status: 0 when drawn (problems are drawn, not errors), 1 when FILE does not\n"
         "load, 2 on a usage error or when a file cannot be read or written.\n");
-    command.add_option("FILE", options->file, "the document")->required();
-    command.add_option("-o,--output", options->output, "write to OUT instead of standard output")
+    command.add_option("FILE", args->file, "the document to draw")->required();
+    command.add_option("-o,--output", args->output, "write to OUT instead of standard output")
         ->type_name("OUT");
     command
-        .add_option("--size", options->size,
-                    "the screen in pixels (default 1920x1080, or the size of the background)")
+        .add_option("--size", args->size,
+                    "the screen in pixels (default 1920x1080, or the background's size)")
         ->type_name("WxH");
     command
-        .add_option("--background", options->background,
-                    "draw a PNG or JPEG image (a screenshot) under the items; it is embedded")
+        .add_option("--background", args->background,
+                    "a PNG or JPEG image (a screenshot) drawn under the items and embedded")
         ->type_name("IMAGE");
-    command.add_flag("--joystick", options->joystick, "load FILE as a gamepad document");
-    OnRun(command, [options] { return runRender(*options); });
+    command.add_flag("--joystick", args->joystick, "load FILE as a gamepad document");
+    OnRun(command, [args] { return runRender(*args); });
 }
 
 }  // namespace zunokeymap

@@ -14,10 +14,13 @@
 
 #include "CommandLine.h"
 #include "Common.h"
+#include "Platform.h"
 
 int main(int argc, char** argv) {
     using namespace zunokeymap;
     std::ios::sync_with_stdio(false);
+    UseBinaryStdio();
+    Utf8CommandLine line(argc, argv);
     const std::unique_ptr<CLI::App> app = MakeApp(
         "Checks, tidies, builds and inspects keymap documents. Where a FILE is taken, it\n"
         "may be a path, '-' for standard input, or the name of a built-in document:\n" +
@@ -34,7 +37,7 @@ int main(int argc, char** argv) {
     AddMacroCommand(*app);
     AddKeyCommand(*app);
     AddRenderCommand(*app);
-    const int status = RunCommandLine(*app, argc, argv);
+    const int status = RunCommandLine(*app, line.argc(), line.argv());
     std::cout.flush();
     return std::cout ? status : kUsage;
 }
