@@ -82,7 +82,8 @@ int runRender(const RenderArguments& args) {
         std::cerr << loaded.source << ": error: " << loaded.diagnostic.message << "\n";
         return loaded.unreadable ? kUsage : kProblems;
     }
-    const km::CheckReport report = km::CheckKeymapDocument(loaded.text, joystick, loaded.source);
+    const km::CheckReport report =
+        km::CheckKeymapDocument(loaded.text, loaded.joystick, loaded.source);
     picture.title = baseName(loaded.source);
     const std::string svg = render::RenderSvg(*loaded.doc, report, picture);
 
