@@ -40,6 +40,7 @@ int ListCommand(const std::vector<std::string>& args);
 int NewCommand(const std::vector<std::string>& args);
 int MacroCommand(const std::vector<std::string>& args);
 int KeyCommand(const std::vector<std::string>& args);
+int EditCommand(const std::vector<std::string>& args);
 
 extern const char* const kCheckUsage;
 extern const char* const kFmtUsage;
@@ -47,6 +48,7 @@ extern const char* const kListUsage;
 extern const char* const kNewUsage;
 extern const char* const kMacroUsage;
 extern const char* const kKeyUsage;
+extern const char* const kEditUsage;
 
 /// Prints "zuno-keymap NAME: MESSAGE" to standard error and returns kUsage.
 int UsageError(const std::string& command, const std::string& message);
