@@ -4,12 +4,17 @@
 
 #include "zuno-keymapmanager/api/KeymapCheck.h"
 
+#include <algorithm>
 #include <memory>
 
+#include "api/CheckFindings.h"
+#include "api/KeyCollisions.h"
 #include "document/DocumentIO.h"
 #include "zuno-keymapmanager/document/ConfigInfo.h"
 #include "zuno-keymapmanager/document/ConfigParam.h"
 #include "zuno-keymapmanager/document/KeymapConfig.h"
+#include "zuno-keymapmanager/model/Fields.h"
+#include "zuno-keymapmanager/model/NameLists.h"
 
 namespace zunokeymapmanager {
 
@@ -67,26 +72,110 @@ const char* FindingSeverityName(FindingSeverity severity) {
     return severity == FindingSeverity::Error ? "error" : "warning";
 }
 
-// First cut: the load alone. The item, schema and collision findings come next.
-CheckReport CheckKeymapDocument(const std::string& text, bool joystick, const std::string& source) {
-    (void)joystick;
-    CheckReport report;
+namespace {
+
+// The index in "keymaps" of each loaded item: the elements the load kept,
+// which are those of a known type.
+std::vector<int> elementsOfItems(const json::ArrayPtr& elements, std::size_t items) {
+    std::vector<int> indices;
+    for (std::size_t i = 0; !elements.isNull() && i < elements->size(); ++i) {
+        const json::ObjectPtr element = elements->getObject(i);
+        if (element.isNull() || !element->has(kFieldType)) {
+            continue;
+        }
+        try {
+            const std::string type = element->get(kFieldType).convert<std::string>();
+            if (IndexOfName(kItemTypeNames, type) > 0) {
+                indices.push_back(static_cast<int>(i));
+            }
+        } catch (const Poco::Exception&) {
+        }
+    }
+    if (indices.size() != items) {  // cannot happen after a successful load
+        indices.resize(items);
+        for (std::size_t i = 0; i < items; ++i) {
+            indices[i] = static_cast<int>(i);
+        }
+    }
+    return indices;
+}
+
+void checkLoaded(const KeymapConfig& doc, const json::ArrayPtr& elements, CheckReport& report) {
+    const std::vector<int> element = elementsOfItems(elements, doc.items.size());
+    std::vector<Finding> items;
+    for (std::size_t i = 0; i < doc.items.size(); ++i) {
+        if (doc.items[i] != nullptr) {
+            check::CheckItem(*doc.items[i], element[i], items);
+        }
+    }
+    std::stable_sort(items.begin(), items.end(), [](const Finding& a, const Finding& b) {
+        return a.item_index < b.item_index;
+    });
+    report.findings.insert(report.findings.end(), items.begin(), items.end());
+
+    for (const check::Collision& collision : check::FindCollisions(doc.items)) {
+        Finding finding = check::MakeFinding(
+            FindingKind::KeyCollision, FindingSeverity::Warning, std::string(),
+            element[static_cast<std::size_t>(collision.first)],
+            doc.items[static_cast<std::size_t>(collision.first)]->type, std::string());
+        finding.path = check::ElementPath(finding.item_index);
+        finding.other_index = element[static_cast<std::size_t>(collision.second)];
+        finding.other_type = doc.items[static_cast<std::size_t>(collision.second)]->type;
+        finding.keys = collision.keys;
+        finding.message = finding.path + " (" + finding.item_type + ") and " +
+                          check::ElementPath(finding.other_index) + " (" + finding.other_type +
+                          ") collide: both fire on " + collision.keys;
+        report.findings.push_back(std::move(finding));
+    }
+}
+
+void checkText(const std::string& text, bool joystick, const std::string& source,
+               CheckReport& report) {
     KeymapConfig doc;
     doc.info = new ConfigInfo();
     doc.param = new ConfigParam();
     document::ReadProgress progress;
-    report.diagnostic.source = source;
+    bool loaded = false;
     try {
+        // Empty text would make the reader open a file of that name.
         document::Read(text.empty() ? std::string(" ") : text, source, doc, progress);
         report.items = doc.items.size();
+        loaded = true;
     } catch (const Poco::Exception& error) {
         document::Describe(progress, error, source, text, report.diagnostic);
-        Finding finding;
-        finding.path = report.diagnostic.path;
-        finding.item_index = report.diagnostic.item_index;
-        finding.item_type = report.diagnostic.item_type;
-        finding.message = report.diagnostic.message;
-        report.findings.push_back(finding);
+        report.findings.push_back(check::MakeFinding(
+            FindingKind::LoadFailed, FindingSeverity::Error, report.diagnostic.path,
+            report.diagnostic.item_index, report.diagnostic.item_type, report.diagnostic.message));
+    }
+    if (!progress.root.isNull()) {
+        std::vector<Finding> shape;
+        check::CheckDocumentShape(progress.root, joystick, shape);
+        check::CheckSchema(progress.root, shape);
+        // The load's own finding already names the member it stopped at.
+        const std::string& failedAt = report.diagnostic.path;
+        for (Finding& finding : shape) {
+            if (failedAt.empty() || finding.path != failedAt) {
+                report.findings.push_back(std::move(finding));
+            }
+        }
+    }
+    if (loaded) {
+        checkLoaded(doc, progress.elements, report);
+    }
+}
+
+}  // namespace
+
+CheckReport CheckKeymapDocument(const std::string& text, bool joystick, const std::string& source) {
+    CheckReport report;
+    report.diagnostic.source = source;
+    try {
+        checkText(text, joystick, source, report);
+    } catch (const std::exception& error) {
+        // Only exhaustion gets here; the report says so rather than the host dying.
+        report.findings.push_back(check::MakeFinding(FindingKind::LoadFailed,
+                                                     FindingSeverity::Error, std::string(), -1,
+                                                     std::string(), error.what()));
     }
     return report;
 }

@@ -85,6 +85,13 @@ TEST(ParserCorpus, EveryCaseLoadsSafelyAndMalformedTextFailsOnce) {
             // whichever way it came in.
             EXPECT_TRUE(calls.empty() || calls.size() == 4U) << calls.size() << " callbacks";
         }
+        // The check never calls the host back, and fails what the load fails.
+        for (const bool joystick : {false, true}) {
+            const km::CheckReport report = km::CheckKeymapDocument(text, joystick, name);
+            EXPECT_EQ(report.diagnostic.failed, !calls.empty());
+            EXPECT_TRUE(!report.diagnostic.failed || report.errors() > 0);
+        }
+        EXPECT_TRUE(recorder.take().empty());
     }
     std::cout << "[ corpus   ] " << files.size() << " files, " << loads << " loads\n";
 }

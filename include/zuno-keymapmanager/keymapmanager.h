@@ -47,7 +47,9 @@
 
 // The manager and the free functions.
 #include "zuno-keymapmanager/api/Functions.h"
+#include "zuno-keymapmanager/api/KeyTriggers.h"
 #include "zuno-keymapmanager/api/KeymapCheck.h"
 #include "zuno-keymapmanager/api/KeymapManager.h"
+#include "zuno-keymapmanager/api/TextFile.h"
 
 #endif  // ZUNO_KEYMAPMANAGER_KEYMAPMANAGER_H

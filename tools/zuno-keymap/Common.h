@@ -41,6 +41,7 @@ int NewCommand(const std::vector<std::string>& args);
 int MacroCommand(const std::vector<std::string>& args);
 int KeyCommand(const std::vector<std::string>& args);
 int EditCommand(const std::vector<std::string>& args);
+int RenderCommand(const std::vector<std::string>& args);
 
 extern const char* const kCheckUsage;
 extern const char* const kFmtUsage;
@@ -49,6 +50,7 @@ extern const char* const kNewUsage;
 extern const char* const kMacroUsage;
 extern const char* const kKeyUsage;
 extern const char* const kEditUsage;
+extern const char* const kRenderUsage;
 
 /// Prints "zuno-keymap NAME: MESSAGE" to standard error and returns kUsage.
 int UsageError(const std::string& command, const std::string& message);
@@ -103,26 +105,20 @@ std::string SavedText(km::KeymapConfig* doc);
 std::vector<std::string> ItemTypes();
 
 /// A key as people read it: its caption, else device and code; "-" when unset.
-std::string DescribeKey(const km::ConfigKey& key);
+inline std::string DescribeKey(const km::ConfigKey& key) {
+    return km::DescribeConfigKey(key);
+}
 
-/// A key that fires an item: one key, or a combination of two.
-struct Trigger {
-    km::ConfigKey first;
-    km::ConfigKey second;
-    bool combination = false;
-    std::string role;  ///< "key", "top", "positive", ...
-};
+/// A key or combination that fires an item, as the library finds them.
+using Trigger = km::KeyTrigger;
 
-/// Every key or combination that fires `item` (only keys that are set).
-std::vector<Trigger> TriggersOf(km::ConfigItem& item);
+inline std::vector<Trigger> TriggersOf(const km::ConfigItem& item) {
+    return km::KeyTriggersOf(item);
+}
 
-/// Whether `trigger` fires `item`, by the item's own match rules.
-bool Fires(km::ConfigItem& item, const Trigger& trigger);
-
-std::string DescribeTrigger(const Trigger& trigger);
-
-/// Why `item` is invalid, or empty when it is valid.
-std::string WhyInvalid(const km::ConfigItem& item);
+inline std::string DescribeTrigger(const Trigger& trigger) {
+    return km::DescribeKeyTrigger(trigger);
+}
 
 /// Parses a decimal or 0x-prefixed integer; false when `text` is not one.
 bool ParseInt(const std::string& text, int& value);

@@ -19,10 +19,8 @@
 #include "EditorApi.h"
 #include "EditorServer.h"
 #include "EditorSession.h"
-#include "Termination.h"
-#if __has_include("ImageHeader.h")
 #include "ImageHeader.h"
-#endif
+#include "Termination.h"
 
 namespace zunokeymap {
 
@@ -57,12 +55,7 @@ std::string readBackground(const std::string& path, render::Background& backgrou
     if (!editor::ReadWholeFile(path, bytes)) {
         return "cannot read " + path;
     }
-#if __has_include("ImageHeader.h")
     return render::ReadBackground(bytes, background);
-#else
-    (void)background;
-    return "background images are not supported yet";
-#endif
 }
 
 bool onPath(const std::string& program) {

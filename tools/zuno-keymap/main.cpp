@@ -21,6 +21,7 @@ const std::vector<Command>& Commands() {
         {"new", "print a fresh item of a type as JSON", kNewUsage, &NewCommand},
         {"macro", "check or convert macro lines", kMacroUsage, &MacroCommand},
         {"key", "show the caption and folded scan code of a key", kKeyUsage, &KeyCommand},
+        {"render", "draw a document as an SVG picture of the screen", kRenderUsage, &RenderCommand},
         {"edit", "edit a document in the browser", kEditUsage, &EditCommand},
     };
     return commands;

@@ -59,6 +59,8 @@ struct ZUNO_KM_API Finding {
     std::string message;
     /// What to write instead ("Swipehold", "rel_x"), empty when nothing fits.
     std::string suggestion;
+    /// For a collision: the key or combination both items fire on ("Q+Ctrl").
+    std::string keys;
 };
 
 /// The outcome of CheckKeymapDocument.

@@ -19,6 +19,7 @@
 #include <Poco/RandomStream.h>
 #include <Poco/String.h>
 
+#include "CheckReport.h"
 #include "PageAssets.h"
 
 namespace zunokeymap {
@@ -70,38 +71,6 @@ Object::Ptr diagnosticJson(const km::LoadDiagnostic& diagnostic) {
     result->set("line", diagnostic.line);
     result->set("column", diagnostic.column);
     result->set("message", diagnostic.message);
-    return result;
-}
-
-// The JSON of one document as `zuno-keymap check --json` writes it.
-Object::Ptr reportJson(const std::string& source, const km::CheckReport& report) {
-    Object::Ptr result = newObject();
-    result->set("source", source);
-    result->set("loaded", !report.diagnostic.failed);
-    if (report.diagnostic.failed) {
-        result->set("error", diagnosticJson(report.diagnostic));
-    }
-    result->set("items", static_cast<int>(report.items));
-    Array::Ptr findings = new Array();
-    for (const km::Finding& finding : report.findings) {
-        Object::Ptr entry = newObject();
-        entry->set("kind", std::string(km::FindingKindName(finding.kind)));
-        entry->set("severity", std::string(km::FindingSeverityName(finding.severity)));
-        entry->set("path", finding.path);
-        entry->set("item_index", finding.item_index);
-        entry->set("item_type", finding.item_type);
-        entry->set("other_index", finding.other_index);
-        entry->set("other_type", finding.other_type);
-        entry->set("line", finding.line);
-        entry->set("line_text", finding.line_text);
-        entry->set("message", finding.message);
-        entry->set("suggestion", finding.suggestion);
-        findings->add(entry);
-    }
-    result->set("findings", findings);
-    result->set("errors", static_cast<int>(report.errors()));
-    result->set("warnings", static_cast<int>(report.warnings()));
-    result->set("problems", static_cast<int>(report.problems()));
     return result;
 }
 
@@ -372,7 +341,7 @@ HttpResponse EditorApi::putDocument(const HttpRequest& request) {
 }
 
 HttpResponse EditorApi::getCheck(const HttpRequest&) {
-    return respondJson(200, reportJson(session_.file(), session_.check()));
+    return respondJson(200, CheckReportJson(session_.file(), session_.check()));
 }
 
 HttpResponse EditorApi::getRender(const HttpRequest&) {

@@ -1,0 +1,164 @@
+//
+// DocumentShape.cpp
+//
+// Findings about the document as a whole: elements the load drops, the
+// gamepad flag, and the nearest-name suggestions every finding uses.
+//
+
+#include <algorithm>
+#include <cctype>
+
+#include "api/CheckFindings.h"
+#include "zuno-keymapmanager/model/Fields.h"
+#include "zuno-keymapmanager/model/NameLists.h"
+
+namespace zunokeymapmanager {
+namespace check {
+
+Finding MakeFinding(FindingKind kind, FindingSeverity severity, std::string path, int index,
+                    std::string type, std::string message, std::string suggestion) {
+    Finding finding;
+    finding.kind = kind;
+    finding.severity = severity;
+    finding.path = std::move(path);
+    finding.item_index = index;
+    finding.item_type = std::move(type);
+    finding.message = std::move(message);
+    finding.suggestion = std::move(suggestion);
+    return finding;
+}
+
+std::string ElementPath(int index) {
+    return "keymaps[" + std::to_string(index) + "]";
+}
+
+namespace {
+
+// Edit distance where a change of case alone costs a third of a change, so
+// that "SwipeHold" is nearer "Swipehold" than anything else.
+int distance(const std::string& a, const std::string& b) {
+    std::vector<int> row(b.size() + 1);
+    for (std::size_t j = 0; j <= b.size(); ++j) {
+        row[j] = static_cast<int>(j) * 3;
+    }
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        int diagonal = row[0];
+        row[0] = static_cast<int>(i) * 3;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            const int above = row[j];
+            const char x = a[i - 1];
+            const char y = b[j - 1];
+            const int change = x == y ? 0
+                               : std::tolower(static_cast<unsigned char>(x)) ==
+                                       std::tolower(static_cast<unsigned char>(y))
+                                   ? 1
+                                   : 3;
+            row[j] = std::min({above + 3, row[j - 1] + 3, diagonal + change});
+            diagonal = above;
+        }
+    }
+    return row[b.size()];
+}
+
+}  // namespace
+
+std::string NearestName(const std::string& word, const std::vector<std::string>& names) {
+    // Names are short; very long words are not typos of them.
+    if (word.size() > 256) {
+        return std::string();
+    }
+    std::string best;
+    int bestDistance = 0;
+    for (const std::string& name : names) {
+        const int d = distance(word, name);
+        if (best.empty() || d < bestDistance) {
+            best = name;
+            bestDistance = d;
+        }
+    }
+    // At most a third of the longer word may differ (case changes count a third).
+    const std::size_t longer = std::max(word.size(), best.size());
+    return !best.empty() && bestDistance > 0 && static_cast<std::size_t>(bestDistance) <= longer
+               ? best
+               : std::string();
+}
+
+namespace {
+
+std::vector<std::string> itemTypeNames() {
+    std::vector<std::string> names;
+    for (std::size_t i = 1; i < kItemTypeNames.size(); ++i) {
+        names.emplace_back(kItemTypeNames[i]);
+    }
+    return names;
+}
+
+bool isItemType(const std::string& type) {
+    const int index = IndexOfName(kItemTypeNames, type);
+    return index > 0;
+}
+
+void checkUnknownTypes(const Poco::JSON::Array::Ptr& elements, std::vector<Finding>& out) {
+    static const std::vector<std::string> names = itemTypeNames();
+    for (std::size_t i = 0; i < elements->size(); ++i) {
+        const Poco::JSON::Object::Ptr element = elements->getObject(i);
+        if (element.isNull() || !element->has(kFieldType)) {
+            continue;  // the schema, or the load, says what is wrong
+        }
+        std::string type;
+        try {
+            type = element->get(kFieldType).convert<std::string>();
+        } catch (const Poco::Exception&) {
+            continue;
+        }
+        if (isItemType(type)) {
+            continue;
+        }
+        const int index = static_cast<int>(i);
+        const std::string nearest = NearestName(type, names);
+        out.push_back(
+            MakeFinding(FindingKind::UnknownType, FindingSeverity::Error,
+                        ElementPath(index) + ".type", index, type,
+                        type + ": unknown type, dropped on load" +
+                            (nearest.empty() ? std::string() : "; did you mean " + nearest + "?"),
+                        nearest));
+    }
+}
+
+void checkJoystickFlag(const Poco::JSON::Object::Ptr& root, bool joystick,
+                       std::vector<Finding>& out) {
+    const Poco::JSON::Object::Ptr info = root->getObject(kFieldInfo);
+    bool written = false;
+    if (!info.isNull() && info->has(kFieldIsJoystick)) {
+        try {
+            written = info->get(kFieldIsJoystick).convert<bool>();
+        } catch (const Poco::Exception&) {
+            return;  // a value of the wrong type is the schema's finding
+        }
+    }
+    if (written == joystick) {
+        return;
+    }
+    out.push_back(MakeFinding(
+        FindingKind::JoystickMismatch, FindingSeverity::Warning, "info.is_joystick", -1,
+        std::string(),
+        joystick ? "checked as a gamepad document, but is_joystick is not true: a keyboard "
+                   "keymap? (check it without --joystick)"
+                 : "is_joystick is true, but the document is checked as a keyboard keymap "
+                   "(check it with --joystick)",
+        joystick ? "true" : "false"));
+}
+
+}  // namespace
+
+void CheckDocumentShape(const Poco::JSON::Object::Ptr& root, bool joystick,
+                        std::vector<Finding>& out) {
+    const Poco::JSON::Array::Ptr elements = root->getArray(kFieldKeymaps);
+    if (!elements.isNull()) {
+        checkUnknownTypes(elements, out);
+    }
+    checkJoystickFlag(root, joystick, out);
+}
+
+}  // namespace check
+}  // namespace zunokeymapmanager

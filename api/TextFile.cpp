@@ -1,0 +1,15 @@
+//
+// TextFile.cpp
+//
+
+#include "zuno-keymapmanager/api/TextFile.h"
+
+#include "document/DocumentIO.h"
+
+namespace zunokeymapmanager {
+
+bool WriteTextFile(const std::string& path, const std::string& text) {
+    return document::WriteFile(path, text);
+}
+
+}  // namespace zunokeymapmanager

@@ -1,0 +1,53 @@
+# Runs the browser tests with Playwright and Debian's chromium. Expects NPM,
+# NPX, SOURCE (this folder), SOURCE_ROOT (the project, as ZUNO_SOURCE_DIR),
+# WORK (a folder in the build tree) and TOOL (the built zuno-keymap, handed to
+# the tests as ZUNO_KEYMAP_TOOL).
+#
+# Node resolves '@playwright/test' from the importing file's own folder, so
+# the config and the tests are copied beside the build tree's node_modules
+# rather than run from the source tree, which stays free of installs.
+
+file(MAKE_DIRECTORY ${WORK})
+file(GLOB stale ${WORK}/*.js ${WORK}/*.mjs)
+if(stale)
+    file(REMOVE ${stale})
+endif()
+file(COPY ${SOURCE}/ DESTINATION ${WORK}
+    FILES_MATCHING PATTERN "*.js" PATTERN "*.mjs" PATTERN "*.json" PATTERN "*.svg"
+    PATTERN "node_modules" EXCLUDE)
+
+# Install again only when the lock file changed since the last install.
+set(stamp ${WORK}/node_modules/.installed-lock.json)
+set(install TRUE)
+if(EXISTS ${stamp})
+    file(SHA256 ${stamp} installed)
+    file(SHA256 ${SOURCE}/package-lock.json wanted)
+    if(installed STREQUAL wanted)
+        set(install FALSE)
+    endif()
+endif()
+if(install)
+    execute_process(
+        COMMAND ${CMAKE_COMMAND} -E env PLAYWRIGHT_SKIP_BROWSER_DOWNLOAD=1
+            ${NPM} ci --no-audit --no-fund --loglevel=error
+        WORKING_DIRECTORY ${WORK}
+        RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "npm ci in ${WORK} failed (${result})")
+    endif()
+    configure_file(${SOURCE}/package-lock.json ${stamp} COPYONLY)
+endif()
+
+execute_process(
+    COMMAND ${CMAKE_COMMAND} -E env
+        PLAYWRIGHT_SKIP_BROWSER_DOWNLOAD=1
+        ZUNO_KEYMAP_TOOL=${TOOL}
+        ZUNO_SOURCE_DIR=${SOURCE_ROOT}
+        ZUNO_BROWSER_TESTS=${WORK}
+        ZUNO_BROWSER_OUTPUT=${WORK}/test-results
+        ${NPX} --no-install playwright test --config ${WORK}/playwright.config.mjs
+    WORKING_DIRECTORY ${WORK}
+    RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "the browser tests failed (${result})")
+endif()

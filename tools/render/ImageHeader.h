@@ -1,0 +1,26 @@
+//
+// ImageHeader.h
+//
+// What the renderer needs to know of a background image: its kind and its
+// size in pixels, read from the file's own header without decoding it.
+//
+
+#ifndef ZUNO_KEYMAP_RENDER_IMAGEHEADER_H
+#define ZUNO_KEYMAP_RENDER_IMAGEHEADER_H
+
+#include <string>
+
+#include "SvgRenderer.h"
+
+namespace zunokeymap {
+namespace render {
+
+/// Fills `out` from the image file `bytes`: a PNG (size from its IHDR chunk)
+/// or a JPEG (size from its first SOFn frame header). Returns an empty string
+/// on success, else why the bytes are not an image the picture can embed.
+std::string ReadBackground(std::string bytes, Background& out);
+
+}  // namespace render
+}  // namespace zunokeymap
+
+#endif  // ZUNO_KEYMAP_RENDER_IMAGEHEADER_H

@@ -1,0 +1,477 @@
+//
+// ItemShapes.cpp
+//
+// Each type draws inside the item's "geometry" group, whose `color` is the
+// type's colour: strokes and arrow heads use currentColor, so one rule in the
+// style sheet (or the editor's) restyles every type.
+//
+
+#include "ItemShapes.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <vector>
+
+namespace zunokeymap {
+namespace render {
+
+namespace km = zunokeymapmanager;
+
+namespace {
+
+struct Vec {
+    double x;
+    double y;
+};
+
+// A marker is this fraction of the screen's shorter side at scale 1.
+constexpr double kMarkerSide = 0.026;
+// Curves with more points than this are drawn with their first ones only.
+constexpr std::size_t kMaxCurvePoints = 4096;
+// Swipehold spokes show at most this many steps.
+constexpr int kMaxSteps = 32;
+
+double sane(double value, double fallback, double low, double high) {
+    if (!std::isfinite(value)) {
+        return fallback;
+    }
+    return std::min(std::max(value, low), high);
+}
+
+Vec at(const Canvas& c, const km::PointF& p) {
+    return {c.x(p.x), c.y(p.y)};
+}
+
+Vec touchOf(const Canvas& c, const km::ConfigItem& item) {
+    return at(c, item.rel_work_position);
+}
+
+// A drag centre that is "not set" (0, 0) means the item's own touch point.
+Vec centreOr(const Canvas& c, const km::PointF& p, const km::ConfigItem& item) {
+    return p.isNull() ? touchOf(c, item) : at(c, p);
+}
+
+void circle(SvgWriter& svg, const char* cls, Vec p, double r) {
+    svg.open("circle").attr("class", cls).attr("cx", p.x).attr("cy", p.y).attr("r", r).close();
+}
+
+void line(SvgWriter& svg, const char* cls, Vec a, Vec b) {
+    svg.open("line")
+        .attr("class", cls)
+        .attr("x1", a.x)
+        .attr("y1", a.y)
+        .attr("x2", b.x)
+        .attr("y2", b.y);
+    svg.close();
+}
+
+void cross(SvgWriter& svg, const char* cls, Vec p, double size) {
+    std::string d;
+    const auto point = [&](char command, double x, double y) {
+        d += command;
+        AppendNumber(d, x);
+        d += ' ';
+        AppendNumber(d, y);
+    };
+    point('M', p.x - size, p.y - size);
+    point('L', p.x + size, p.y + size);
+    point('M', p.x - size, p.y + size);
+    point('L', p.x + size, p.y - size);
+    svg.open("path").attr("class", cls).attr("d", d).close();
+}
+
+// A line from `a` to `b` with a filled head at `b`.
+void arrow(SvgWriter& svg, const char* cls, Vec a, Vec b, double head) {
+    line(svg, cls, a, b);
+    const double dx = b.x - a.x;
+    const double dy = b.y - a.y;
+    const double length = std::hypot(dx, dy);
+    if (length <= 0) {
+        return;
+    }
+    const Vec u{dx / length, dy / length};
+    std::string points;
+    const auto point = [&](double x, double y) {
+        AppendNumber(points, x);
+        points += ',';
+        AppendNumber(points, y);
+        points += ' ';
+    };
+    point(b.x, b.y);
+    point(b.x - u.x * head - u.y * head * 0.5, b.y - u.y * head + u.x * head * 0.5);
+    point(b.x - u.x * head + u.y * head * 0.5, b.y - u.y * head - u.x * head * 0.5);
+    points.pop_back();
+    svg.open("polygon").attr("class", "head").attr("points", points).close();
+}
+
+double labelSize(const Canvas& c) {
+    return c.side() * 0.018;
+}
+
+// A key's caption on a small plate, for keys drawn away from the marker.
+void keyLabel(SvgWriter& svg, Vec p, const km::ConfigKey& key, const Canvas& c) {
+    const std::string caption = KeyCaption(key);
+    if (caption.empty()) {
+        return;
+    }
+    const double plate = labelSize(c) * 0.9;
+    circle(svg, "keycap", p, plate);
+    svg.open("text").attr("class", "key").attr("x", p.x).attr("y", p.y);
+    svg.attr("font-size", FittedTextSize(caption, plate));
+    svg.attr("dy", "0.35em").text(caption);
+}
+
+// Small text beside the touch point: counts and kinds a shape cannot show.
+void badge(SvgWriter& svg, const Canvas& c, const km::ConfigItem& item, const std::string& text) {
+    const Vec p = touchOf(c, item);
+    const double r = c.markerRadius(item);
+    svg.open("text").attr("class", "badge").attr("x", p.x + r * 0.9).attr("y", p.y - r * 0.9);
+    svg.attr("font-size", labelSize(c)).text(text);
+}
+
+void rangeRect(SvgWriter& svg, const Canvas& c, Vec centre, const km::SizeF& range) {
+    const double w = std::abs(sane(range.width, 0, -4, 4)) * c.width;
+    const double h = std::abs(sane(range.height, 0, -4, 4)) * c.height;
+    svg.open("rect").attr("class", "range").attr("x", centre.x - w / 2).attr("y", centre.y - h / 2);
+    svg.attr("width", w).attr("height", h).close();
+}
+
+// The four direction keys at the corners of a diamond around `centre`, and
+// `steps` marks along each spoke.
+void diamond(SvgWriter& svg, const Canvas& c, const km::DiamondConfigItem& item, Vec centre,
+             double arm, int steps) {
+    const Vec tips[4] = {{centre.x, centre.y - arm},
+                         {centre.x + arm, centre.y},
+                         {centre.x, centre.y + arm},
+                         {centre.x - arm, centre.y}};
+    std::string points;
+    for (const Vec& tip : tips) {
+        AppendNumber(points, tip.x);
+        points += ',';
+        AppendNumber(points, tip.y);
+        points += ' ';
+    }
+    points.pop_back();
+    svg.open("polygon").attr("class", "diamond").attr("points", points).close();
+    steps = std::min(std::max(steps, 0), kMaxSteps);
+    for (int k = 1; k < steps; ++k) {
+        for (const Vec& tip : tips) {
+            const double f = static_cast<double>(k) / steps;
+            circle(svg, "step",
+                   {centre.x + (tip.x - centre.x) * f, centre.y + (tip.y - centre.y) * f}, 1.5);
+        }
+    }
+    const km::ConfigKey* keys[4] = {&item.top, &item.right, &item.bottom, &item.left};
+    for (int k = 0; k < 4; ++k) {
+        keyLabel(svg, tips[k], *keys[k], c);
+    }
+}
+
+// The two directions of a Wheel or Zoom item, positive up (or right), each
+// labelled with its key; Zoom's two fingers start `gap` from the centre.
+void pairArrows(SvgWriter& svg, const Canvas& c, const km::PairConfigItem& item,
+                const std::string& orientation, double gap) {
+    const Vec p = touchOf(c, item);
+    const double r = c.markerRadius(item);
+    const Vec axis = orientation == "horizontal" ? Vec{1, 0} : Vec{0, -1};
+    const double reach = gap + r * 2.2;
+    const struct {
+        double sign;
+        const km::ComposableKey* key;
+    } sides[2] = {{1, &item.positive_key}, {-1, &item.negative_key}};
+    for (const auto& side : sides) {
+        const Vec from{p.x + axis.x * side.sign * gap, p.y + axis.y * side.sign * gap};
+        const Vec to{p.x + axis.x * side.sign * reach, p.y + axis.y * side.sign * reach};
+        if (gap > 0) {
+            circle(svg, "finger", from, 3);
+        }
+        arrow(svg, "direction", from, to, r * 0.4);
+        const Vec label{to.x + axis.x * side.sign * labelSize(c) * 1.2,
+                        to.y + axis.y * side.sign * labelSize(c) * 1.2};
+        km::ConfigKey shown = side.key->key;
+        if (side.key->second_key.isSet()) {
+            shown.text = KeyCaption(side.key->key) + "+" + KeyCaption(side.key->second_key);
+        }
+        keyLabel(svg, label, shown, c);
+    }
+}
+
+// "(x,y);(x,y)..." as written by editors; any text is read leniently as
+// numbers taken two by two, so odd or hostile text gives fewer points, never
+// an error.
+std::vector<Vec> curvePoints(const Canvas& c, const std::string& text) {
+    std::vector<Vec> points;
+    double pending = 0;
+    bool half = false;
+    const char* p = text.data();
+    const char* end = p + text.size();
+    while (p < end && points.size() < kMaxCurvePoints) {
+        if (!(std::isdigit(static_cast<unsigned char>(*p)) || *p == '-' || *p == '.')) {
+            ++p;
+            continue;
+        }
+        double value = 0;
+        const auto result = std::from_chars(p, end, value);
+        if (result.ec != std::errc() || result.ptr == p) {
+            ++p;
+            continue;
+        }
+        p = result.ptr;
+        value = sane(value, 0, -4, 4);
+        if (half) {
+            points.push_back({c.x(pending), c.y(value)});
+        } else {
+            pending = value;
+        }
+        half = !half;
+    }
+    return points;
+}
+
+template <typename Item, void (*Draw)(SvgWriter&, const Canvas&, const Item&)>
+void typed(SvgWriter& svg, const Canvas& c, const km::ConfigItem& item) {
+    if (const auto* concrete = dynamic_cast<const Item*>(&item)) {
+        Draw(svg, c, *concrete);
+    }
+}
+
+void drawBunchClick(SvgWriter& svg, const Canvas& c, const km::BunchClickConfigItem& item) {
+    const Vec p = touchOf(c, item);
+    const double r = c.markerRadius(item);
+    circle(svg, "burst", p, r * 1.25);
+    circle(svg, "burst", p, r * 1.5);
+    const bool oneOff = item.bunch_click_type == "One_Off";
+    badge(svg, c, item,
+          "\xC3\x97" +
+              std::to_string(oneOff ? item.bunch_click_one_off_number
+                                    : item.bunch_click_continue_number) +
+              (oneOff ? "" : "\xE2\x80\xA6"));
+}
+
+void drawSwipehold(SvgWriter& svg, const Canvas& c, const km::SwipeholdConfigItem& item) {
+    const Vec p = touchOf(c, item);
+    const double radius = c.length(item.rel_radius);
+    if (radius > 0) {
+        circle(svg, "drag", p, radius);
+    }
+    const double arm = radius > 0 ? radius : c.markerRadius(item) * 2.5;
+    diamond(svg, c, item, p, arm, item.first_point_policy.steps);
+}
+
+void drawLook(SvgWriter& svg, const Canvas& c, const km::DiamondConfigItem& item) {
+    diamond(svg, c, item, touchOf(c, item), c.markerRadius(item) * 2.5, 0);
+}
+
+void drawFire(SvgWriter& svg, const Canvas& c, const km::FireConfigItem& item) {
+    const km::FireSwipeholdInfo& drag = item.swipehold_info;
+    const Vec centre = centreOr(c, drag.rel_position, item);
+    circle(svg,
+           item.fire_option.fire_range_policy == "Fire_range_dependent_swipehold" ? "drag bounded"
+                                                                                  : "drag",
+           centre, c.length(drag.rel_radius));
+    if (drag.invalid_zone_info.enable) {
+        circle(svg, "zone", centre,
+               c.length(drag.invalid_zone_info.rel_radius_outside_invalid_zone));
+        circle(svg, "zone inner", centre,
+               c.length(drag.invalid_zone_info.rel_radius_inside_invalid_zone));
+    }
+    line(svg, "aim", touchOf(c, item), centre);
+}
+
+void drawStaring(SvgWriter& svg, const Canvas& c, const km::StaringConfigItem& item) {
+    rangeRect(svg, c, touchOf(c, item), item.staring_range);
+}
+
+void drawRightStickEye(SvgWriter& svg, const Canvas& c,
+                       const km::JoystickRightEyeConfigItem& item) {
+    rangeRect(svg, c, touchOf(c, item), item.staring_range);
+}
+
+void drawLeftStickWalk(SvgWriter& svg, const Canvas& c,
+                       const km::JoystickLeftWalkConfigItem& item) {
+    circle(svg, "drag", touchOf(c, item), c.length(item.rel_radius));
+}
+
+void drawSpell(SvgWriter& svg, const Canvas& c, const km::SpellConfigItem& item) {
+    const Vec cast = at(c, item.spell_info.rel_position);
+    circle(svg, "range", cast, c.length(item.spell_info.rel_radius));
+    cross(svg, "cast", cast, c.markerRadius(item) * 0.4);
+    const Vec drag = centreOr(c, item.swipehold_info.rel_position, item);
+    circle(svg, "drag", drag, c.length(item.swipehold_info.rel_radius));
+    line(svg, "aim", drag, cast);
+    if (!item.tap_info.rel_center_pos.isNull()) {
+        circle(svg, "tap", at(c, item.tap_info.rel_center_pos), 4);
+    }
+}
+
+void drawSpellCancel(SvgWriter& svg, const Canvas& c, const km::SpellCancelConfigItem& item) {
+    const Vec p = touchOf(c, item);
+    const double r = c.markerRadius(item);
+    cross(svg, "cancel", {p.x + r, p.y - r}, r * 0.3);
+}
+
+void drawRightWalk(SvgWriter& svg, const Canvas& c, const km::MouseRightWalkConfigItem& item) {
+    const Vec p = touchOf(c, item);
+    const Vec measure = at(c, item.rel_measurement_pos);
+    line(svg, "aim", p, measure);
+    cross(svg, "measure", measure, c.markerRadius(item) * 0.4);
+    const double radius = c.length(item.first_move_policy.rel_radius);
+    if (radius > 0) {
+        circle(svg, "drag", p, radius);
+    }
+}
+
+void drawMacro(SvgWriter& svg, const Canvas& c, const km::MacroConfigItem& item) {
+    badge(svg, c, item,
+          std::to_string(item.press_actions.size()) + "+" +
+              std::to_string(item.release_actions.size()) + " lines");
+}
+
+void drawCurve(SvgWriter& svg, const Canvas& c, const km::CurveConfigItem& item) {
+    const Vec start = at(c, item.rel_start_pos);
+    const Vec end = at(c, item.rel_end_pos);
+    std::vector<Vec> points{start};
+    if (!item.act_as_line) {
+        const std::vector<Vec> between = curvePoints(c, item.rel_all_points_pos);
+        points.insert(points.end(), between.begin(), between.end());
+    }
+    points.push_back(end);
+    std::string d;
+    for (std::size_t k = 0; k < points.size(); ++k) {
+        d += k == 0 ? 'M' : 'L';
+        AppendNumber(d, points[k].x);
+        d += ' ';
+        AppendNumber(d, points[k].y);
+    }
+    svg.open("path").attr("class", "curve").attr("d", d).close();
+    circle(svg, "finger", start, 4);
+    const Vec before = points[points.size() - 2];
+    const double r = c.markerRadius(item);
+    if (std::hypot(end.x - before.x, end.y - before.y) > 0) {
+        arrow(svg, "curve", before, end, r * 0.4);
+    }
+}
+
+void drawWheel(SvgWriter& svg, const Canvas& c, const km::WheelConfigItem& item) {
+    pairArrows(svg, c, item, item.orientation, 0);
+}
+
+void drawZoom(SvgWriter& svg, const Canvas& c, const km::ZoomConfigItem& item) {
+    pairArrows(svg, c, item, item.orientation, c.length(sane(item.one_side_gap, 0, 0, 1)));
+}
+
+void drawObserve(SvgWriter& svg, const Canvas& c, const km::ObserveConfigItem& item) {
+    const Vec p = touchOf(c, item);
+    const double r = c.markerRadius(item);
+    svg.open("ellipse").attr("class", "look").attr("cx", p.x).attr("cy", p.y);
+    svg.attr("rx", r * 1.8).attr("ry", r * 1.2).close();
+}
+
+void drawTip(SvgWriter& svg, const Canvas& c, const km::TipConfigItem& item) {
+    badge(svg, c, item, "tip");
+}
+
+}  // namespace
+
+double FittedTextSize(const std::string& text, double radius) {
+    // Counts code points, not bytes: an arrow is one glyph.
+    const double glyphs = static_cast<double>(std::max<std::ptrdiff_t>(
+        std::count_if(text.begin(), text.end(),
+                      [](char ch) { return (static_cast<unsigned char>(ch) & 0xC0) != 0x80; }),
+        1));
+    return std::min(radius * 0.8, radius * 2.6 / glyphs);
+}
+
+double Canvas::length(double rel) const {
+    return std::abs(sane(rel, 0, -4, 4)) * side();
+}
+
+double Canvas::markerRadius(const km::ConfigItem& item) const {
+    const double scale =
+        sane(item.editor_icon_scale, 1, 0.1, 10) * sane(item.icon.radius_correction, 1, 0.1, 10);
+    return side() * kMarkerSide * scale;
+}
+
+std::string KeyCaption(const km::ConfigKey& key) {
+    // Captions too long for a marker, drawn as people write them on keycaps.
+    static const struct {
+        const char* text;
+        const char* shown;
+    } kShort[] = {
+        {"Direction_up", "\xE2\x86\x91"},
+        {"Direction_down", "\xE2\x86\x93"},
+        {"Direction_left", "\xE2\x86\x90"},
+        {"Direction_right", "\xE2\x86\x92"},
+        {"left_mouse", "LMB"},
+        {"right_mouse", "RMB"},
+        {"middle_mouse", "MMB"},
+        {"back_mouse", "Back"},
+        {"forward_mouse", "Fwd"},
+        {"wheel_up_mouse", "Wheel\xE2\x86\x91"},
+        {"wheel_down_mouse", "Wheel\xE2\x86\x93"},
+    };
+    for (const auto& entry : kShort) {
+        if (key.text == entry.text) {
+            return entry.shown;
+        }
+    }
+    if (!key.text.empty() || !key.isSet()) {
+        return key.text;
+    }
+    return "#" + std::to_string(key.device == "joystick" ? key.virtual_key : key.scan_code);
+}
+
+std::string ItemCaption(const km::ConfigItem& item) {
+    std::string caption = KeyCaption(item.key);
+    const auto* composable = dynamic_cast<const km::ComposableConfigItem*>(&item);
+    if (composable != nullptr && dynamic_cast<const km::PairConfigItem*>(&item) == nullptr &&
+        composable->second_key.isSet()) {
+        caption += "+" + KeyCaption(composable->second_key);
+    }
+    return caption;
+}
+
+const std::vector<TypeShape>& TypeShapes() {
+    static const std::vector<TypeShape> shapes = {
+        {"Click", "#f8fafc", "tap", nullptr},
+        {"BunchClick", "#fde047", "repeated taps (count)",
+         &typed<km::BunchClickConfigItem, drawBunchClick>},
+        {"Swipehold", "#38bdf8", "drag: radius, direction keys, steps",
+         &typed<km::SwipeholdConfigItem, drawSwipehold>},
+        {"Fire", "#f87171", "fire: drag area, invalid zone", &typed<km::FireConfigItem, drawFire>},
+        {"Staring", "#a78bfa", "look range", &typed<km::StaringConfigItem, drawStaring>},
+        {"Spell", "#34d399", "skill: cast point and range, drag area",
+         &typed<km::SpellConfigItem, drawSpell>},
+        {"SpellCancel", "#fb923c", "cancel skill",
+         &typed<km::SpellCancelConfigItem, drawSpellCancel>},
+        {"RightWalk", "#2dd4bf", "walk to pointer: measurement point",
+         &typed<km::MouseRightWalkConfigItem, drawRightWalk>},
+        {"Eye", "#c084fc", "look: direction keys", &typed<km::DiamondConfigItem, drawLook>},
+        {"Gravity", "#facc15", "tilt: direction keys", &typed<km::DiamondConfigItem, drawLook>},
+        {"Macro", "#f472b6", "macro (press+release lines)", &typed<km::MacroConfigItem, drawMacro>},
+        {"Curve", "#4ade80", "stroke: start, points, end", &typed<km::CurveConfigItem, drawCurve>},
+        {"LeftStickWalk", "#60a5fa", "left stick: radius",
+         &typed<km::JoystickLeftWalkConfigItem, drawLeftStickWalk>},
+        {"RightStickEye", "#818cf8", "right stick: look range",
+         &typed<km::JoystickRightEyeConfigItem, drawRightStickEye>},
+        {"Wheel", "#fbbf24", "wheel: two directions", &typed<km::WheelConfigItem, drawWheel>},
+        {"Zoom", "#e879f9", "pinch: two directions", &typed<km::ZoomConfigItem, drawZoom>},
+        {"Observe", "#94a3b8", "look while held", &typed<km::ObserveConfigItem, drawObserve>},
+        {"Tip", "#e2e8f0", "tip", &typed<km::TipConfigItem, drawTip>},
+    };
+    return shapes;
+}
+
+const TypeShape* FindTypeShape(const std::string& type) {
+    for (const TypeShape& shape : TypeShapes()) {
+        if (type == shape.type) {
+            return &shape;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace render
+}  // namespace zunokeymap
