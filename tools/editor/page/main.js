@@ -138,12 +138,20 @@ function moveItem(index, part, dx, dy) {
   if (!item) return;
   let point = part === 'touch' ? item.rel_work_position : item.icon && item.icon.rel_position;
   if (!point) return;
+  const touch = item.rel_work_position;
   // An unset marker is drawn at the touch point: move it from there.
-  if (part === 'marker' && point.rel_x === 0 && point.rel_y === 0 && item.rel_work_position) {
-    point = item.icon.rel_position = { ...item.rel_work_position };
+  if (part === 'marker' && point.rel_x === 0 && point.rel_y === 0 && touch) {
+    point = item.icon.rel_position = { ...touch };
   }
-  point.rel_x = round(Math.min(1, Math.max(0, point.rel_x + dx)));
-  point.rel_y = round(Math.min(1, Math.max(0, point.rel_y + dy)));
+  // A touch point under its marker goes where the marker goes.
+  const moved = [point];
+  if (part === 'marker' && touch && touch.rel_x === point.rel_x && touch.rel_y === point.rel_y) {
+    moved.push(touch);
+  }
+  for (const p of moved) {
+    p.rel_x = round(Math.min(1, Math.max(0, p.rel_x + dx)));
+    p.rel_y = round(Math.min(1, Math.max(0, p.rel_y + dy)));
+  }
   apply(next);
 }
 

@@ -21,10 +21,12 @@ export class Picture {
     const parsed = new DOMParser().parseFromString(svgText, 'image/svg+xml');
     const svg = parsed.documentElement;
     if (svg.nodeName !== 'svg') return;
-    // Touch points above their markers, so that both can be grabbed.
+    // Touch points just above their markers (captions stay on top), so that
+    // both can be grabbed.
     for (const touch of svg.querySelectorAll('g.item .touch')) {
-      touch.parentNode.appendChild(touch);
-      touch.setAttribute('r', Math.max(Number(touch.getAttribute('r')) || 0, 7));
+      const marker = touch.parentNode.querySelector('.marker');
+      if (marker) marker.after(touch);
+      touch.setAttribute('r', Math.max(Number(touch.getAttribute('r')) || 0, 6));
     }
     this.svg = document.importNode(svg, true);
     this.host.replaceChildren(this.svg);
