@@ -92,6 +92,8 @@ TEST(EditorApi, DoorAndRoutes) {
         {"page_no_traversal", "GET", "/../CMakeLists.txt", {{"Host", host}}, "", 404},
         {"page_post", "POST", "/", {{"Host", host}}, "", 405},
         {"unknown_endpoint", "GET", "/api/nothing", {}, "", 404},
+        {"empty_target", "GET", "", {}, "", 400},
+        {"absolute_target", "GET", "http://127.0.0.1/api/check", {}, "", 400},
         {"delete_document", "DELETE", "/api/document", {}, "", 405},
         {"get_save", "GET", "/api/save", {}, "", 405},
         {"put_without_json_type",

@@ -222,6 +222,9 @@ HttpResponse EditorApi::screen(const HttpRequest& request) const {
     }
 
     const std::string path = request.path();
+    if (path.empty() || path[0] != '/') {
+        return respondError(400, "the request target must be a path");
+    }
     const bool api = Poco::startsWith(path, std::string("/api/"));
     if (api) {
         std::string shown = request.query("token");
