@@ -58,7 +58,8 @@ void BM_EditRoundTrip(benchmark::State& state) {
         const HttpResponse put = api.handle(puts[which]);
         const HttpResponse picture = api.handle(render);
         if (put.status != 200 || picture.status != 200) {
-            benchdocs::fail("the editor refused a round trip: " + put.body);
+            state.SkipWithError("the editor refused a round trip");
+            break;
         }
         benchmark::DoNotOptimize(picture.body.data());
         which = 1 - which;

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "CheckReport.h"
+#include "JsonText.h"
 #include "tests/EditorTestSupport.h"
 
 namespace {
@@ -265,6 +267,32 @@ TEST(EditorApi, TokensAreLongRandomAndComparedWhole) {
     EXPECT_TRUE(EqualInConstantTime(a, a));
     EXPECT_FALSE(EqualInConstantTime(a, a.substr(0, a.size() - 1)));
     EXPECT_FALSE(EqualInConstantTime(a, ""));
+}
+
+}  // namespace
+
+namespace {
+
+// The editor's JSON writer gives the bytes Poco's stringifier gives.
+TEST(EditorApi, JsonTextMatchesPocosStringifier) {
+    Poco::JSON::Object::Ptr odd = new Poco::JSON::Object(Poco::JSON_PRESERVE_KEY_ORDER);
+    odd->set("z", std::string("a/b\"c\\d\n\x01\x1f \xc3\xa9 \t\b\f\r"));
+    odd->set("a", -5);
+    odd->set("n", Poco::Dynamic::Var());
+    odd->set("d", 1.5);
+    odd->set("l", static_cast<Poco::Int64>(1) << 40);
+    odd->set("e", Poco::JSON::Array::Ptr(new Poco::JSON::Array()));
+    const km::CheckReport report = km::CheckKeymapDocument(
+        testsupport::documentWith(testsupport::freshItemText("Click") + "," +
+                                  testsupport::freshItemText("Click") + ",{\"type\":\"Nope\"}"),
+        false, "doc.json");
+    for (const Poco::Dynamic::Var& value :
+         {Poco::Dynamic::Var(odd),
+          Poco::Dynamic::Var(zunokeymap::CheckReportJson("doc.json", report))}) {
+        std::ostringstream poco;
+        Poco::JSON::Stringifier::stringify(value, poco, 0, -1, Poco::JSON_WRAP_STRINGS);
+        EXPECT_EQ(JsonText(value), poco.str());
+    }
 }
 
 }  // namespace

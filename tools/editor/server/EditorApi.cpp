@@ -7,19 +7,18 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <sstream>
 #include <vector>
 
 #include <Poco/Exception.h>
 #include <Poco/JSON/Array.h>
 #include <Poco/JSON/Object.h>
 #include <Poco/JSON/Parser.h>
-#include <Poco/JSON/Stringifier.h>
 #include <Poco/Path.h>
 #include <Poco/RandomStream.h>
 #include <Poco/String.h>
 
 #include "CheckReport.h"
+#include "JsonText.h"
 #include "PageAssets.h"
 
 namespace zunokeymap {
@@ -31,12 +30,6 @@ using Poco::JSON::Object;
 namespace {
 
 const char* const kJson = "application/json";
-
-std::string stringify(const Poco::Dynamic::Var& value) {
-    std::ostringstream out;
-    Poco::JSON::Stringifier::stringify(value, out, 0, -1, Poco::JSON_WRAP_STRINGS);
-    return out.str();
-}
 
 Object::Ptr newObject() {
     return new Object(Poco::JSON_PRESERVE_KEY_ORDER);
@@ -51,10 +44,11 @@ HttpResponse respond(int status, const std::string& type, std::string body) {
 }
 
 HttpResponse respondJson(int status, const Poco::Dynamic::Var& value) {
-    return respond(status, kJson, stringify(value));
+    return respond(status, kJson, JsonText(value));
 }
 
-HttpResponse respondError(int status, const std::string& message, Object::Ptr extra = nullptr) {
+HttpResponse respondError(int status, const std::string& message,
+                          const Object::Ptr& extra = nullptr) {
     Object::Ptr body = extra.isNull() ? newObject() : extra;
     body->set("status", status);
     body->set("error", message);
@@ -344,7 +338,7 @@ HttpResponse EditorApi::putDocument(const HttpRequest& request) {
 }
 
 HttpResponse EditorApi::getCheck(const HttpRequest&) {
-    return respondJson(200, CheckReportJson(session_.file(), session_.check()));
+    return respondJson(200, CheckReportJson(session_.file(), *session_.check()));
 }
 
 HttpResponse EditorApi::getRender(const HttpRequest&) {

@@ -83,7 +83,8 @@ km::KeymapConfig* EditorSession::load(const std::string& text,
 }
 
 void EditorSession::hold(std::unique_ptr<km::KeymapConfig> doc, std::string text) {
-    report_ = km::CheckKeymapDocument(text, joystick_, file_);
+    report_ =
+        std::make_shared<const km::CheckReport>(km::CheckKeymapDocument(text, joystick_, file_));
     doc_ = std::move(doc);
     text_ = std::move(text);
 }
@@ -105,7 +106,8 @@ bool EditorSession::replace(const std::string& text, km::LoadDiagnostic& diagnos
         return false;
     }
     std::string saved = km::SaveKeymapConfigAndInfoToText(doc.get());
-    km::CheckReport report = km::CheckKeymapDocument(saved, joystick_, file_);
+    auto report =
+        std::make_shared<const km::CheckReport>(km::CheckKeymapDocument(saved, joystick_, file_));
     std::lock_guard<std::mutex> lock(mutex_);
     doc_ = std::move(doc);
     text_ = std::move(saved);
@@ -113,7 +115,7 @@ bool EditorSession::replace(const std::string& text, km::LoadDiagnostic& diagnos
     return true;
 }
 
-km::CheckReport EditorSession::check() const {
+std::shared_ptr<const km::CheckReport> EditorSession::check() const {
     std::lock_guard<std::mutex> lock(mutex_);
     return report_;
 }
@@ -123,7 +125,7 @@ std::string EditorSession::renderSvg() const {
     if (!doc_) {
         return std::string();
     }
-    return render::RenderSvg(*doc_, report_, render_);
+    return render::RenderSvg(*doc_, *report_, render_);
 }
 
 EditorSession::SaveResult EditorSession::save(bool force, std::string& message) {

@@ -55,8 +55,9 @@ public:
     /// document; on failure `diagnostic` says why and nothing changes.
     bool replace(const std::string& text, km::LoadDiagnostic& diagnostic);
 
-    /// The check of the held document.
-    km::CheckReport check() const;
+    /// The check of the held document (shared, not copied: reports of large
+    /// documents are large).
+    std::shared_ptr<const km::CheckReport> check() const;
     /// The picture of the held document.
     std::string renderSvg() const;
 
@@ -81,9 +82,9 @@ private:
 
     mutable std::mutex mutex_;
     std::unique_ptr<km::KeymapConfig> doc_;
-    std::string text_;        ///< doc_ in the saved form
-    km::CheckReport report_;  ///< the check of text_
-    std::string savedText_;   ///< the saved form of what the file holds for us
+    std::string text_;                               ///< doc_ in the saved form
+    std::shared_ptr<const km::CheckReport> report_;  ///< the check of text_
+    std::string savedText_;  ///< the saved form of what the file holds for us
     bool fileExisted_ = false;
     std::string fileBytes_;  ///< the file's bytes when opened or last saved
 };
