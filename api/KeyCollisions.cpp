@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
-#include <unordered_set>
 
 #include "api/TriggerRules.h"
 #include "zuno-keymapmanager/api/KeyTriggers.h"
@@ -119,6 +118,59 @@ private:
     std::vector<std::size_t> slots_;
 };
 
+// The pairs already found, in one flat table: a crowded keymap has tens of
+// thousands, and a node apiece would cost an allocation each.
+class PairSet {
+public:
+    /// Whether the pair `id` is in the set.
+    bool contains(std::uint64_t id) const {
+        if (slots_.empty()) {
+            return false;
+        }
+        for (std::size_t slot = slotOf(id, slots_.size()); slots_[slot] != kEmpty;
+             slot = (slot + 1) & (slots_.size() - 1)) {
+            if (slots_[slot] == id) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// Adds the pair `id`, which is not in the set yet.
+    void insert(std::uint64_t id) {
+        if ((size_ + 1) * 2 > slots_.size()) {
+            std::vector<std::uint64_t> old(std::max<std::size_t>(64, slots_.size() * 2), kEmpty);
+            old.swap(slots_);
+            for (const std::uint64_t kept : old) {
+                if (kept != kEmpty) {
+                    place(kept);
+                }
+            }
+        }
+        place(id);
+        ++size_;
+    }
+
+private:
+    // No pair has this id: its first index would exceed every second one.
+    static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
+
+    static std::size_t slotOf(std::uint64_t id, std::size_t size) {
+        return static_cast<std::size_t>((id * 0x9E3779B97F4A7C15ull) >> 32) & (size - 1);
+    }
+
+    void place(std::uint64_t id) {
+        std::size_t slot = slotOf(id, slots_.size());
+        while (slots_[slot] != kEmpty) {
+            slot = (slot + 1) & (slots_.size() - 1);
+        }
+        slots_[slot] = id;
+    }
+
+    std::vector<std::uint64_t> slots_;
+    std::size_t size_ = 0;
+};
+
 }  // namespace
 
 std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
@@ -138,7 +190,7 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
     const TriggerIndex index(triggers);
 
     std::vector<Collision> collisions;
-    std::unordered_set<std::uint64_t> known;
+    PairSet known;
     for (const Trigger& trigger : triggers) {
         const int i = trigger.item;
         // An item listed twice (two of its keys alike) is asked once.
@@ -154,7 +206,7 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
             const std::uint64_t id =
                 (static_cast<std::uint64_t>(a) << 32) | static_cast<std::uint32_t>(b);
             // A pair already found needs no second asking.
-            if (known.count(id) == 0 &&
+            if (!known.contains(id) &&
                 Fires(*items[static_cast<std::size_t>(j)], *trigger.first, *trigger.second)) {
                 known.insert(id);
                 KeyTrigger described;
