@@ -135,6 +135,7 @@ void checkText(const std::string& text, bool joystick, const std::string& source
     doc.info = new ConfigInfo();
     doc.param = new ConfigParam();
     document::ReadProgress progress;
+    progress.keepElements = true;
     bool loaded = false;
     try {
         // Empty text would make the reader open a file of that name.
@@ -151,6 +152,9 @@ void checkText(const std::string& text, bool joystick, const std::string& source
         std::vector<Finding> shape;
         check::CheckDocumentShape(progress.root, joystick, shape);
         check::CheckSchema(progress.root, shape);
+        std::stable_sort(shape.begin(), shape.end(), [](const Finding& a, const Finding& b) {
+            return a.item_index < b.item_index;
+        });
         // The load's own finding already names the member it stopped at.
         const std::string& failedAt = report.diagnostic.path;
         for (Finding& finding : shape) {

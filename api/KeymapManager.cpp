@@ -11,6 +11,7 @@
 #include <Poco/Exception.h>
 
 #include "document/DocumentIO.h"
+#include "document/FileSystem.h"
 #include "zuno-keymapmanager/document/EmbededConfig.h"
 #include "zuno-keymapmanager/macro/MarcoConVerterManager.h"
 #include "zuno-keymapmanager/model/ConfigFactory.h"

@@ -4,7 +4,7 @@
 
 #include "zuno-keymapmanager/api/TextFile.h"
 
-#include "document/DocumentIO.h"
+#include "document/FileSystem.h"
 
 namespace zunokeymapmanager {
 

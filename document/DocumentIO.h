@@ -34,6 +34,10 @@ struct ReadProgress {
     /// The element of "keymaps" being read, -1 before the first.
     int itemIndex = -1;
     json::ObjectPtr item;
+    /// Keep every element in `elements` after it is read, for a caller that
+    /// looks at the tree afterwards (the check); otherwise each is let go
+    /// as soon as its item has read it.
+    bool keepElements = false;
 };
 
 /// Reads the document from `text`, or from the file at `path` when `text` is
@@ -55,15 +59,6 @@ void Describe(const ReadProgress& progress, const Poco::Exception& error, const 
 
 /// The document as saved: keys sorted, indentation 4.
 std::string Write(const KeymapConfig& doc);
-
-/// Writes `text` to `path`; false when the file could not be written.
-/// The text goes to a new file beside the target, which then replaces the
-/// target in one step, so a crash or a full disk midway leaves the old file
-/// whole. The new file keeps the target's mode (and owner where possible); a
-/// symbolic link stays a link and its target is replaced. Where no file can
-/// be made beside the target (or the target is not a regular file), the
-/// target is truncated and written in place.
-bool WriteFile(const std::string& path, const std::string& text);
 
 }  // namespace document
 }  // namespace zunokeymapmanager

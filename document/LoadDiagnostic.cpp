@@ -7,8 +7,6 @@
 
 #include "zuno-keymapmanager/document/LoadDiagnostic.h"
 
-#include <sys/stat.h>
-
 #include <typeinfo>
 #include <vector>
 
@@ -16,6 +14,7 @@
 #include <Poco/JSON/Object.h>
 
 #include "document/DocumentIO.h"
+#include "document/FileSystem.h"
 #include "document/JsonSyntax.h"
 #include "model/LoadTrail.h"
 #include "zuno-keymapmanager/model/Fields.h"
@@ -75,7 +74,7 @@ std::string withArticle(const std::string& noun) {
     return (vowel ? "an " : "a ") + noun;
 }
 
-std::string quoted(const std::string& text) {
+std::string inQuotes(const std::string& text) {
     constexpr std::size_t kShown = 40;
     return "\"" + (text.size() > kShown ? text.substr(0, kShown) + "..." : text) + "\"";
 }
@@ -92,7 +91,7 @@ std::string describeValue(const Poco::Dynamic::Var& value) {
         return "an array";
     }
     if (value.isString()) {
-        return "a string " + quoted(value.extract<std::string>());
+        return "a string " + inQuotes(value.extract<std::string>());
     }
     if (value.isBoolean()) {
         return "a boolean";
@@ -121,12 +120,13 @@ const char* describeTopLevel(char first) {
 }
 
 std::string whyUnreadable(const std::string& path) {
-    struct stat info {};
-    if (::stat(path.c_str(), &info) != 0) {
-        return "no such file";
-    }
-    if (!S_ISREG(info.st_mode)) {
-        return "not a regular file";
+    switch (KindOf(path)) {
+        case FileKind::Missing:
+            return "no such file";
+        case FileKind::Other:
+            return "not a regular file";
+        case FileKind::Regular:
+            break;
     }
     return "it cannot be opened or read";
 }
@@ -235,7 +235,7 @@ void Describe(const ReadProgress& progress, const Poco::Exception& error, const 
     switch (progress.stage) {
         case Stage::Opening:
             out.problem = Problem::Unreadable;
-            out.message = "cannot read the file " + quoted(source) + ": " + whyUnreadable(source);
+            out.message = "cannot read the file " + inQuotes(source) + ": " + whyUnreadable(source);
             return;
         case Stage::Parsing: {
             const SyntaxReport syntax =
@@ -281,10 +281,10 @@ void Describe(const ReadProgress& progress, const Poco::Exception& error, const 
     }
     out.message = out.path.empty() ? what : out.path + ": " + what;
     if (out.item_index >= 0) {
-        out.message +=
-            " (item " + std::to_string(out.item_index) +
-            (out.item_type.empty() ? std::string(", no type") : ", type " + quoted(out.item_type)) +
-            ")";
+        out.message += " (item " + std::to_string(out.item_index) +
+                       (out.item_type.empty() ? std::string(", no type")
+                                              : ", type " + inQuotes(out.item_type)) +
+                       ")";
     }
 }
 

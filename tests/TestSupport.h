@@ -4,8 +4,10 @@
 #ifndef ZUNO_KEYMAPMANAGER_TESTS_TESTSUPPORT_H
 #define ZUNO_KEYMAPMANAGER_TESTS_TESTSUPPORT_H
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <mutex>
@@ -19,7 +21,7 @@
 #include <Poco/JSON/ParseHandler.h>
 #include <Poco/JSON/Parser.h>
 #include <Poco/JSON/Stringifier.h>
-#include <unistd.h>
+#include <Poco/TemporaryFile.h>
 
 #include <zuno-keymapmanager/keymapmanager.h>
 
@@ -69,31 +71,61 @@ inline DocPtr loadJoystickText(const std::string& text, const std::string& path 
     return DocPtr(km::LoadJoystickConfigAndInfo(path, text));
 }
 
+/// The file at the UTF-8 `path` as bytes; empty when it cannot be read.
+inline std::string readBytes(const std::string& path) {
+    std::ifstream in(std::filesystem::u8path(path), std::ios::binary);
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
+
+/// Replaces the file at the UTF-8 `path` with `text`, byte for byte.
+inline void writeBytes(const std::string& path, const std::string& text) {
+    std::ofstream(std::filesystem::u8path(path), std::ios::binary | std::ios::trunc) << text;
+}
+
 /// A temporary file path that is removed again with the object.
 class TempFile {
 public:
-    TempFile() {
-        char pattern[] = "/tmp/zuno-km-test-XXXXXX";
-        const int fd = mkstemp(pattern);
-        if (fd >= 0) {
-            close(fd);
-        }
-        path_ = pattern;
+    TempFile() : path_(Poco::TemporaryFile::tempName()) { writeBytes(path_, ""); }
+    ~TempFile() {
+        std::error_code error;
+        std::filesystem::remove(std::filesystem::u8path(path_), error);
     }
-    ~TempFile() { std::remove(path_.c_str()); }
     TempFile(const TempFile&) = delete;
     TempFile& operator=(const TempFile&) = delete;
 
     const std::string& path() const { return path_; }
-    std::string read() const {
-        std::ifstream in(path_, std::ios::binary);
-        std::ostringstream out;
-        out << in.rdbuf();
-        return out.str();
+    std::string read() const { return readBytes(path_); }
+    void write(const std::string& text) const { writeBytes(path_, text); }
+
+private:
+    std::string path_;
+};
+
+/// A fresh directory, removed with everything in it. Names in it are UTF-8.
+class TempDir {
+public:
+    TempDir() : path_(Poco::TemporaryFile::tempName()) {
+        std::filesystem::create_directory(std::filesystem::u8path(path_));
     }
-    void write(const std::string& text) const {
-        std::ofstream out(path_, std::ios::binary | std::ios::trunc);
-        out << text;
+    ~TempDir() {
+        std::error_code error;
+        std::filesystem::remove_all(std::filesystem::u8path(path_), error);
+    }
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+
+    std::string file(const std::string& name) const { return path_ + "/" + name; }
+    /// The names in the directory, sorted.
+    std::vector<std::string> entries() const {
+        std::vector<std::string> names;
+        for (const auto& entry :
+             std::filesystem::directory_iterator(std::filesystem::u8path(path_))) {
+            names.push_back(entry.path().filename().u8string());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
     }
 
 private:

@@ -2,10 +2,15 @@
 // status out.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
+#include <csignal>
 #include <list>
+#include <thread>
+
+#include <Poco/Pipe.h>
+#include <Poco/PipeStream.h>
+#include <Poco/Process.h>
+#include <Poco/StreamCopier.h>
 
 #include "tests/TestSupport.h"
 
@@ -24,17 +29,35 @@ struct Result {
     std::string err;
 };
 
-/// Runs the tool with `args` (none holds a single quote), `input` on its standard input.
+/// Runs the tool with `args`, `input` on its standard input. The arguments
+/// reach it as given, on every platform: no shell reads them.
 Result run(const std::vector<std::string>& args, const std::string& input = "") {
-    TempFile in, out, err;
-    in.write(input);
-    std::string command = "'" + kTool + "'";
-    for (const std::string& arg : args) {
-        command += " '" + arg + "'";
-    }
-    command += " <" + in.path() + " >" + out.path() + " 2>" + err.path();
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out.read(), err.read()};
+#ifdef SIGPIPE
+    std::signal(SIGPIPE, SIG_IGN);  // a tool that exits without reading all its input
+#endif
+    Poco::Pipe in, out, err;
+    Poco::ProcessHandle process = Poco::Process::launch(kTool, args, &in, &out, &err);
+    // Each pipe has its own thread, so a full one never stalls the others.
+    std::thread feeder([&in, &input] {
+        try {
+            Poco::PipeOutputStream stream(in);
+            stream << input;
+            stream.close();
+        } catch (const Poco::Exception&) {
+            in.close();  // the tool stopped reading: what it did not read does not matter
+        }
+    });
+    Result result;
+    std::thread errors([&err, &result] {
+        Poco::PipeInputStream stream(err);
+        Poco::StreamCopier::copyToString(stream, result.err);
+    });
+    Poco::PipeInputStream stream(out);
+    Poco::StreamCopier::copyToString(stream, result.out);
+    errors.join();
+    feeder.join();
+    result.status = process.wait();
+    return result;
 }
 
 /// The item `itemText` with its `member` set to the JSON value `json`.
@@ -59,6 +82,7 @@ struct Case {
     std::vector<std::string> out;  // each must appear in the standard output
     std::string input = "";
     std::string absent = "";  // must not appear in the standard output
+    std::string err = "";     // must appear in the standard error
 };
 
 TEST(Tool, CommandsStatusAndOutput) {
@@ -87,18 +111,40 @@ TEST(Tool, CommandsStatusAndOutput) {
     compact.write(documentWith(item("Spell", kQ)));
     const std::string saved = saveText(loadText(compact.read()).get());
     unloadable.write(R"({"keymaps":[{"type":"Spell"}]})");
+    TempFile built;  // made by `add`
+    std::remove(built.path().c_str());
+    const std::string& b = built.path();
     std::vector<Case> cases = {
         {0, {"--version"}, {"zuno-keymap 1.0.0\n"}},
         {0, {"--help"}, {"check", "fmt", "list", "new", "macro", "key"}},
         {2, {}, {}},
-        {2, {"frobnicate"}, {}},
-        {2, {"check", "--fast", kBlank}, {}},
-        {2, {"fmt", "--check", "--in-place", kBlank}, {}},
+        {2, {"frobnicate"}, {}, "", "", "not expected: frobnicate"},
+        {2,
+         {"check", "--fast", kBlank},
+         {},
+         "",
+         "",
+         "check: The following argument was not expected: --fast"},
+        {2, {"check"}, {}, "", "", "FILE is required"},
+        {2,
+         {"key", "-x", "1"},
+         {},
+         "",
+         "",
+         "zuno-keymap key: The following argument was not expected: -x"},
+        {2, {"new", "-x"}, {}, "", "", "not expected: -x"},
+        {2, {"list", kBlank, kBlank}, {}, "", "", "not expected: " + kBlank},
+        {2, {"fmt", "--check", "--in-place", kBlank}, {}, "", "", "--in-place excludes --check"},
         {2, {"fmt", "--in-place", kBlank}, {}},
-        {2, {"key", "keyboard", "thirty"}, {}},
+        {2, {"fmt", "--in-place", "blank"}, {}},
+        {2, {"check", "--", "--json"}, {"--json: error: cannot read"}},
+        {2, {"key", "keyboard", "thirty"}, {}, "", "", "no keyboard key named 'thirty'"},
+        {2, {"key", "pad", "A"}, {}, "", "", "no device 'pad'"},
         {2, {"macro", "explain"}, {}},
+        {2, {"macro"}, {}, "", "", "one of check, to-running, to-editing"},
         {0, {"check", kBlank}, {kBlank + ": ok (0 items)"}},
         {0, {"check", "--joystick", kBlank}, {"ok"}},
+        {0, {"check", "blank", "blank-gamepad", "system"}, {"blank: ok", "blank-gamepad: ok"}},
         {0, {"check", kShooter}, {"ok (8 items)"}},
         {0, {"check", "-"}, {"<stdin>: ok"}, documentWith(item("Spell", kQ))},
         {1, {"check", broken}, {"keymaps[1].swipehold_info.steps: required integer is missing"}},
@@ -120,7 +166,10 @@ TEST(Tool, CommandsStatusAndOutput) {
         {0, {"fmt", kBlank}, {"\"keymaps\": [", "\"wheel_policy\""}},
         {0, {"fmt", "--check", kShooter}, {}},
         {0, {"fmt", "--check", "--joystick", kGamepad}, {}},
-        {1, {"fmt", "--check", compact.path()}, {"not in the saved form"}},
+        {1,
+         {"fmt", "--check", compact.path()},
+         {"--- " + compact.path() + "\n+++ " + compact.path() + " (saved form)\n@@ -1,",
+          "\n-{\"info\"", "\n+    \"keymaps\": [\n"}},
         {0, {"fmt", compact.path()}, {saved}},
         {0, {"fmt", "-o", copy.path(), compact.path()}, {}},
         {0, {"fmt", "--in-place", compact.path()}, {}},
@@ -136,6 +185,34 @@ TEST(Tool, CommandsStatusAndOutput) {
         {0, {"new", "Fire"}, {"\"type\": \"Fire\"", "\"need_fire_and_drag\""}},
         {0, {"new", "--list"}, {"Click\nBunchClick\nSwipehold\n", "\nTip\n"}},
         {2, {"new", "click"}, {}},
+        {2, {"new", "--list", "--document"}, {}},
+        {0, {"new", "--document"}, {"\"is_joystick\": false", "\"keymaps\": ["}},
+        {0, {"new", "--document", "--joystick"}, {"\"is_joystick\": true"}},
+        // A new file starts blank; keys by name, in the type's own order.
+        {0,
+         {"add", b, "Swipehold", "--key", "W", "--key", "D", "--key", "S", "--key", "A", "--at",
+          "0.2,0.7"},
+         {b + ": added keymaps[0] (Swipehold)"}},
+        {0, {"add", b, "Spell", "--key", "Q", "--key", "Ctrl", "--at", "0.5,0.25"}, {"keymaps[1]"}},
+        {2, {"add", b, "Fire", "--key", "mouse:left", "--key", "Q"}, {}, "", "", "at most 1 --key"},
+        {2, {"add", b, "Spell", "--at", "2,0"}, {}},
+        {2, {"add", b, "Spell", "--key", "nokey"}, {}, "", "", "no keyboard key named 'nokey'"},
+        {0, {"set", b, "keymaps[1].spell_info.rel_radius=0.1", "keymaps[1].second_key="}, {}},
+        {0, {"set", b, "keymaps[1].key=mouse:right", "keymaps[1].icon.description=cast"}, {}},
+        {1, {"set", b, "keymaps[1].spell_info=3"}, {}, "", "", "keymaps[1].spell_info"},
+        {2,
+         {"set", b, "keymaps[1].spell_info.radius=3"},
+         {},
+         "",
+         "",
+         "no member keymaps[1].spell_info.radius"},
+        {2, {"set", b, "keymaps[7].key=Q"}, {}, "", "", "no element keymaps[7]"},
+        {2, {"set", b, "keymaps[0]"}, {}, "", "", "not PATH=VALUE"},
+        {2, {"set", "blank", "info.visibility=false"}, {}},
+        {0,
+         {"list", b},
+         {"0      Swipehold  top:W right:D bottom:S left:A  0.200,0.700",
+          "1      Spell      right_mouse                    0.500,0.250"}},
         {0, {"macro", "check"}, {}, "sleep 50\n\nrelease_actions\nloop_end\n"},
         {1, {"macro", "check", "-"}, {"<stdin>:2:"}, "sleep 50\njump\n"},
         {0,
@@ -145,12 +222,28 @@ TEST(Tool, CommandsStatusAndOutput) {
         {1, {"macro", "to-editing"}, {"loop_end\n"}, "stop_loop\nnonsense\n"},
         {2, {"macro", "check", "/nonexistent"}, {}},
         // The caption comes from the code as given; right Alt has none of its own.
-        {0, {"key", "keyboard", "312", "18"}, {"caption: \"\"\nscan_code: 56"}},
-        {0, {"key", "keyboard", "56"}, {"caption: \"Alt\"\nscan_code: 56"}},
-        {0, {"key", "mouse", "0x1"}, {"caption: \"left_mouse\"", "scan_code: 1"}},
-        {0, {"key", "joystick", "5"}, {"caption: \"\""}},
+        {0,
+         {"key", "keyboard", "312"},
+         {R"({"device":"keyboard","scan_code":56,"text":"","virtual_key":18})"}},
+        {0, {"key", "keyboard", "56", "99"}, {R"("scan_code":56,"text":"Alt","virtual_key":99})"}},
+        {0,
+         {"key", "keyboard", "Q"},
+         {R"({"device":"keyboard","scan_code":16,"text":"Q","virtual_key":81})"}},
+        {0, {"key", "keyboard", "16"}, {R"("text":"Q")"}},
+        {0, {"key", "keyboard", "ctrl"}, {R"("scan_code":29,"text":"Ctrl","virtual_key":17})"}},
+        {0,
+         {"key", "keyboard", "up"},
+         {R"("scan_code":328,"text":"Direction_up","virtual_key":38})"}},
+        {0, {"key", "keyboard", "Home"}, {R"("scan_code":327,"text":"Home","virtual_key":36})"}},
+        {0, {"key", "mouse", "left"}, {R"("scan_code":1,"text":"left_mouse","virtual_key":1})"}},
+        {0, {"key", "mouse", "0x10"}, {R"("text":"forward_mouse","virtual_key":6})"}},
+        {0,
+         {"key", "joystick", "LB"},
+         {R"("scan_code":2147483647,"text":"LB","virtual_key":2147483647})"}},
+        {2, {"key", "keyboard", "Q", "81"}, {}},
+        {0, {"key", "--list", "mouse"}, {"left_mouse\t1\nright_mouse\t2\n"}},
     };
-    for (const char* command : {"check", "fmt", "list", "new", "macro", "key"}) {
+    for (const char* command : {"check", "fmt", "list", "new", "add", "set", "macro", "key"}) {
         cases.push_back({0, {command, "--help"}, {std::string("usage: zuno-keymap ") + command}});
     }
     for (const Case& c : cases) {
@@ -162,11 +255,14 @@ TEST(Tool, CommandsStatusAndOutput) {
                                                                     << result.out;
         }
         EXPECT_TRUE(c.absent.empty() || result.out.find(c.absent) == std::string::npos);
+        EXPECT_NE(result.err.find(c.err), std::string::npos) << c.err << "\nin:\n" << result.err;
     }
     EXPECT_EQ(copy.read(), saved);
     EXPECT_EQ(compact.read(), saved);
     // A document that does not load is never written over.
     EXPECT_EQ(unloadable.read(), R"({"keymaps":[{"type":"Spell"}]})");
+    // `set` saved nothing from the edit that did not load.
+    EXPECT_EQ(loadText(built.read())->items.size(), 2u);
     // What `new` prints loads back as an item.
     EXPECT_EQ(loadText(documentWith(run({"new", "Observe"}).out))->items.size(), 1u);
 }
@@ -187,6 +283,29 @@ TEST(Tool, CheckWritesTheSameReportAsJson) {
     EXPECT_EQ(error->getValue<std::string>("item_type"), "Spell");
     EXPECT_TRUE(documents->getObject(1)->getValue<bool>("loaded"));
     EXPECT_EQ(documents->getObject(1)->getArray("collisions")->size(), 0u);
+}
+
+// File names are UTF-8 as the user typed them, and what the tool writes is
+// the same bytes on every platform: no line end is translated.
+TEST(Tool, NonAsciiFileNamesAndExactBytes) {
+    const std::string saved = readBytes(kShooter);
+    for (const std::string name : {"cl\u00e9.json", "\u9375\u4f4d.json"}) {
+        SCOPED_TRACE(name);
+        TempDir dir;
+        const std::string source = dir.file(name);
+        const std::string copy = dir.file(name + ".out");
+        writeBytes(source, saved);
+        EXPECT_EQ(run({"check", source}).status, 0);
+        const Result printed = run({"fmt", source});
+        EXPECT_EQ(printed.status, 0);
+        EXPECT_EQ(printed.out, saved) << "standard output carries the saved bytes";
+        EXPECT_EQ(run({"fmt", "-o", copy, source}).status, 0);
+        EXPECT_EQ(readBytes(copy), saved);
+        EXPECT_EQ(run({"fmt", "--in-place", source}).status, 0);
+        EXPECT_EQ(readBytes(source), saved);
+        EXPECT_EQ(run({"fmt", "-"}, saved).out, saved) << "from standard input";
+        EXPECT_EQ(dir.entries(), (std::vector<std::string>{name, name + ".out"}));
+    }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 //
 
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,34 +14,10 @@
 #include <Poco/JSON/Stringifier.h>
 
 #include "CheckReport.h"
+#include "CommandLine.h"
 #include "Common.h"
 
 namespace zunokeymap {
-
-const char* const kCheckUsage =
-    "usage: zuno-keymap check [--json] [--joystick] [--strict] FILE...\n\n"
-    "Loads each document through the library and reports errors (what keeps it\n"
-    "from loading, or an item the load drops) and warnings (what loads but is\n"
-    "very likely wrong):\n"
-    "  - a failed load, with where it failed (JSON path or line and column), the\n"
-    "    failing item's type and what was wrong;\n"
-    "  - invalid items (index, type and why);\n"
-    "  - key collisions: pairs of items that the same key or key combination fires,\n"
-    "    direction keys and pair keys included;\n"
-    "  - Macro items whose press or release lines fail the grammar check;\n"
-    "  - items of an unknown type, with the nearest type name;\n"
-    "  - every member the format's schema does not allow: missing, unknown,\n"
-    "    of the wrong JSON type, outside its names, colour pattern or range;\n"
-    "  - key texts that are not the caption of their code, work positions left\n"
-    "    at (0, 0), drag radii of 0, and an is_joystick that disagrees with\n"
-    "    --joystick.\n\n"
-    "Options:\n"
-    "  --json       write the report as JSON\n"
-    "  --joystick   load the documents as gamepad documents\n"
-    "  --strict     fail on warnings too\n\n"
-    "Exit status: 0 when every document is clean, 1 on an error, an invalid\n"
-    "item, a key collision or a bad Macro line (with --strict, on any warning),\n"
-    "2 on a usage error or when a file cannot be read.\n";
 
 namespace {
 
@@ -62,22 +39,7 @@ km::CheckReport checkOne(const std::string& source, bool joystick, Loaded& loade
     return km::CheckKeymapDocument(loaded.text, joystick, loaded.source);
 }
 
-}  // namespace
-
-int CheckCommand(const std::vector<std::string>& args) {
-    Options options;
-    if (const int status =
-            ParseOptions("check", args, {"--json", "--joystick", "--strict"}, {}, options)) {
-        return status;
-    }
-    const bool asJson = options.has("--json");
-    const bool strict = options.has("--strict");
-    const bool joystick = options.has("--joystick");
-    const std::vector<std::string>& files = options.operands;
-    if (files.empty()) {
-        return UsageError("check", "no FILE given");
-    }
-
+int runCheck(const std::vector<std::string>& files, bool asJson, bool joystick, bool strict) {
     int status = kClean;
     std::size_t total = 0;
     Array::Ptr documents = new Array();
@@ -104,6 +66,46 @@ int CheckCommand(const std::vector<std::string>& args) {
         std::cout << "\n";
     }
     return status;
+}
+
+}  // namespace
+
+void AddCheckCommand(CLI::App& app) {
+    struct Options {
+        std::vector<std::string> files;
+        bool json = false;
+        bool joystick = false;
+        bool strict = false;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App& command = AddSubcommand(
+        app, "check",
+        "report load failures, invalid items, key collisions, bad macro lines and likely mistakes",
+        "Loads each document through the library and reports errors (what keeps it\n"
+        "from loading, or an item the load drops) and warnings (what loads but is\n"
+        "very likely wrong):\n"
+        "  - a failed load, with where it failed (JSON path or line and column), the\n"
+        "    failing item's type and what was wrong;\n"
+        "  - invalid items (index, type and why);\n"
+        "  - key collisions: pairs of items that the same key or key combination fires,\n"
+        "    direction keys and pair keys included;\n"
+        "  - Macro items whose press or release lines fail the grammar check;\n"
+        "  - items of an unknown type, with the nearest type name;\n"
+        "  - every member the format's schema does not allow: missing, unknown,\n"
+        "    of the wrong JSON type, outside its names, colour pattern or range;\n"
+        "  - key texts that are not the caption of their code, work positions left\n"
+        "    at (0, 0), drag radii of 0, and an is_joystick that disagrees with\n"
+        "    --joystick.\n\n"
+        "Exit status: 0 when every document is clean, 1 on an error, an invalid\n"
+        "item, a key collision or a bad Macro line (with --strict, on any warning),\n"
+        "2 on a usage error or when a file cannot be read.\n");
+    command.add_option("FILE", options->files, "documents to check")->required();
+    command.add_flag("--json", options->json, "write the report as JSON");
+    command.add_flag("--joystick", options->joystick, "load the documents as gamepad documents");
+    command.add_flag("--strict", options->strict, "fail on warnings too");
+    OnRun(command, [options] {
+        return runCheck(options->files, options->json, options->joystick, options->strict);
+    });
 }
 
 }  // namespace zunokeymap

@@ -4,83 +4,26 @@
 
 #include "Common.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <sstream>
 
+#include "Platform.h"
+
 namespace zunokeymap {
-
-int UsageError(const std::string& command, const std::string& message) {
-    std::cerr << "zuno-keymap " << command << ": " << message << "\n"
-              << "Try 'zuno-keymap " << command << " --help'.\n";
-    return kUsage;
-}
-
-int ParseOptions(const std::string& command, const std::vector<std::string>& args,
-                 std::initializer_list<const char*> flags,
-                 std::initializer_list<std::pair<const char*, const char*>> valued, Options& out) {
-    bool options = true;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (!options || arg.size() < 2 || arg[0] != '-') {
-            out.operands.push_back(arg);
-            continue;
-        }
-        if (arg == "--") {
-            options = false;
-            continue;
-        }
-        if (std::find(flags.begin(), flags.end(), arg) != flags.end()) {
-            out.flags.insert(arg);
-            continue;
-        }
-        const auto option = std::find_if(valued.begin(), valued.end(), [&arg](const auto& names) {
-            return arg == names.first || arg == names.second;
-        });
-        if (option == valued.end()) {
-            return UsageError(command, "unknown option '" + arg + "'");
-        }
-        if (i + 1 == args.size()) {
-            return UsageError(command, std::string(option->first) + " needs a file name");
-        }
-        out.values[option->first] = args[++i];
-    }
-    return 0;
-}
-
-bool WantsHelp(const std::vector<std::string>& args, const char* usage) {
-    for (const std::string& arg : args) {
-        if (arg == "--") {
-            break;
-        }
-        if (arg == "-h" || arg == "--help") {
-            std::cout << usage;
-            return true;
-        }
-    }
-    return false;
-}
 
 bool ReadInput(const std::string& path, std::string& text) {
     if (path == "-") {
         text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
         return !std::cin.bad();
     }
-    struct stat info {};
-    if (::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) {
-        return false;
-    }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
+    std::ifstream in;
+    if (!OpenRegularFile(path, in)) {
         return false;
     }
     std::ostringstream content;
@@ -89,15 +32,50 @@ bool ReadInput(const std::string& path, std::string& text) {
     return !in.bad();
 }
 
-bool IsBuiltIn(const std::string& name, bool joystick) {
-    const auto& table =
-        joystick ? EmbededConfig::joystickConfigs() : EmbededConfig::keymapConfigs();
-    return table.count(name) != 0;
+const std::vector<BuiltIn>& BuiltIns() {
+    static const std::vector<BuiltIn> builtIns = {
+        {"blank", "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300", false, "the blank keymap"},
+        {"blank-gamepad", "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300", true,
+         "the blank gamepad keymap"},
+        {"system", "system-9252A9CA-0C32-4FFD-8BF6-82653751D068", false,
+         "passes the wheel and every mouse button but the left one through"},
+    };
+    return builtIns;
 }
 
-Loaded Load(const std::string& source, bool joystick) {
+std::string BuiltInsHelp() {
+    std::string text;
+    for (const BuiltIn& builtIn : BuiltIns()) {
+        text += "  " + std::string(builtIn.name) +
+                std::string(15 - std::string(builtIn.name).size(), ' ') + builtIn.summary + "\n";
+    }
+    return text;
+}
+
+namespace {
+
+// The built-in that `name` names, by short name or library name, or null.
+const BuiltIn* findBuiltIn(const std::string& name, bool joystick) {
+    for (const BuiltIn& builtIn : BuiltIns()) {
+        if (name == builtIn.name || (name == builtIn.libraryName && joystick == builtIn.joystick)) {
+            return &builtIn;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+bool IsBuiltIn(const std::string& name, bool joystick) {
+    return findBuiltIn(name, joystick) != nullptr;
+}
+
+Loaded Load(const std::string& given, bool joystick) {
+    const BuiltIn* builtIn = findBuiltIn(given, joystick);
+    joystick = joystick || (builtIn != nullptr && builtIn->joystick);
+    const std::string source = builtIn != nullptr ? builtIn->libraryName : given;
     Loaded result;
-    result.source = source == "-" ? "<stdin>" : source;
+    result.source = given == "-" ? "<stdin>" : given;
     std::string data;
     if (source == "-") {
         if (!ReadInput("-", data)) {
@@ -123,7 +101,7 @@ Loaded Load(const std::string& source, bool joystick) {
     result.doc.reset(joystick ? km::LoadJoystickConfigAndInfo(path, data, &result.diagnostic)
                               : km::LoadKeymapConfigAndInfo(path, data, &result.diagnostic));
     if (source != "-") {
-        if (IsBuiltIn(source, joystick)) {
+        if (builtIn != nullptr) {
             const auto& table =
                 joystick ? EmbededConfig::joystickConfigs() : EmbededConfig::keymapConfigs();
             result.text = table.at(source);
@@ -137,18 +115,19 @@ Loaded Load(const std::string& source, bool joystick) {
     return result;
 }
 
-std::string SavedText(km::KeymapConfig* doc) {
-    char pattern[] = "/tmp/zuno-keymap-XXXXXX";
-    const int fd = ::mkstemp(pattern);
-    if (fd < 0) {
-        return std::string();
+std::string SavedText(const km::KeymapConfig* doc) {
+    return km::SaveKeymapConfigAndInfoToText(doc);
+}
+
+bool SaveTo(const std::string& command, const std::string& path, km::KeymapConfig* doc) {
+    km::SaveKeymapConfigAndInfo(path, doc);
+    // The library never reports a failed save: look at what landed.
+    std::string written;
+    if (!ReadInput(path, written) || written != SavedText(doc)) {
+        std::cerr << "zuno-keymap " << command << ": cannot write '" << path << "'\n";
+        return false;
     }
-    ::close(fd);
-    km::SaveKeymapConfigAndInfo(pattern, doc);
-    std::string text;
-    ReadInput(pattern, text);
-    std::remove(pattern);
-    return text;
+    return true;
 }
 
 std::vector<std::string> ItemTypes() {
@@ -172,6 +151,27 @@ bool ParseInt(const std::string& text, int& value) {
     }
     value = static_cast<int>(parsed);
     return true;
+}
+
+// "1920x1080": two positive integers of a sensible size.
+bool ParseScreenSize(const std::string& text, int& width, int& height) {
+    constexpr int kMaxSide = 32767;
+    const std::size_t x = text.find('x');
+    if (x == std::string::npos) {
+        return false;
+    }
+    const std::string w = text.substr(0, x);
+    const std::string h = text.substr(x + 1);
+    const auto digits = [](const std::string& s) {
+        return !s.empty() && s.size() <= 5 &&
+               s.find_first_not_of("0123456789") == std::string::npos;
+    };
+    if (!digits(w) || !digits(h)) {
+        return false;
+    }
+    width = std::stoi(w);
+    height = std::stoi(h);
+    return width > 0 && height > 0 && width <= kMaxSide && height <= kMaxSide;
 }
 
 }  // namespace zunokeymap

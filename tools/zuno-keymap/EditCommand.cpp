@@ -5,6 +5,7 @@
 //
 
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include <Poco/Process.h>
 #include <Poco/StringTokenizer.h>
 
+#include "CommandLine.h"
 #include "Common.h"
 #include "EditorApi.h"
 #include "EditorServer.h"
@@ -24,30 +26,7 @@
 
 namespace zunokeymap {
 
-const char* const kEditUsage =
-    "usage: zuno-keymap edit [--port N] [--no-browser] [--background IMAGE] [--size WxH]\n"
-    "                        [--joystick] FILE\n\n"
-    "Opens FILE in an editor page served on 127.0.0.1 and shown in the browser: move\n"
-    "items, bind keys by pressing them, see collisions and invalid items at once, and\n"
-    "save through the library. FILE need not exist: the editor then starts from the\n"
-    "blank document and creates FILE on the first save. The address to open, with\n"
-    "its access token, is printed on a line of its own. Ctrl-C stops the server;\n"
-    "unsaved changes are then written to a recovery file beside FILE.\n\n"
-    "Options:\n"
-    "  --port N            the port to serve on (default: any free port)\n"
-    "  --no-browser        do not open a browser\n"
-    "  --background IMAGE  a PNG or JPEG screenshot to draw under the items\n"
-    "  --size WxH          the screen's size in pixels (default: the image's, else 1920x1080)\n"
-    "  --joystick          edit FILE as a gamepad document\n";
-
 namespace {
-
-bool parseSize(const std::string& text, int& width, int& height) {
-    const std::size_t x = text.find_first_of("xX");
-    return x != std::string::npos && ParseInt(text.substr(0, x), width) &&
-           ParseInt(text.substr(x + 1), height) && width > 0 && height > 0 && width <= 65536 &&
-           height <= 65536;
-}
 
 // Reads the image and its size; empty on success, else why not.
 std::string readBackground(const std::string& path, render::Background& background) {
@@ -88,43 +67,33 @@ void openBrowser(const std::string& url) {
     }
 }
 
-}  // namespace
-
-int EditCommand(const std::vector<std::string>& args) {
-    Options options;
-    if (const int status = ParseOptions(
-            "edit", args, {"--no-browser", "--joystick"},
-            {{"--port", "--port"}, {"--background", "--background"}, {"--size", "--size"}},
-            options)) {
-        return status;
-    }
-    if (options.operands.size() != 1) {
-        return UsageError("edit",
-                          options.operands.empty() ? "no FILE given" : "edit takes one FILE");
-    }
-    const std::string file = options.operands.front();
-
+struct EditArguments {
+    std::string file;
     int port = 0;
-    if (options.values.count("--port") != 0 &&
-        (!ParseInt(options.values["--port"], port) || port < 0 || port > 65535)) {
-        return UsageError("edit", "--port takes a port number");
-    }
+    bool noBrowser = false;
+    std::string background;
+    std::string size;
+    bool joystick = false;
+};
+
+int runEdit(const EditArguments& args) {
+    const std::string& file = args.file;
+    const int port = args.port;
     render::RenderOptions render;
     render.title = Poco::Path(file).getFileName();
-    if (options.values.count("--background") != 0) {
-        const std::string why = readBackground(options.values["--background"], render.background);
+    if (!args.background.empty()) {
+        const std::string why = readBackground(args.background, render.background);
         if (!why.empty()) {
-            return UsageError("edit", why);
+            return UsageError("edit", "background '" + args.background + "': " + why);
         }
         render.width = render.background.width > 0 ? render.background.width : render.width;
         render.height = render.background.height > 0 ? render.background.height : render.height;
     }
-    if (options.values.count("--size") != 0 &&
-        !parseSize(options.values["--size"], render.width, render.height)) {
+    if (!args.size.empty() && !ParseScreenSize(args.size, render.width, render.height)) {
         return UsageError("edit", "--size takes WIDTHxHEIGHT in pixels, such as 1920x1080");
     }
 
-    editor::EditorSession session(file, options.has("--joystick"), render);
+    editor::EditorSession session(file, args.joystick, render);
     if (session.opened() == editor::EditorSession::Opened::Unreadable) {
         std::cerr << "zuno-keymap edit: cannot read " << file << "\n";
         return kUsage;
@@ -155,7 +124,7 @@ int EditCommand(const std::vector<std::string>& args) {
                       : "")
               << "; open this address, and press Ctrl-C to stop:\n";
     std::cout << url << std::endl;
-    if (!options.has("--no-browser")) {
+    if (!args.noBrowser) {
         openBrowser(url);
     }
 
@@ -170,6 +139,37 @@ int EditCommand(const std::vector<std::string>& args) {
         return kUsage;
     }
     return kClean;
+}
+
+}  // namespace
+
+void AddEditCommand(CLI::App& app) {
+    auto args = std::make_shared<EditArguments>();
+    CLI::App& command = AddSubcommand(
+        app, "edit", "edit a document in the browser",
+        "Opens FILE in an editor page served on 127.0.0.1 and shown in the browser: move\n"
+        "items, bind keys by pressing them, see collisions and invalid items at once, and\n"
+        "save through the library. FILE need not exist: the editor then starts from the\n"
+        "blank document and creates FILE on the first save. The address to open, with\n"
+        "its access token, is printed on a line of its own. Ctrl-C stops the server;\n"
+        "unsaved changes are then written to a recovery file beside FILE.\n"
+        "docs/editor.md describes the page and its HTTP contract.\n");
+    command.add_option("FILE", args->file, "the document to edit (created on the first save)")
+        ->required();
+    command.add_option("--port", args->port, "the port to serve on (default: any free port)")
+        ->check(CLI::Range(0, 65535))
+        ->type_name("N");
+    command.add_flag("--no-browser", args->noBrowser, "print the address, open no browser");
+    command
+        .add_option("--background", args->background,
+                    "a PNG or JPEG screenshot drawn under the items")
+        ->type_name("IMAGE");
+    command
+        .add_option("--size", args->size,
+                    "the screen in pixels (default 1920x1080, or the background's size)")
+        ->type_name("WxH");
+    command.add_flag("--joystick", args->joystick, "edit FILE as a gamepad document");
+    OnRun(command, [args] { return runEdit(*args); });
 }
 
 }  // namespace zunokeymap

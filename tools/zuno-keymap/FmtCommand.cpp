@@ -5,72 +5,76 @@
 //
 
 #include <iostream>
+#include <memory>
 #include <string>
-#include <vector>
 
+#include "CommandLine.h"
 #include "Common.h"
+#include "LineDiff.h"
 
 namespace zunokeymap {
 
-const char* const kFmtUsage =
-    "usage: zuno-keymap fmt [--joystick] [-o OUT | --in-place | --check] FILE\n\n"
-    "Loads the document through the library and writes it as the library saves it:\n"
-    "keys sorted, indented by 4, every member written. A document that fails to load\n"
-    "is reported and never written.\n\n"
-    "Options:\n"
-    "  -o OUT       write to OUT instead of standard output\n"
-    "  --in-place   rewrite FILE itself (not for '-' or a built-in name)\n"
-    "  --check      write nothing; exit 1 when FILE is not already in that form\n"
-    "  --joystick   load FILE as a gamepad document\n";
+namespace {
 
-int FmtCommand(const std::vector<std::string>& args) {
-    Options options;
-    if (const int status = ParseOptions("fmt", args, {"--joystick", "--in-place", "--check"},
-                                        {{"-o", "--output"}}, options)) {
-        return status;
-    }
-    const bool joystick = options.has("--joystick");
-    const bool inPlace = options.has("--in-place");
-    const bool check = options.has("--check");
-    const std::string out = options.values.count("-o") != 0 ? options.values.at("-o") : "";
-    const std::vector<std::string>& files = options.operands;
-    if (files.size() != 1) {
-        return UsageError("fmt", files.empty() ? "no FILE given" : "fmt takes one FILE");
-    }
-    if ((inPlace ? 1 : 0) + (check ? 1 : 0) + (out.empty() ? 0 : 1) > 1) {
-        return UsageError("fmt", "-o, --in-place and --check exclude each other");
-    }
-    const std::string& file = files.front();
-    if (inPlace && (file == "-" || IsBuiltIn(file, joystick))) {
+struct FmtOptions {
+    std::string file;
+    std::string output;
+    bool inPlace = false;
+    bool check = false;
+    bool joystick = false;
+};
+
+int runFmt(const FmtOptions& options) {
+    const std::string& file = options.file;
+    if (options.inPlace && (file == "-" || IsBuiltIn(file, options.joystick))) {
         return UsageError("fmt", "--in-place needs a file, not '" + file + "'");
     }
-
-    Loaded loaded = Load(file, joystick);
+    Loaded loaded = Load(file, options.joystick);
     if (loaded.diagnostic.failed) {
         std::cerr << loaded.source << ": error: " << loaded.diagnostic.message << "\n";
         return loaded.unreadable ? kUsage : kProblems;
     }
     const std::string saved = SavedText(loaded.doc.get());
-    if (check) {
+    if (options.check) {
         if (saved == loaded.text) {
             return kClean;
         }
-        std::cout << loaded.source << ": not in the saved form\n";
+        std::cout << UnifiedDiff(loaded.text, saved, loaded.source,
+                                 loaded.source + " (saved form)");
         return kProblems;
     }
-    const std::string target = inPlace ? file : out;
+    const std::string target = options.inPlace ? file : options.output;
     if (target.empty()) {
         std::cout << saved;
         return kClean;
     }
-    km::SaveKeymapConfigAndInfo(target, loaded.doc.get());
-    // The library never reports a failed save: look at what landed.
-    std::string written;
-    if (!ReadInput(target, written) || written != saved) {
-        std::cerr << "zuno-keymap fmt: cannot write '" << target << "'\n";
-        return kUsage;
-    }
-    return kClean;
+    return SaveTo("fmt", target, loaded.doc.get()) ? kClean : kUsage;
+}
+
+}  // namespace
+
+void AddFmtCommand(CLI::App& app) {
+    auto options = std::make_shared<FmtOptions>();
+    CLI::App& command = AddSubcommand(
+        app, "fmt", "rewrite a document in the library's saved form",
+        "Loads the document through the library and writes it as the library saves it:\n"
+        "keys sorted, indented by 4, every member written. A document that fails to load\n"
+        "is reported and never written. With --check, the difference to the saved form\n"
+        "is shown as a unified diff. -o, --in-place and --check exclude each other.\n");
+    command.add_option("FILE", options->file, "the document")->required();
+    CLI::Option* output =
+        command
+            .add_option("-o,--output", options->output, "write to OUT instead of standard output")
+            ->type_name("OUT");
+    CLI::Option* inPlace = command.add_flag("--in-place", options->inPlace,
+                                            "rewrite FILE itself (not for '-' or a built-in name)");
+    CLI::Option* check = command.add_flag(
+        "--check", options->check,
+        "write nothing; show what would change and exit 1 when FILE is not in that form");
+    output->excludes(inPlace)->excludes(check);
+    inPlace->excludes(check);
+    command.add_flag("--joystick", options->joystick, "load FILE as a gamepad document");
+    OnRun(command, [options] { return runFmt(*options); });
 }
 
 }  // namespace zunokeymap

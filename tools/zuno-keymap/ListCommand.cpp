@@ -7,20 +7,14 @@
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "CommandLine.h"
 #include "Common.h"
 
 namespace zunokeymap {
-
-const char* const kListUsage =
-    "usage: zuno-keymap list [--joystick] FILE\n\n"
-    "Prints a table of the document's items: index, type, the keys that fire it,\n"
-    "its position on the screen (fractions of width and height) and whether it is\n"
-    "valid. A document that fails to load is reported with exit status 1.\n\n"
-    "Options:\n"
-    "  --joystick   load FILE as a gamepad document\n";
 
 namespace {
 
@@ -41,19 +35,8 @@ std::string position(const km::PointF& point) {
     return text;
 }
 
-}  // namespace
-
-int ListCommand(const std::vector<std::string>& args) {
-    Options options;
-    if (const int status = ParseOptions("list", args, {"--joystick"}, {}, options)) {
-        return status;
-    }
-    const bool joystick = options.has("--joystick");
-    const std::vector<std::string>& files = options.operands;
-    if (files.size() != 1) {
-        return UsageError("list", files.empty() ? "no FILE given" : "list takes one FILE");
-    }
-    Loaded loaded = Load(files.front(), joystick);
+int runList(const std::string& file, bool joystick) {
+    Loaded loaded = Load(file, joystick);
     if (loaded.diagnostic.failed) {
         std::cerr << loaded.source << ": error: " << loaded.diagnostic.message << "\n";
         return loaded.unreadable ? kUsage : kProblems;
@@ -84,6 +67,21 @@ int ListCommand(const std::vector<std::string>& args) {
         std::cout << line << "\n";
     }
     return kClean;
+}
+
+}  // namespace
+
+void AddListCommand(CLI::App& app) {
+    auto file = std::make_shared<std::string>();
+    auto joystick = std::make_shared<bool>(false);
+    CLI::App& command = AddSubcommand(
+        app, "list", "show the items of a document as a table",
+        "Prints a table of the document's items: index, type, the keys that fire it,\n"
+        "its position on the screen (fractions of width and height) and whether it is\n"
+        "valid. A document that fails to load is reported with exit status 1.\n");
+    command.add_option("FILE", *file, "the document")->required();
+    command.add_flag("--joystick", *joystick, "load FILE as a gamepad document");
+    OnRun(command, [file, joystick] { return runList(*file, *joystick); });
 }
 
 }  // namespace zunokeymap

@@ -6,26 +6,14 @@
 //
 
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "CommandLine.h"
 #include "Common.h"
 
 namespace zunokeymap {
-
-const char* const kMacroUsage =
-    "usage: zuno-keymap macro check [FILE|-]\n"
-    "       zuno-keymap macro to-running [FILE|-]\n"
-    "       zuno-keymap macro to-editing [FILE|-]\n\n"
-    "Reads a macro script, one line per input line, from FILE or standard input.\n"
-    "  check        reports every editing line that no macro command accepts\n"
-    "  to-running   converts editing text to running text\n"
-    "  to-editing   converts running text to editing text\n"
-    "Empty lines and the \"release_actions\" line between the press and release\n"
-    "actions are kept as they are. A line that no command accepts is reported on\n"
-    "standard error and left out of the conversion.\n\n"
-    "Exit status: 0 when every line is accepted, 1 otherwise, 2 on a usage error\n"
-    "or when FILE cannot be read.\n";
 
 namespace {
 
@@ -49,23 +37,10 @@ std::vector<std::string> splitLines(const std::string& text) {
     return lines;
 }
 
-}  // namespace
-
-int MacroCommand(const std::vector<std::string>& args) {
-    if (args.empty()) {
-        return UsageError("macro", "no action given (check, to-running or to-editing)");
-    }
-    const std::string& action = args.front();
-    if (action != "check" && action != "to-running" && action != "to-editing") {
-        return UsageError("macro", "unknown action '" + action + "'");
-    }
-    if (args.size() > 2) {
-        return UsageError("macro", "macro takes at most one FILE");
-    }
-    const std::string source = args.size() == 2 ? args[1] : "-";
+int runMacro(const std::string& action, const std::string& source) {
     std::string text;
     if (!ReadInput(source, text)) {
-        std::cerr << "zuno-keymap macro: cannot read '" << source << "'\n";
+        std::cerr << "zuno-keymap macro " << action << ": cannot read '" << source << "'\n";
         return kUsage;
     }
     const std::string shown = source == "-" ? "<stdin>" : source;
@@ -103,6 +78,61 @@ int MacroCommand(const std::vector<std::string>& args) {
         std::cout << converted.front() << "\n";
     }
     return status;
+}
+
+// The commands in both forms, as the help lists them.
+const char* const kCommands =
+    "Macro commands, editing form | running form:\n"
+    "  click P...                   | click_rel:Q;...          tap at the points\n"
+    "  press P...                   | press_rel:Q;...          touch down at the points\n"
+    "  release P...                 | release_rel:Q;...        lift the touches\n"
+    "  switch P...                  | switch_rel:Q;...         toggle touches\n"
+    "  curve P...                   | curve_rel:Q;...          drag along the points\n"
+    "  curve_first_time N           | curve_first_point_sleep_time:N\n"
+    "  curve_last_time N|untilcmd   | curve_last_point_sleep_time:N|until_release_cmd\n"
+    "  curve_release                | curve_release            end a held curve\n"
+    "  default_sleep_time N         | default_sleep_time:N     pause between commands\n"
+    "  sleep [N]                    | sleep:N                  pause\n"
+    "  loop N|until_release         | start_loop:N|until_release\n"
+    "  loop_end                     | stop_loop                end of the repeated block\n"
+    "  text \"TEXT\"                  | text_inject:TEXT         type a text\n"
+    "  joystick_press NAME          | joystick_press:NAME      (also _release, _switch)\n"
+    "  -                            | keyboard_press:CODE      (also _release, _switch)\n"
+    "  -                            | mouse_press:CODE         (also _release, _switch)\n"
+    "  enter_staring, exit_staring, hold_switch, lock_windows, unlock_windows,\n"
+    "  release_all                  the same word in both forms\n"
+    "P is X,Y in whole pixels or the word mouse; Q is (x,y) in fractions of the\n"
+    "screen or mouse. Keyboard and mouse key commands exist in running form only.\n"
+    "A conversion keeps the command's keyword only, never its arguments, as\n"
+    "designed: \"click 100,200\" becomes \"click_rel:\". docs/macro.md has the details.\n";
+
+}  // namespace
+
+void AddMacroCommand(CLI::App& app) {
+    CLI::App& macro = AddSubcommand(
+        app, "macro", "check or convert macro lines",
+        "Reads a macro script, one line per input line, from FILE or standard input.\n"
+        "Empty lines and the \"release_actions\" line between the press and release\n"
+        "actions are kept as they are. A line that no command accepts is reported on\n"
+        "standard error and left out of a conversion.\n\n" +
+            std::string(kCommands) +
+            "\nExit status: 0 when every line is accepted, 1 otherwise, 2 on a usage error\n"
+            "or when FILE cannot be read.\n");
+    const struct {
+        const char* name;
+        const char* summary;
+    } actions[] = {
+        {"check", "report every editing line that no macro command accepts"},
+        {"to-running", "convert editing text to running text"},
+        {"to-editing", "convert running text to editing text"},
+    };
+    for (const auto& action : actions) {
+        auto file = std::make_shared<std::string>("-");
+        CLI::App& command = AddSubcommand(macro, action.name, action.summary, kCommands);
+        command.add_option("FILE", *file, "the script; '-' or none for standard input");
+        const std::string name = action.name;
+        OnRun(command, [name, file] { return runMacro(name, *file); });
+    }
 }
 
 }  // namespace zunokeymap

@@ -1,45 +1,75 @@
 //
 // NewCommand.cpp
 //
-// zuno-keymap new: a fresh item to paste into a document.
+// zuno-keymap new: a fresh item or a blank document to start from.
 //
 
 #include <iostream>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <Poco/JSON/Stringifier.h>
 
+#include "CommandLine.h"
 #include "Common.h"
 
 namespace zunokeymap {
 
-const char* const kNewUsage =
-    "usage: zuno-keymap new TYPE\n"
-    "       zuno-keymap new --list\n\n"
-    "Prints a fresh item of TYPE, with every member at its default, as the library\n"
-    "writes it. --list prints the item types, one a line.\n";
+namespace {
 
-int NewCommand(const std::vector<std::string>& args) {
-    if (args.size() == 1 && args.front() == "--list") {
+struct NewOptions {
+    std::string type;
+    bool list = false;
+    bool document = false;
+    bool joystick = false;
+};
+
+int runNew(const NewOptions& options) {
+    if (options.list) {
         for (const std::string& type : ItemTypes()) {
             std::cout << type << "\n";
         }
         return kClean;
     }
-    if (args.size() != 1 || (args.front().size() > 1 && args.front()[0] == '-')) {
-        return UsageError("new", args.empty() ? "no TYPE given" : "new takes one TYPE");
+    if (options.document) {
+        const Loaded blank = Load(options.joystick ? "blank-gamepad" : "blank", false);
+        std::cout << SavedText(blank.doc.get());
+        return kClean;
     }
-    std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(args.front()));
+    if (options.type.empty()) {
+        return UsageError("new", "no TYPE given");
+    }
+    std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(options.type));
     if (!item) {
         return UsageError("new",
-                          "no item type '" + args.front() + "' (see 'zuno-keymap new --list')");
+                          "no item type '" + options.type + "' (see 'zuno-keymap new --list')");
     }
     Poco::JSON::Stringifier::stringify(item->ConvertToJsonObject(), std::cout, 4, -1,
                                        Poco::JSON_WRAP_STRINGS);
     std::cout << "\n";
     return kClean;
+}
+
+}  // namespace
+
+void AddNewCommand(CLI::App& app) {
+    auto options = std::make_shared<NewOptions>();
+    CLI::App& command = AddSubcommand(
+        app, "new", "print a fresh item of a type, or a blank document, as JSON",
+        "Prints a fresh item of TYPE, with every member at its default, as the library\n"
+        "writes it; --list prints the item types, one a line. --document prints the\n"
+        "blank document (the built-in 'blank', or 'blank-gamepad' with --joystick)\n"
+        "in the library's saved form, a start for 'zuno-keymap add'. TYPE, --list and\n"
+        "--document exclude each other.\n");
+    CLI::Option* type = command.add_option("TYPE", options->type, "an item type, e.g. Swipehold");
+    CLI::Option* list = command.add_flag("--list", options->list, "list the item types");
+    CLI::Option* document =
+        command.add_flag("--document", options->document, "print a blank document");
+    command.add_flag("--joystick", options->joystick, "with --document: the gamepad one")
+        ->needs(document);
+    type->excludes(list)->excludes(document);
+    list->excludes(document);
+    OnRun(command, [options] { return runNew(*options); });
 }
 
 }  // namespace zunokeymap

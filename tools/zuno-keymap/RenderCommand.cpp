@@ -5,88 +5,42 @@
 //
 
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include <ImageHeader.h>
 #include <SvgRenderer.h>
 
+#include "CommandLine.h"
 #include "Common.h"
 
 namespace zunokeymap {
 
-const char* const kRenderUsage =
-    "usage: zuno-keymap render [--joystick] [-o OUT.svg] [--size WxH] [--background IMAGE]\n"
-    "                          FILE\n\n"
-    "Draws the document as one self-contained SVG picture of the screen: every item\n"
-    "at its marker with its key caption, its touch point and the geometry of its type,\n"
-    "invalid items and key collisions marked (the reason in each item's tooltip), a\n"
-    "legend and a title line. docs/render.md describes the picture.\n\n"
-    "Options:\n"
-    "  -o OUT            write to OUT instead of standard output\n"
-    "  --size WxH        the screen in pixels (default 1920x1080, or the size of the\n"
-    "                    background image)\n"
-    "  --background IMG  draw a PNG or JPEG image (a screenshot) under the items; it\n"
-    "                    is embedded in the picture\n"
-    "  --joystick        load FILE as a gamepad document\n\n"
-    "Exit status: 0 when drawn (problems are drawn, not errors), 1 when FILE does not\n"
-    "load, 2 on a usage error or when a file cannot be read or written.\n";
-
 namespace {
-
-// "1920x1080": two positive integers of a sensible size.
-bool parseSize(const std::string& text, int& width, int& height) {
-    constexpr int kMaxSide = 32767;
-    const std::size_t x = text.find('x');
-    if (x == std::string::npos) {
-        return false;
-    }
-    const std::string w = text.substr(0, x);
-    const std::string h = text.substr(x + 1);
-    const auto digits = [](const std::string& s) {
-        return !s.empty() && s.size() <= 5 &&
-               s.find_first_not_of("0123456789") == std::string::npos;
-    };
-    if (!digits(w) || !digits(h)) {
-        return false;
-    }
-    width = std::stoi(w);
-    height = std::stoi(h);
-    return width > 0 && height > 0 && width <= kMaxSide && height <= kMaxSide;
-}
 
 std::string baseName(const std::string& path) {
     const std::size_t slash = path.find_last_of("/\\");
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-}  // namespace
+struct RenderArguments {
+    std::string file;
+    std::string output;
+    std::string size;
+    std::string background;
+    bool joystick = false;
+};
 
-int RenderCommand(const std::vector<std::string>& args) {
-    Options options;
-    if (const int status = ParseOptions(
-            "render", args, {"--joystick"},
-            {{"-o", "--output"}, {"--size", "--size"}, {"--background", "--background"}},
-            options)) {
-        return status;
-    }
-    const bool joystick = options.has("--joystick");
-    const auto value = [&options](const char* name) {
-        const auto found = options.values.find(name);
-        return found == options.values.end() ? std::string() : found->second;
-    };
-    const std::vector<std::string>& files = options.operands;
-    if (files.size() != 1) {
-        return UsageError("render", files.empty() ? "no FILE given" : "render takes one FILE");
-    }
-
+int runRender(const RenderArguments& args) {
+    const bool joystick = args.joystick;
     render::RenderOptions picture;
-    const std::string size = value("--size");
-    if (!size.empty() && !parseSize(size, picture.width, picture.height)) {
+    const std::string& size = args.size;
+    if (!size.empty() && !ParseScreenSize(size, picture.width, picture.height)) {
         return UsageError("render",
                           "--size wants WIDTHxHEIGHT, such as 1920x1080, not '" + size + "'");
     }
-    const std::string backgroundPath = value("--background");
+    const std::string& backgroundPath = args.background;
     if (!backgroundPath.empty()) {
         std::string bytes;
         if (!ReadInput(backgroundPath, bytes) || backgroundPath == "-") {
@@ -102,7 +56,7 @@ int RenderCommand(const std::vector<std::string>& args) {
         }
     }
 
-    const Loaded loaded = Load(files.front(), joystick);
+    const Loaded loaded = Load(args.file, joystick);
     if (loaded.diagnostic.failed) {
         std::cerr << loaded.source << ": error: " << loaded.diagnostic.message << "\n";
         return loaded.unreadable ? kUsage : kProblems;
@@ -111,7 +65,7 @@ int RenderCommand(const std::vector<std::string>& args) {
     picture.title = baseName(loaded.source);
     const std::string svg = render::RenderSvg(*loaded.doc, report, picture);
 
-    const std::string out = value("-o");
+    const std::string& out = args.output;
     if (out.empty()) {
         std::cout << svg;
         return kClean;
@@ -121,6 +75,33 @@ int RenderCommand(const std::vector<std::string>& args) {
         return kUsage;
     }
     return kClean;
+}
+
+}  // namespace
+
+void AddRenderCommand(CLI::App& app) {
+    auto args = std::make_shared<RenderArguments>();
+    CLI::App& command = AddSubcommand(
+        app, "render", "draw a document as an SVG picture of the screen",
+        "Draws the document as one self-contained SVG picture of the screen: every item\n"
+        "at its marker with its key caption, its touch point and the geometry of its type,\n"
+        "invalid items and key collisions marked (the reason in each item's tooltip), a\n"
+        "legend and a title line. docs/render.md describes the picture.\n\n"
+        "Exit status: 0 when drawn (problems are drawn, not errors), 1 when FILE does not\n"
+        "load, 2 on a usage error or when a file cannot be read or written.\n");
+    command.add_option("FILE", args->file, "the document to draw")->required();
+    command.add_option("-o,--output", args->output, "write to OUT instead of standard output")
+        ->type_name("OUT");
+    command
+        .add_option("--size", args->size,
+                    "the screen in pixels (default 1920x1080, or the background's size)")
+        ->type_name("WxH");
+    command
+        .add_option("--background", args->background,
+                    "a PNG or JPEG image (a screenshot) drawn under the items and embedded")
+        ->type_name("IMAGE");
+    command.add_flag("--joystick", args->joystick, "load FILE as a gamepad document");
+    OnRun(command, [args] { return runRender(*args); });
 }
 
 }  // namespace zunokeymap

@@ -1,0 +1,198 @@
+//
+// KeymapCheckTest.cpp
+//
+// The document check: each mistake authors make by hand is found, with its
+// path, in one run; collisions come out as a plain walk over all pairs finds
+// them.
+//
+
+#include <functional>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "tests/TestSupport.h"
+
+namespace {
+
+using namespace testsupport;
+using Poco::JSON::Object;
+
+const std::string kQ = R"({"device":"keyboard","text":"Q","scan_code":16,"virtual_key":81})";
+
+// A fresh item of `type` on Q, placed mid-screen, changed by `edit`.
+std::string placed(const std::string& type, const std::function<void(Object&)>& edit = {}) {
+    Object::Ptr item = parseObject(freshItemText(type));
+    if (item->has("key") && type != "Swipehold") {
+        item->set("key", parseObject(kQ));
+    }
+    item->set("rel_work_position", parseObject(R"({"rel_x":0.5,"rel_y":0.5})"));
+    if (edit) {
+        edit(*item);
+    }
+    return stringify(*item);
+}
+
+Object::Ptr at(Object& item, const std::string& member) {
+    return item.getObject(member);
+}
+
+struct Mistake {
+    const char* name;
+    std::string document;
+    bool joystick;
+    km::FindingKind kind;
+    km::FindingSeverity severity;
+    std::string path;
+    std::string suggestion;
+};
+
+using K = km::FindingKind;
+constexpr km::FindingSeverity kError = km::FindingSeverity::Error;
+constexpr km::FindingSeverity kWarning = km::FindingSeverity::Warning;
+
+TEST(KeymapCheck, FindsEachHandWrittenMistakeWithItsPath) {
+    const std::string click = placed("Click");
+    const std::vector<Mistake> mistakes = {
+        {"type in the wrong case",
+         documentWith(click + "," +
+                      placed("Swipehold", [](Object& i) { i.set("type", "SwipeHold"); })),
+         false, K::UnknownType, kError, "keymaps[1].type", "Swipehold"},
+        {"device name in the wrong case",
+         documentWith(placed("Click", [](Object& i) { at(i, "key")->set("device", "Keyboard"); })),
+         false, K::Schema, kWarning, "keymaps[0].key.device", "keyboard"},
+        {"text of another key",
+         documentWith(placed("Tip", [](Object& i) { at(i, "key")->set("text", "E"); })), false,
+         K::KeyText, kWarning, "keymaps[0].key.text", "Q"},
+        {"pixels for a fraction",
+         documentWith(
+             placed("Click", [](Object& i) { at(i, "rel_work_position")->set("rel_x", 860); })),
+         false, K::Schema, kWarning, "keymaps[0].rel_work_position.rel_x", ""},
+        {"position left at (0, 0)",
+         documentWith(placed("Click",
+                             [](Object& i) {
+                                 at(i, "rel_work_position")->set("rel_x", 0.0);
+                                 at(i, "rel_work_position")->set("rel_y", 0.0);
+                             })),
+         false, K::UnsetPosition, kWarning, "keymaps[0].rel_work_position", ""},
+        {"policy name misspelt",
+         documentWith(placed(
+             "Spell",
+             [](Object& i) {
+                 at(i, "spell_option")->set("spell_trigger_policy", "Spell_Trigger_On_Press");
+             })),
+         false, K::Schema, kWarning, "keymaps[0].spell_option.spell_trigger_policy",
+         "Spell_Trigger_On_Press_Key"},
+        {"colour with a letter past F",
+         documentWith(placed(
+             "Click", [](Object& i) { at(i, "icon")->set("background_color", "0000GG66"); })),
+         false, K::Schema, kWarning, "keymaps[0].icon.background_color", ""},
+        {"member misspelt",
+         documentWith(placed("Wheel", [](Object& i) { i.set("sensitivty", 5); })), false, K::Schema,
+         kWarning, "keymaps[0].sensitivty", "sensitivity"},
+        {"keyboard keymap checked as a gamepad document", documentWith(click), true,
+         K::JoystickMismatch, kWarning, "info.is_joystick", "true"},
+        {"drag radius of 0", documentWith(placed("Swipehold")), false, K::ZeroRadius, kWarning,
+         "keymaps[0].rel_radius", ""},
+        {"second item on the same key", documentWith(click + "," + placed("Macro")), false,
+         K::KeyCollision, kWarning, "keymaps[0]", ""},
+    };
+    for (const Mistake& mistake : mistakes) {
+        SCOPED_TRACE(mistake.name);
+        const km::CheckReport report = km::CheckKeymapDocument(mistake.document, mistake.joystick);
+        const auto found = std::find_if(
+            report.findings.begin(), report.findings.end(),
+            [&](const km::Finding& f) { return f.kind == mistake.kind && f.path == mistake.path; });
+        ASSERT_NE(found, report.findings.end()) << mistake.document;
+        EXPECT_EQ(found->severity, mistake.severity) << found->message;
+        EXPECT_EQ(found->suggestion, mistake.suggestion) << found->message;
+        EXPECT_EQ(report.findings.size(), 1U) << report.findings.back().message;
+    }
+}
+
+TEST(KeymapCheck, ReportsEveryMissingMemberInOneRun) {
+    const std::string spell = placed("Spell", [](Object& i) {
+        i.remove("editor_icon_scale");
+        at(i, "icon")->remove("description");
+        at(i, "swipehold_info")->remove("steps");
+    });
+    const km::CheckReport report = km::CheckKeymapDocument(documentWith(spell), false, "a.json");
+    ASSERT_TRUE(report.diagnostic.failed);
+    EXPECT_EQ(report.findings.front().kind, K::LoadFailed);
+    std::vector<std::string> paths;
+    for (const km::Finding& finding : report.findings) {
+        EXPECT_EQ(finding.severity, kError) << finding.message;
+        EXPECT_EQ(finding.item_type, "Spell");
+        paths.push_back(finding.path);
+    }
+    EXPECT_EQ(paths, (std::vector<std::string>{"keymaps[0].editor_icon_scale",
+                                               "keymaps[0].icon.description",
+                                               "keymaps[0].swipehold_info.steps"}));
+}
+
+TEST(KeymapCheck, CleanDocumentsHaveNoFindings) {
+    for (const char* type : {"Click", "Spell", "Eye", "Wheel", "Macro", "Fire", "Curve"}) {
+        SCOPED_TRACE(type);
+        const km::CheckReport report = km::CheckKeymapDocument(documentWith(placed(type)), false);
+        EXPECT_TRUE(report.findings.empty()) << report.findings.front().message;
+        EXPECT_EQ(report.items, 1U);
+    }
+}
+
+// Many items on a few keys, combinations, gamepad names, pairs and direction
+// keys: the indexed search must find exactly the pairs, in the order, that
+// asking every item about every other item's triggers finds.
+TEST(KeymapCheck, CollisionsMatchThePlainWalk) {
+    std::mt19937 random(7);
+    const std::vector<std::string> keys = {
+        kQ, R"({"device":"keyboard","text":"Ctrl","scan_code":29,"virtual_key":17})",
+        R"({"device":"mouse","text":"Q","scan_code":16,"virtual_key":1})",
+        R"({"device":"joystick","text":"A","scan_code":1,"virtual_key":1})",
+        R"({"device":"joystick","text":"B","scan_code":1,"virtual_key":1})"};
+    const std::vector<std::string> types = {"Click", "Macro", "Eye", "Wheel", "Fire", "Staring"};
+    auto pick = [&](const std::vector<std::string>& from) {
+        return from[std::uniform_int_distribution<std::size_t>(0, from.size() - 1)(random)];
+    };
+    std::string items;
+    for (int i = 0; i < 150; ++i) {
+        items += (i == 0 ? "" : ",") + placed(pick(types), [&](Object& item) {
+                     for (const char* member : {"key", "top_key", "left_key"}) {
+                         if (item.has(member)) {
+                             item.set(member, parseObject(pick(keys)));
+                         }
+                     }
+                     if (item.has("positive_key")) {
+                         at(item, "positive_key")->set("key", parseObject(pick(keys)));
+                         at(item, "negative_key")->set("second_key", parseObject(pick(keys)));
+                     } else if (random() % 3 == 0 && item.getValue<std::string>("type") != "Fire" &&
+                                item.getValue<std::string>("type") != "Eye") {
+                         item.set("second_key", parseObject(pick(keys)));
+                     }
+                 });
+    }
+    const std::string text = documentWith(items);
+    DocPtr doc = loadText(text);
+    std::vector<std::pair<int, int>> expected;
+    const int count = static_cast<int>(doc->items.size());
+    for (int i = 0; i < count; ++i) {
+        for (const km::KeyTrigger& trigger : km::KeyTriggersOf(*doc->items[i])) {
+            for (int j = 0; j < count; ++j) {
+                const std::pair<int, int> pair{std::min(i, j), std::max(i, j)};
+                if (j != i && km::TriggerFires(*doc->items[j], trigger) &&
+                    std::find(expected.begin(), expected.end(), pair) == expected.end()) {
+                    expected.push_back(pair);
+                }
+            }
+        }
+    }
+    std::vector<std::pair<int, int>> found;
+    for (const km::Finding& finding : km::CheckKeymapDocument(text, false).findings) {
+        if (finding.kind == K::KeyCollision) {
+            found.emplace_back(finding.item_index, finding.other_index);
+        }
+    }
+    EXPECT_GT(expected.size(), 100U);
+    EXPECT_EQ(found, expected);
+}
+
+}  // namespace

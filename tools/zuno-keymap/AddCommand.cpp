@@ -1,0 +1,128 @@
+//
+// AddCommand.cpp
+//
+// zuno-keymap add: a new item appended to a document file.
+//
+
+#include <cstdio>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <Poco/JSON/Array.h>
+
+#include "CommandLine.h"
+#include "Common.h"
+#include "DocumentEdit.h"
+
+namespace zunokeymap {
+
+namespace {
+
+struct AddOptions {
+    std::string file;
+    std::string type;
+    std::vector<std::string> keys;
+    std::string at;
+    bool joystick = false;
+};
+
+// The members that --key fills, in the order the keys are given.
+std::vector<std::string> keySlots(km::ConfigItem& item) {
+    if (dynamic_cast<km::DiamondConfigItem*>(&item) != nullptr) {
+        return {"top_key", "right_key", "bottom_key", "left_key"};
+    }
+    if (dynamic_cast<km::PairConfigItem*>(&item) != nullptr) {
+        return {"positive_key.key", "negative_key.key"};
+    }
+    if (dynamic_cast<km::ComposableConfigItem*>(&item) != nullptr) {
+        return {"key", "second_key"};
+    }
+    return {"key"};
+}
+
+bool parsePoint(const std::string& text, double& x, double& y) {
+    char rest = 0;
+    return std::sscanf(text.c_str(), "%lf,%lf%c", &x, &y, &rest) == 2 && x >= 0 && x <= 1 &&
+           y >= 0 && y <= 1;
+}
+
+int runAdd(const AddOptions& options) {
+    std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(options.type));
+    if (!item) {
+        return UsageError("add",
+                          "no item type '" + options.type + "' (see 'zuno-keymap new --list')");
+    }
+    const std::vector<std::string> slots = keySlots(*item);
+    if (options.keys.size() > slots.size()) {
+        return UsageError(
+            "add", options.type + " takes at most " + std::to_string(slots.size()) + " --key");
+    }
+    double x = 0;
+    double y = 0;
+    if (!options.at.empty() && !parsePoint(options.at, x, y)) {
+        return UsageError("add", "--at takes X,Y, each a fraction of the screen from 0 to 1");
+    }
+    std::size_t index = 0;
+    const int status = EditDocument(
+        "add", options.file, options.joystick, true, [&](Poco::JSON::Object::Ptr root) {
+            Poco::JSON::Object::Ptr object = new Poco::JSON::Object(item->ConvertToJsonObject());
+            Poco::JSON::Object::Ptr wrapper = new Poco::JSON::Object();
+            wrapper->set("item", object);
+            for (std::size_t k = 0; k < options.keys.size(); ++k) {
+                if (const int keyStatus = SetMember("add", wrapper, "item." + slots[k],
+                                                    options.keys[k], options.joystick)) {
+                    return keyStatus;
+                }
+            }
+            if (!options.at.empty()) {
+                const std::string point =
+                    "{\"rel_x\":" + std::to_string(x) + ",\"rel_y\":" + std::to_string(y) + "}";
+                for (const char* member : {"item.icon.rel_position", "item.rel_work_position"}) {
+                    SetMember("add", wrapper, member, point, options.joystick);
+                }
+            }
+            Poco::JSON::Array::Ptr items = root->getArray("keymaps");
+            index = items->size();
+            items->add(object);
+            return 0;
+        });
+    if (status == kClean) {
+        std::cout << options.file << ": added keymaps[" << index << "] (" << options.type << ")\n";
+    }
+    return status;
+}
+
+}  // namespace
+
+void AddAddCommand(CLI::App& app) {
+    auto options = std::make_shared<AddOptions>();
+    CLI::App& command = AddSubcommand(
+        app, "add", "append a new item to a document file",
+        "Appends a fresh item of TYPE to the document in FILE and saves it; a FILE that\n"
+        "does not exist starts as the blank document. Prints the new item's place,\n"
+        "keymaps[N], for 'zuno-keymap set'. The document must still load through the\n"
+        "library, or FILE is left as it was.\n\n"
+        "--key names the keys that fire the item, as 'zuno-keymap key' reads them\n"
+        "(Q, Space, mouse:left, joystick:A), in this order:\n"
+        "  Swipehold, Eye, Gravity: top, right, bottom, left (W D S A)\n"
+        "  Wheel, Zoom: positive, negative\n"
+        "  Click, BunchClick, Tip, Staring, Spell, SpellCancel, Macro, Curve, Observe:\n"
+        "    the key, then the other key of a combination\n"
+        "  every other type: the key\n"
+        "--at places the item's marker and its touch point together.\n");
+    command.add_option("FILE", options->file, "the document file")->required();
+    command.add_option("TYPE", options->type, "the item type (see 'new --list')")->required();
+    command.add_option("--key", options->keys, "a key of the item; give it once per key")
+        ->type_name("NAME")
+        ->take_last()
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    command.add_option("--at", options->at, "the position, fractions of the screen (0.5,0.5)")
+        ->type_name("X,Y");
+    command.add_flag("--joystick", options->joystick,
+                     "a gamepad document: bare key names are gamepad controls");
+    OnRun(command, [options] { return runAdd(*options); });
+}
+
+}  // namespace zunokeymap

@@ -1,0 +1,225 @@
+//
+// DocumentEdit.cpp
+//
+
+#include "DocumentEdit.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <iostream>
+#include <sstream>
+
+#include <Poco/Exception.h>
+#include <Poco/JSON/Parser.h>
+#include <Poco/JSON/Stringifier.h>
+
+#include "CommandLine.h"
+#include "Keys.h"
+
+namespace zunokeymap {
+
+namespace {
+
+using Poco::Dynamic::Var;
+using Poco::JSON::Array;
+using Poco::JSON::Object;
+
+// One step of a member path: a member name, or an array index when `name` is empty.
+struct Step {
+    std::string name;
+    std::size_t index = 0;
+};
+
+bool parsePath(const std::string& path, std::vector<Step>& steps) {
+    std::size_t at = 0;
+    while (at < path.size()) {
+        if (path[at] == '[') {
+            const std::size_t close = path.find(']', at);
+            const std::string digits =
+                close == std::string::npos ? "" : path.substr(at + 1, close - at - 1);
+            if (digits.empty() || digits.size() > 9 ||
+                digits.find_first_not_of("0123456789") != std::string::npos) {
+                return false;
+            }
+            steps.push_back({"", static_cast<std::size_t>(std::stoul(digits))});
+            at = close + 1;
+            continue;
+        }
+        if (path[at] == '.') {
+            if (steps.empty()) {
+                return false;
+            }
+            ++at;
+        } else if (!steps.empty()) {
+            return false;
+        }
+        const std::size_t end = path.find_first_of(".[", at);
+        const std::string name = path.substr(at, end == std::string::npos ? end : end - at);
+        if (name.empty()) {
+            return false;
+        }
+        steps.push_back({name, 0});
+        at = end == std::string::npos ? path.size() : end;
+    }
+    return !steps.empty();
+}
+
+// The value VALUE stands for: JSON if it is JSON, else the string itself.
+Var parseValue(const std::string& value) {
+    try {
+        Poco::JSON::Parser parser;
+        const Var parsed = parser.parse("[" + value + "]");
+        Array::Ptr array = parsed.extract<Array::Ptr>();
+        if (array->size() == 1) {
+            return array->get(0);
+        }
+    } catch (const Poco::Exception&) {
+    }
+    return Var(value);
+}
+
+// Whether the member holds a key: it does, or its name says it would.
+Object::Ptr parseObject(const std::string& text) {
+    try {
+        Poco::JSON::Parser parser;
+        return parser.parse(text).extract<Object::Ptr>();
+    } catch (const Poco::Exception&) {
+        return Object::Ptr();
+    }
+}
+
+bool isKeyMember(const std::string& name, const Var& value) {
+    const std::string suffix = "_key";
+    return (value.type() == typeid(Object::Ptr) && value.extract<Object::Ptr>()->has("device")) ||
+           name == "key" ||
+           (name.size() > suffix.size() &&
+            name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0);
+}
+
+// Walks `steps` below `root` to the container of the last step, which must
+// exist, as must every step before it. Empty with `error` set when it does not.
+Var containerOf(const Object::Ptr& root, const std::vector<Step>& steps, std::string& error) {
+    Var at = root;
+    std::string reached;
+    for (std::size_t s = 0; s < steps.size(); ++s) {
+        const Step& step = steps[s];
+        reached += step.name.empty() ? "[" + std::to_string(step.index) + "]"
+                                     : (reached.empty() ? "" : ".") + step.name;
+        const bool last = s + 1 == steps.size();
+        if (step.name.empty()) {
+            if (at.type() != typeid(Array::Ptr) || step.index >= at.extract<Array::Ptr>()->size()) {
+                error = "no element " + reached;
+                return Var();
+            }
+            if (!last) {
+                at = at.extract<Array::Ptr>()->get(static_cast<unsigned>(step.index));
+            }
+        } else {
+            if (at.type() != typeid(Object::Ptr) ||
+                (!last && !at.extract<Object::Ptr>()->has(step.name))) {
+                error = "no member " + reached;
+                return Var();
+            }
+            if (!last) {
+                at = at.extract<Object::Ptr>()->get(step.name);
+            }
+        }
+    }
+    return at;
+}
+
+}  // namespace
+
+int SetMember(const std::string& command, Object::Ptr root, const std::string& path,
+              const std::string& value, bool joystick) {
+    std::vector<Step> steps;
+    if (!parsePath(path, steps)) {
+        return UsageError(command, "'" + path + "' is not a member path like keymaps[0].key");
+    }
+    std::string error;
+    const Var container = containerOf(root, steps, error);
+    if (container.isEmpty()) {
+        return UsageError(command, error);
+    }
+    const Step& last = steps.back();
+    Var newValue = parseValue(value);
+    const Var old = last.name.empty()
+                        ? container.extract<Array::Ptr>()->get(static_cast<unsigned>(last.index))
+                        : container.extract<Object::Ptr>()->get(last.name);
+    if (isKeyMember(last.name, old) && newValue.type() != typeid(Object::Ptr)) {
+        km::ConfigKey key;  // an empty VALUE unsets the key
+        if (!value.empty() && !KeyFromSpec(value, joystick, key, error)) {
+            return UsageError(command, error);
+        }
+        newValue = KeyToJson(key);
+    }
+    if (last.name.empty()) {
+        Array::Ptr array = container.extract<Array::Ptr>();
+        array->set(static_cast<unsigned>(last.index), newValue);
+    } else {
+        Object::Ptr object = container.extract<Object::Ptr>();
+        object->set(last.name, newValue);
+    }
+    return kClean;
+}
+
+bool HasMember(const Poco::JSON::Object::Ptr& root, const std::string& path) {
+    std::vector<Step> steps;
+    std::string error;
+    if (!parsePath(path, steps)) {
+        return false;
+    }
+    const Var container = containerOf(root, steps, error);
+    return !container.isEmpty() &&
+           (steps.back().name.empty() || container.extract<Object::Ptr>()->has(steps.back().name));
+}
+
+int EditDocument(const std::string& command, const std::string& file, bool joystick, bool mayCreate,
+                 const std::function<int(Object::Ptr root)>& edit,
+                 const std::vector<std::string>& kept) {
+    if (file == "-" || IsBuiltIn(file, joystick)) {
+        return UsageError(command, "FILE must be a file to write, not '" + file + "'");
+    }
+    struct stat info {};
+    const bool missing = ::stat(file.c_str(), &info) != 0 && errno == ENOENT;
+    Loaded loaded =
+        Load(missing && mayCreate ? (joystick ? "blank-gamepad" : "blank") : file, joystick);
+    loaded.source = file;
+    if (loaded.diagnostic.failed) {
+        std::cerr << file << ": error: " << loaded.diagnostic.message << "\n";
+        return loaded.unreadable ? kUsage : kProblems;
+    }
+    const Object::Ptr root = parseObject(SavedText(loaded.doc.get()));
+    if (root.isNull()) {
+        return kProblems;  // the library wrote what it cannot read back
+    }
+    if (const int status = edit(root)) {
+        return status;
+    }
+    std::ostringstream text;
+    Poco::JSON::Stringifier::stringify(root, text);
+    km::LoadDiagnostic diagnostic;
+    std::unique_ptr<km::KeymapConfig> edited(
+        joystick || loaded.doc->info->is_joystick
+            ? km::LoadJoystickConfigAndInfo(file, text.str(), &diagnostic)
+            : km::LoadKeymapConfigAndInfo(file, text.str(), &diagnostic));
+    if (diagnostic.failed) {
+        std::cerr << file << ": error: " << diagnostic.message << "\n"
+                  << "zuno-keymap " << command << ": the edited document does not load; " << file
+                  << " is left as it was\n";
+        return kProblems;
+    }
+    // The library drops members it does not know: catch a misspelt name.
+    const Object::Ptr saved = parseObject(SavedText(edited.get()));
+    for (const std::string& path : kept) {
+        if (saved.isNull() || !HasMember(saved, path)) {
+            std::cerr << "zuno-keymap " << command << ": the document has no member " << path
+                      << "; " << file << " is left as it was\n";
+            return kUsage;
+        }
+    }
+    return SaveTo(command, file, edited.get()) ? kClean : kUsage;
+}
+
+}  // namespace zunokeymap

@@ -1,0 +1,45 @@
+//
+// DocumentEdit.h
+//
+// Editing a document file through its JSON: the edit is made on the saved
+// form, the result must load through the library, and only then is the file
+// replaced.
+//
+
+#ifndef ZUNO_KEYMAP_TOOL_DOCUMENTEDIT_H
+#define ZUNO_KEYMAP_TOOL_DOCUMENTEDIT_H
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <Poco/JSON/Object.h>
+
+#include "Common.h"
+
+namespace zunokeymap {
+
+/// Loads `file`, hands its saved form to `edit` (which returns an exit
+/// status and reports its own errors), loads the edited JSON through the
+/// library and saves it over `file`. With `mayCreate`, a file that does not
+/// exist starts as the blank document. When the edited document does not
+/// load, the load's diagnostic is reported, nothing is written and the
+/// status is 1; when a member path of `kept` is missing from what the
+/// library saves (a member it does not know), nothing is written either.
+int EditDocument(const std::string& command, const std::string& file, bool joystick, bool mayCreate,
+                 const std::function<int(Poco::JSON::Object::Ptr root)>& edit,
+                 const std::vector<std::string>& kept = {});
+
+/// Sets the member at `path` ("keymaps[0].spell_info.rel_radius") below
+/// `root` to `value`: JSON when it parses as JSON, else a string; where the
+/// member holds a key, a key as KeyFromSpec reads it ("Q", "mouse:left"),
+/// and an empty VALUE unsets it.
+/// Every step but the last must exist; a missing last member is added (a
+/// member whose name ends in "key" takes keys). Returns an exit status,
+/// reporting errors.
+int SetMember(const std::string& command, Poco::JSON::Object::Ptr root, const std::string& path,
+              const std::string& value, bool joystick);
+
+}  // namespace zunokeymap
+
+#endif  // ZUNO_KEYMAP_TOOL_DOCUMENTEDIT_H

@@ -1,0 +1,50 @@
+//
+// Keys.h
+//
+// Keys by name: the library's captions read backwards, and the Windows
+// virtual-key code that goes with each scan code.
+//
+
+#ifndef ZUNO_KEYMAP_TOOL_KEYS_H
+#define ZUNO_KEYMAP_TOOL_KEYS_H
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <Poco/JSON/Object.h>
+
+#include "Common.h"
+
+namespace zunokeymap {
+
+/// "keyboard", "mouse", "joystick".
+bool IsDevice(const std::string& device);
+
+/// The Windows virtual-key code of the key with `code` on `device`, or
+/// kUnsetKeyCode for a code the table does not hold.
+int VirtualKeyOf(const std::string& device, int code);
+
+/// The key named `name` on `device`. A number is a scan code (button code
+/// on the mouse); otherwise the name is a caption of the library ("Q",
+/// "Ctrl", "left_mouse"), in any case, with "_mouse" and "Direction_" left
+/// off where the caption has them ("left", "up"). Gamepad controls are named
+/// by the host, so any name is taken there. The key gets its virtual key
+/// from VirtualKeyOf and its caption from the library. False, with `error`
+/// set, when there is no such key.
+bool KeyNamed(const std::string& device, const std::string& name, km::ConfigKey& key,
+              std::string& error);
+
+/// A key written the short way: "Q", "mouse:left", "joystick:A". Without a
+/// device it is a gamepad control in a gamepad document, else a keyboard key.
+bool KeyFromSpec(const std::string& spec, bool joystick, km::ConfigKey& key, std::string& error);
+
+/// The names and codes of `device` (keyboard and mouse), by code.
+std::vector<std::pair<std::string, int>> KeyNames(const std::string& device);
+
+/// The key as a document writes it.
+Poco::JSON::Object::Ptr KeyToJson(const km::ConfigKey& key);
+
+}  // namespace zunokeymap
+
+#endif  // ZUNO_KEYMAP_TOOL_KEYS_H
