@@ -20,12 +20,18 @@ test.beforeAll(() => {
   tool = path.join(prefix, 'bin', 'zuno-keymap');
 });
 test.afterAll(() => fs.rmSync(prefix, { recursive: true, force: true }));
+const running = [];
 test.beforeEach(() => { work = fs.mkdtempSync(path.join(os.tmpdir(), 'zuno-edit-')); });
-test.afterEach(() => fs.rmSync(work, { recursive: true, force: true }));
+// A failed test stops its editor too.
+test.afterEach(() => {
+  for (const child of running.splice(0)) child.kill('SIGKILL');
+  fs.rmSync(work, { recursive: true, force: true });
+});
 
 // Starts the editor on `file` from a directory of its own; resolves to its address.
 function startEditor(file, extra = []) {
   const child = spawn(tool, ['edit', '--no-browser', ...extra, file], { cwd: os.tmpdir() });
+  running.push(child);
   const lines = readline.createInterface({ input: child.stdout });
   const url = new Promise((resolve, reject) => {
     lines.once('line', resolve);

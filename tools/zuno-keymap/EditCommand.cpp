@@ -136,20 +136,22 @@ void AddEditCommand(CLI::App& app) {
         "save through the library. FILE need not exist: the editor then starts from the\n"
         "blank document and creates FILE on the first save. The address to open, with\n"
         "its access token, is printed on a line of its own. Ctrl-C stops the server;\n"
-        "unsaved changes are then written to a recovery file beside FILE.\n");
-    command.add_option("FILE", args->file, "the document to edit")->required();
+        "unsaved changes are then written to a recovery file beside FILE.\n"
+        "docs/editor.md describes the page and its HTTP contract.\n");
+    command.add_option("FILE", args->file, "the document to edit (created on the first save)")
+        ->required();
     command.add_option("--port", args->port, "the port to serve on (default: any free port)")
         ->check(CLI::Range(0, 65535))
-        ->option_text("N");
-    command.add_flag("--no-browser", args->noBrowser, "do not open a browser");
+        ->type_name("N");
+    command.add_flag("--no-browser", args->noBrowser, "print the address, open no browser");
     command
         .add_option("--background", args->background,
-                    "a PNG or JPEG screenshot to draw under the items")
-        ->option_text("IMAGE");
+                    "a PNG or JPEG screenshot drawn under the items")
+        ->type_name("IMAGE");
     command
         .add_option("--size", args->size,
                     "the screen in pixels (default 1920x1080, or the background's size)")
-        ->option_text("WxH");
+        ->type_name("WxH");
     command.add_flag("--joystick", args->joystick, "edit FILE as a gamepad document");
     OnRun(command, [args] { return runEdit(*args); });
 }
