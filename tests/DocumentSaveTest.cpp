@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "document/DocumentIO.h"
 #include "tests/TestSupport.h"
 
 namespace {

@@ -7,72 +7,24 @@
 #include <array>
 #include <cstddef>
 #include <memory>
-#include <optional>
 #include <random>
 #include <regex>
 #include <string>
-#include <typeindex>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include <zuno-keymapmanager/keymapmanager.h>
 
+#include "tests/MacroOracle.h"
+
 namespace {
 
 namespace km = zunokeymapmanager;
 using Factory = km::MarcoConVerterFactory;
 
-/// The dynamic type of a converter (through a reference: clang flags typeid
-/// on an expression that calls a function).
-std::type_index typeOf(const km::MarcoConVerter& converter) {
-    return typeid(converter);
-}
-
-struct OracleRow {
-    std::type_index type;
-    const char* editing;  // null: no line
-    const char* running;
-};
-
-// Whole-word commands are written as "^word$", which accepts the same lines.
-#define KM_POINTS(kw) "^" kw R"((?:\s+(?:(\d+),(\d+)|mouse))+$)"
-#define KM_REL_POINTS(kw) \
-    "^" kw                \
-    R"(_rel:(?:\((\d+\.?\d*),(\d+\.?\d*)\)|mouse)(?:;(?:\((\d+\.?\d*),(\d+\.?\d*)\)|mouse))*$)"
-
 // clang-format off
-const OracleRow kOracle[] = {
-    {typeid(km::MarcoClickConVerter), KM_POINTS("click"), KM_REL_POINTS("click")},
-    {typeid(km::MarcoPressConVerter), KM_POINTS("press"), KM_REL_POINTS("press")},
-    {typeid(km::MarcoReleaseConVerter), KM_POINTS("release"), KM_REL_POINTS("release")},
-    {typeid(km::MarcoDefaultSleepConVerter), R"(default_sleep_time\s+(\d+))", R"(default_sleep_time:(\d+))"},
-    {typeid(km::MarcoSleepConVerter), R"(^sleep\s*(\d+)?)", R"(^sleep:(\d+))"},
-    {typeid(km::MarcoKeyboardPressConVerter), nullptr, R"(keyboard_press:(\d+))"},
-    {typeid(km::MarcoKeyboardReleaseConVerter), nullptr, R"(keyboard_release:(\d+))"},
-    {typeid(km::MarcoKeyboardSwitchConVerter), nullptr, R"(keyboard_switch:(\d+))"},
-    {typeid(km::MarcoEnterStaringConVerter), "^enter_staring$", "^enter_staring$"},
-    {typeid(km::MarcoExitStaringConVerter), "^exit_staring$", "^exit_staring$"},
-    {typeid(km::MarcoCurveConVerter), KM_POINTS("curve"), KM_REL_POINTS("curve")},
-    {typeid(km::MarcoSwitchConVerter), KM_POINTS("switch"), KM_REL_POINTS("switch")},
-    {typeid(km::MarcoMousePressConVerter), nullptr, R"(mouse_press:(\d+))"},
-    {typeid(km::MarcoMouseReleaseConVerter), nullptr, R"(mouse_release:(\d+))"},
-    {typeid(km::MarcoMouseSwitchConVerter), nullptr, R"(mouse_switch:(\d+))"},
-    {typeid(km::MarcoReleaseAllConVerter), "^release_all$", "^release_all$"},
-    {typeid(km::MarcoStopLoopConVerter), "^loop_end$", "^stop_loop$"},
-    {typeid(km::MarcoStartLoopConVerter), R"(^loop(?:\s+(?:(\d+)|until_release))+$)", R"(^start_loop:(?:(\d+)|until_release)+$)"},
-    {typeid(km::MarcoTextInjectConVerter), R"re(^text\s+"(.*)")re", R"(^text_inject:(.*))"},
-    {typeid(km::MarcoJoystickPressConVerter), R"(joystick_press\s+(\S+))", R"(joystick_press:(\S+))"},
-    {typeid(km::MarcoJoystickReleaseConVerter), R"(joystick_release\s+(\S+))", R"(joystick_release:(\S+))"},
-    {typeid(km::MarcoJoystickSwitchConVerter), R"(joystick_switch\s+(\S+))", R"(joystick_switch:(\S+))"},
-    {typeid(km::MarcoLockWindowsConVerter), "^lock_windows$", "^lock_windows$"},
-    {typeid(km::MarcoUnLockWindowsConVerter), "^unlock_windows$", "^unlock_windows$"},
-    {typeid(km::MarcoCurveFirstPointSleepTimeConVerter), R"(^curve_first_time(?:\s+(?:(\d+)))+$)", R"(^curve_first_point_sleep_time:(?:(\d+))+$)"},
-    {typeid(km::MarcoCurveLastPointSleepTimeConVerter), R"(^curve_last_time(?:\s+(?:(\d+)|untilcmd))+$)", R"(^curve_last_point_sleep_time:(?:(\d+)|until_release_cmd)+$)"},
-    {typeid(km::MarcoCurveReleaseConVerter), "^curve_release$", "^curve_release$"},
-    {typeid(km::MarcoInputHoldSwitchConVerter), "^hold_switch$", "^hold_switch$"},
-};
-
 const char* const kTokens[] = {
     "click", "press", "release", "switch", "curve", "_rel:", "mouse", "sleep", "default_sleep_time",
     ":", "loop", "until_release", "_cmd", "untilcmd", "text", "_inject:", "joystick_press",
@@ -134,25 +86,19 @@ std::string randomLine(std::mt19937& rng) {
     }
 }
 
-// The index of the first pattern found at the end of the line, or -1.
-template <typename Patterns>
-int firstFound(const Patterns& patterns, const std::string& line) {
-    std::smatch m;
-    for (std::size_t i = 0; i < std::size(patterns); ++i) {
-        if (patterns[i] && std::regex_search(line, m, *patterns[i]) && m.suffix().length() == 0) {
-            return static_cast<int>(i);
-        }
-    }
-    return -1;
+// The command of the converter the factory made, by its place in the
+// language's order (which is the oracle's), or -1 for none.
+template <std::size_t... I>
+int indexOf(const km::MarcoConVerter* converter, std::index_sequence<I...>) {
+    int index = -1;
+    ((dynamic_cast<const km::MarcoCommandConVerter<static_cast<km::MacroCommand>(I)>*>(converter)
+          ? void(index = static_cast<int>(I))
+          : void()),
+     ...);
+    return index;
 }
-
 int indexOf(const std::shared_ptr<km::MarcoConVerter>& converter) {
-    for (std::size_t i = 0; converter && i < std::size(kOracle); ++i) {
-        if (kOracle[i].type == typeOf(*converter)) {
-            return static_cast<int>(i);
-        }
-    }
-    return -1;
+    return indexOf(converter.get(), std::make_index_sequence<km::kMacroCommandCount>());
 }
 
 // The base converter's conversions read the first pair of numbers, which
@@ -171,21 +117,14 @@ std::string baseEditing(const std::string& line) {
 }
 
 TEST(MacroDifferential, ConvertersAgreeWithThePatternsOnRandomLines) {
-    ASSERT_EQ(std::size(kOracle), static_cast<std::size_t>(km::kMacroCommandCount));
-    std::array<std::optional<std::regex>, km::kMacroCommandCount> editing, running;
-    for (std::size_t i = 0; i < std::size(kOracle); ++i) {
-        if (kOracle[i].editing) {
-            editing[i].emplace(kOracle[i].editing, std::regex::ECMAScript);
-        }
-        running[i].emplace(kOracle[i].running, std::regex::ECMAScript);
-    }
+    ASSERT_EQ(macrooracle::kCommandCount, static_cast<std::size_t>(km::kMacroCommandCount));
     std::mt19937 rng(20240531);
     std::array<int, km::kMacroCommandCount> editingHits{}, runningHits{};
     int mismatches = 0, copied = 0;
     for (int n = 0; n < 100000 && mismatches < 20; ++n) {
         const std::string line = randomLine(rng);
-        const int wantEditing = firstFound(editing, line);
-        const int wantRunning = firstFound(running, line);
+        const int wantEditing = macrooracle::commandFor(line, true);
+        const int wantRunning = macrooracle::commandFor(line, false);
         const int gotEditing = indexOf(Factory::ProduceMarcoConVerterByEditingText(line));
         const int gotRunning = indexOf(Factory::ProduceMarcoConVerterByRunningText(line));
         km::MarcoConVerter base;
@@ -206,9 +145,11 @@ TEST(MacroDifferential, ConvertersAgreeWithThePatternsOnRandomLines) {
         runningHits[std::max(wantRunning, 0)] += wantRunning >= 0;
     }
     // The lines must reach every command and copy pairs, or the agreement says little.
-    for (std::size_t i = 0; i < std::size(kOracle); ++i) {
-        EXPECT_TRUE(editingHits[i] > 0 || !kOracle[i].editing) << "no editing line for " << i;
-        EXPECT_GT(runningHits[i], 0) << "no running line for " << i;
+    for (std::size_t i = 0; i < macrooracle::kCommandCount; ++i) {
+        const macrooracle::Command& command = macrooracle::kCommands[i];
+        EXPECT_TRUE(editingHits[i] > 0 || command.editing.match == macrooracle::Match::Never)
+            << "no editing line for " << command.name;
+        EXPECT_GT(runningHits[i], 0) << "no running line for " << command.name;
     }
     EXPECT_GT(copied, 1000);
 }

@@ -1,7 +1,10 @@
-# Installs the library into a scratch prefix, then builds and runs a host program
-# against it twice: once through find_package, once through pkg-config.
+# Installs the library into a scratch prefix, then builds and runs a host
+# program against it through find_package and through pkg-config. It does so
+# for a shared and for a static library: the build under test gives one kind,
+# and the subdirectory test's build (a host with the library inside) the other.
 #
-# Expects BUILD_DIR, SOURCE_DIR, WORK_DIR, LIBRARY_FILE and CXX_COMPILER.
+# Expects SOURCE_DIR, WORK_DIR, CXX_COMPILER, BUILD_DIR and LIBRARY_TYPE
+# (SHARED or STATIC), OTHER_BUILD_DIR and OTHER_LIBRARY_TYPE.
 
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
@@ -11,45 +14,67 @@ function(run)
     set(RUN_OUTPUT "${out}" PARENT_SCOPE)
 endfunction()
 
-set(prefix ${WORK_DIR}/prefix)
+function(expect_in haystack needle what)
+    string(FIND "${haystack}" "${needle}" at)
+    if(at EQUAL -1)
+        message(FATAL_ERROR "${what}:\n${haystack}")
+    endif()
+endfunction()
+
+function(check_install kind build prefix)
+    run(${CMAKE_COMMAND} --install ${build} --prefix ${prefix})
+
+    # find_package(zuno-keymapmanager) and the zuno::keymapmanager target.
+    run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/install/host -B ${prefix}-host
+        -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_COMPILER=${CXX_COMPILER})
+    run(${CMAKE_COMMAND} --build ${prefix}-host)
+    run(${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/lib ${prefix}-host/keymap-host)
+
+    # pkg-config; a static archive needs --static for its private libraries.
+    file(GLOB pcdir ${prefix}/lib*/pkgconfig)
+    set(static_flag)
+    if(kind STREQUAL "STATIC")
+        set(static_flag --static)
+    endif()
+    run(${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pcdir}
+        pkg-config ${static_flag} --cflags --libs zuno-keymapmanager)
+    string(STRIP "${RUN_OUTPUT}" flags)
+    separate_arguments(flags UNIX_COMMAND "${flags}")
+    run(${CXX_COMPILER} ${SOURCE_DIR}/tests/install/host/main.cpp ${flags} -o ${prefix}-host-pc)
+    run(${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/lib ${prefix}-host-pc)
+
+    file(GLOB shared_objects ${prefix}/lib*/libzuno-keymapmanager.so*)
+    file(GLOB archives ${prefix}/lib*/libzuno-keymapmanager.a)
+    if(kind STREQUAL "STATIC")
+        if(shared_objects OR NOT archives)
+            message(FATAL_ERROR "the static install has no archive, or a shared object")
+        endif()
+    else()
+        # The shared object carries its major version, and exports nothing internal.
+        file(GLOB soname ${prefix}/lib*/libzuno-keymapmanager.so.1)
+        if(NOT soname OR archives)
+            message(FATAL_ERROR "the shared install has no libzuno-keymapmanager.so.1, or an archive")
+        endif()
+        run(nm -D -C --defined-only ${soname})
+        foreach(internal "zunokeymapmanager::json::" "zunokeymapmanager::labels::"
+                "zunokeymapmanager::document::" "MakeItemOfType")
+            string(FIND "${RUN_OUTPUT}" "${internal}" at)
+            if(NOT at EQUAL -1)
+                message(FATAL_ERROR "internal symbols are exported: ${internal}")
+            endif()
+        endforeach()
+    endif()
+
+    # The installed tool runs from its own place, without help finding the library.
+    if(EXISTS ${prefix}/bin/zuno-keymap)
+        run(${prefix}/bin/zuno-keymap --version)
+        run(${prefix}/bin/zuno-keymap check ${SOURCE_DIR}/examples/shooter.json)
+        expect_in("${RUN_OUTPUT}" "ok (8 items)" "the installed zuno-keymap did not check the example clean")
+    endif()
+endfunction()
+
 file(REMOVE_RECURSE ${WORK_DIR})
 file(MAKE_DIRECTORY ${WORK_DIR})
 
-run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
-
-# find_package(zuno-keymapmanager) and the zuno::keymapmanager target.
-run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/install/host -B ${WORK_DIR}/host
-    -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_COMPILER=${CXX_COMPILER})
-run(${CMAKE_COMMAND} --build ${WORK_DIR}/host)
-run(${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/lib ${WORK_DIR}/host/keymap-host)
-
-# pkg-config.
-file(GLOB pcdir ${prefix}/lib*/pkgconfig)
-run(${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pcdir} pkg-config --cflags --libs zuno-keymapmanager)
-string(STRIP "${RUN_OUTPUT}" flags)
-separate_arguments(flags UNIX_COMMAND "${flags}")
-run(${CXX_COMPILER} ${SOURCE_DIR}/tests/install/host/main.cpp ${flags} -o ${WORK_DIR}/host-pc)
-run(${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/lib ${WORK_DIR}/host-pc)
-
-# The shared object carries its major version, and exports nothing internal.
-file(GLOB sonames ${prefix}/lib*/libzuno-keymapmanager.so.1)
-if(NOT sonames)
-    message(FATAL_ERROR "no libzuno-keymapmanager.so.1 installed")
-endif()
-run(nm -D -C --defined-only ${LIBRARY_FILE})
-foreach(internal "zunokeymapmanager::json::" "zunokeymapmanager::labels::" "zunokeymapmanager::document::" "RegisterItemMakers")
-    string(FIND "${RUN_OUTPUT}" "${internal}" at)
-    if(NOT at EQUAL -1)
-        message(FATAL_ERROR "internal symbols are exported: ${internal}")
-    endif()
-endforeach()
-
-# The installed tool runs from its own place, without help finding the library.
-if(EXISTS ${prefix}/bin/zuno-keymap)
-    run(${prefix}/bin/zuno-keymap --version)
-    run(${prefix}/bin/zuno-keymap check ${SOURCE_DIR}/examples/shooter.json)
-    string(FIND "${RUN_OUTPUT}" "ok (8 items)" at)
-    if(at EQUAL -1)
-        message(FATAL_ERROR "the installed zuno-keymap did not check the example clean:\n${RUN_OUTPUT}")
-    endif()
-endif()
+check_install(${LIBRARY_TYPE} ${BUILD_DIR} ${WORK_DIR}/${LIBRARY_TYPE})
+check_install(${OTHER_LIBRARY_TYPE} ${OTHER_BUILD_DIR} ${WORK_DIR}/${OTHER_LIBRARY_TYPE})

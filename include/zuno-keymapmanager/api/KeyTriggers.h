@@ -19,9 +19,9 @@ namespace zunokeymapmanager {
 
 /// A key that fires an item: one key, or a combination of two.
 struct ZUNO_KM_API KeyTrigger {
-    ConfigKey first;
-    ConfigKey second;
-    bool combination = false;
+    ConfigKey first;           ///< the key, or the first of a combination
+    ConfigKey second;          ///< the second key of a combination, else unset
+    bool combination = false;  ///< whether `second` takes part
     /// Which of the item's keys: "key", "top", "right", "bottom", "left",
     /// "positive" or "negative".
     std::string role;

@@ -40,8 +40,8 @@ enum class FindingSeverity {
 
 /// One finding of CheckKeymapDocument.
 struct ZUNO_KM_API Finding {
-    FindingKind kind = FindingKind::LoadFailed;
-    FindingSeverity severity = FindingSeverity::Error;
+    FindingKind kind = FindingKind::LoadFailed;         ///< what was found
+    FindingSeverity severity = FindingSeverity::Error;  ///< how bad it is
     /// JSON path of the member concerned, such as "keymaps[3].key.text";
     /// empty when the finding is about the whole document.
     std::string path;
@@ -51,10 +51,10 @@ struct ZUNO_KM_API Finding {
     std::string item_type;
     /// For a collision: the other item's index and type (item_index < other_index).
     int other_index = -1;
-    std::string other_type;
+    std::string other_type;  ///< the other item's "type"
     /// For a Macro line: its one-based number and its text.
     int line = 0;
-    std::string line_text;
+    std::string line_text;  ///< the Macro line as written
     /// One line for people, without the source name.
     std::string message;
     /// What to write instead ("Swipehold", "rel_x"), empty when nothing fits.
@@ -73,8 +73,8 @@ struct ZUNO_KM_API CheckReport {
     /// by item index, then collisions.
     std::vector<Finding> findings;
 
-    std::size_t errors() const;
-    std::size_t warnings() const;
+    std::size_t errors() const;    ///< the number of error findings
+    std::size_t warnings() const;  ///< the number of warning findings
     /// Errors, plus the warnings that the plain check has always counted as
     /// problems (invalid items, key collisions, Macro lines).
     std::size_t problems() const;

@@ -37,6 +37,7 @@ class ZUNO_KM_API KeymapManager
 /// replaced from any thread at any time.
 {
 public:
+    /// The one manager the free functions of api/Functions.h use.
     static KeymapManager& GetInstance();
 
     KeymapManager();
@@ -71,6 +72,7 @@ public:
     zunokeymapmanager::KeymapConfig* LoadKeymapConfigAndInfo(
         bool isKeymap, const std::string& path, const std::string& data,
         zunokeymapmanager::LoadDiagnostic* diagnostic);
+    /// As LoadJoystickConfigAndInfo, and fills `diagnostic` as above.
     zunokeymapmanager::KeymapConfig* LoadJoystickConfigAndInfo(
         const std::string& path, const std::string& data,
         zunokeymapmanager::LoadDiagnostic* diagnostic);
@@ -82,6 +84,7 @@ public:
     /// Calls the host's failure callback, if one is registered.
     void OnLoadConfigAndInfoFailed(const std::string& path);
 
+    /// As ConfigFactory::ProduceConfigItem: a new item of `type`, or null.
     zunokeymapmanager::ConfigItem* CreateConfigItem(const std::string& type);
 
     /// Folds right-hand modifiers, then recomputes the caption. Null is ignored.
@@ -94,6 +97,7 @@ public:
     /// Always true: no key is refused.
     bool AllowUsedForConfigKey(const std::string& device, int virtualKey, int scanCode);
 
+    /// As KeymapConfig::isConfigKeyMatch on `config`; false for a null document.
     bool isConfigKeyMatch(zunokeymapmanager::KeymapConfig* config,
                           zunokeymapmanager::ConfigKey* first,
                           zunokeymapmanager::ConfigKey* second);
@@ -101,10 +105,13 @@ public:
     /// 312 becomes 56, 285 becomes 29, 54 becomes 42; every other code is kept.
     int ModifyKeyboardScanCodeIfNeeded(int scanCode);
 
+    /// The zero-based numbers of the lines no macro command accepts.
     std::vector<std::uint32_t> MacroKeyEditingTextGrammarCheck(
         const std::vector<std::string>& lines);
+    /// Each editing line in running form, one output line per input line.
     std::vector<std::string> MacroKeyEditingTextChangeToRunningText(
         const std::vector<std::string>& lines, zunokeymapmanager::Rect rect);
+    /// Each running line in editing form, one output line per input line.
     std::vector<std::string> MacroKeyRunningTextChangeToEditingText(
         const std::vector<std::string>& lines, zunokeymapmanager::Rect rect);
 

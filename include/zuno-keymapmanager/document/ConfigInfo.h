@@ -25,6 +25,8 @@ class ZUNO_KM_API ConfigInfo
 /// is optional and keeps its value when absent.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::string transparent_mouse = "Mouse_No_Transparent";
     std::string background_color = "000000FF";
     bool visibility = true;
@@ -35,6 +37,7 @@ public:
     double transparent_mouse_windows_raw_move_sensitivity = 1.0;
     bool transparent_keyboard = true;
     bool transparent_joystick = true;
+    ///@}
 
     ConfigInfo() = default;
 

@@ -21,6 +21,8 @@ class ZUNO_KM_API ConfigParam
 /// wheel events ("transparent_wheel_policy", both members optional).
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::int32_t zoom_first_interval = 16;
     std::int32_t zoom_steps = 8;
     std::int32_t zoom_period = 16;
@@ -30,6 +32,7 @@ public:
     double zoom_step_distance = 0.00625;
     double sensitivity = 1.0;
     std::int32_t protocol_version = 0;
+    ///@}
 
     ConfigParam() = default;
 

@@ -23,9 +23,9 @@ class ZUNO_KM_API KeymapConfig
 /// in `items` are allowed and skipped.
 {
 public:
-    std::vector<ConfigItem*> items;
-    ConfigInfo* info = nullptr;
-    ConfigParam* param = nullptr;
+    std::vector<ConfigItem*> items;  ///< the "keymaps" array, in document order
+    ConfigInfo* info = nullptr;      ///< the "info" object
+    ConfigParam* param = nullptr;    ///< the "param" object
 
     KeymapConfig() = default;
     virtual ~KeymapConfig();

@@ -30,6 +30,7 @@ class ZUNO_KM_API LoadDiagnostic
 ///   - `message` says all of it in one line, for people.
 {
 public:
+    /// What went wrong, by kind.
     enum class Problem {
         None,         ///< the load succeeded
         Unreadable,   ///< the file could not be opened or read
@@ -40,19 +41,19 @@ public:
         WrongType,    ///< a member's value cannot be read as the required type
     };
 
-    bool failed = false;
-    Problem problem = Problem::None;
+    bool failed = false;              ///< whether the load failed
+    Problem problem = Problem::None;  ///< why
     /// The path or built-in name that was loaded.
     std::string source;
-    std::string path;
-    int item_index = -1;
-    std::string item_type;
+    std::string path;       ///< JSON path of the failing member (see above)
+    int item_index = -1;    ///< element of "keymaps" being read, or -1
+    std::string item_type;  ///< that element's "type", or empty
     /// What the failing member must be: "object", "array", "string",
     /// "integer", "number" or "boolean"; empty when not about a member.
     std::string expected;
-    int line = 0;
-    int column = 0;
-    std::string message;
+    int line = 0;         ///< line of the first syntax error, or 0
+    int column = 0;       ///< its column, or 0
+    std::string message;  ///< all of it in one line, for people
 };
 
 /// A short name of `problem` ("missing", "wrong-type", ...), for reports.

@@ -23,8 +23,12 @@ class ZUNO_KM_API ComposableConfigItem : public ConfigItem
 /// The second key is written as "second_key" only when it is set.
 {
 public:
+    /// Kept in the JSON member of the same name.
+    ///@{
     ConfigKey second_key;
+    ///@}
 
+    /// An item of the type named `typeName`, without a second key.
     explicit ComposableConfigItem(std::string typeName);
     ~ComposableConfigItem() override;
 
@@ -47,13 +51,18 @@ class ZUNO_KM_API PairConfigItem : public ComposableConfigItem
 /// matched from two threads at once.
 {
 public:
+    /// Which side matched last.
     enum Direction : std::int32_t { kNoDirection = 0, kPositive = 1, kNegative = 2 };
 
+    /// Kept in the JSON members of the same names.
+    ///@{
     ComposableKey positive_key;
     ComposableKey negative_key;
+    ///@}
     /// Run-time state, not written to JSON.
     std::int32_t matched_direction = kNoDirection;
 
+    /// An item of the type named `typeName`, with both sides unset.
     explicit PairConfigItem(std::string typeName);
     ~PairConfigItem() override;
 

@@ -25,11 +25,14 @@ class ZUNO_KM_API CurveConfigItem : public ComposableConfigItem
 /// are. Every member is required on reading.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     PointF rel_start_pos;
     PointF rel_end_pos;
     std::string rel_all_points_pos;
     bool act_as_line = false;
     std::int32_t start_wait_time = 0;
+    ///@}
 
     CurveConfigItem();
     ~CurveConfigItem() override;
@@ -48,8 +51,11 @@ class ZUNO_KM_API MacroConfigItem : public ComposableConfigItem
 /// both are always written, empty or not.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::vector<std::string> press_actions;
     std::vector<std::string> release_actions;
+    ///@}
 
     MacroConfigItem();
     ~MacroConfigItem() override;

@@ -21,11 +21,15 @@ class ZUNO_KM_API DiamondConfigItem : public ConfigItem
 /// Eye, Gravity) validate and match through their direction keys.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     ConfigKey top;
     ConfigKey right;
     ConfigKey bottom;
     ConfigKey left;
+    ///@}
 
+    /// An item of the type named `typeName`, with its direction keys unset.
     explicit DiamondConfigItem(std::string typeName);
     ~DiamondConfigItem() override;
 

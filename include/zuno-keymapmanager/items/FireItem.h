@@ -20,17 +20,23 @@ namespace zunokeymapmanager {
 struct FireSwipeholdInfo
 /// The area the fire touch may be dragged in ("swipehold_info").
 {
+    /// Kept in the JSON members of the same names.
+    ///@{
     PointF rel_position;
     double rel_radius = 0.1;
     std::int32_t steps = 6;
     InvalidZoneInfo invalid_zone_info;
+    ///@}
 };
 
 struct FireOption
 /// Where the fire touch may go ("fire_option"). The policy is kept as
 /// written, known name or not.
 {
+    /// Kept in the JSON member of the same name.
+    ///@{
     std::string fire_range_policy = "Fire_range_unlimited";
+    ///@}
 };
 
 class ZUNO_KM_API FireConfigItem : public ConfigItem
@@ -42,9 +48,12 @@ class ZUNO_KM_API FireConfigItem : public ConfigItem
 /// required (the invalid zone again only when present).
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     bool need_fire_and_drag = false;
     FireSwipeholdInfo swipehold_info;
     FireOption fire_option;
+    ///@}
 
     FireConfigItem();
     ~FireConfigItem() override;

@@ -12,9 +12,12 @@ namespace zunokeymapmanager {
 struct InvalidZoneInfo
 /// A dead zone around the centre of a drag, written as "invalid_zone_info".
 {
+    /// Kept in the JSON members of the same names.
+    ///@{
     bool enable = false;
     double rel_radius_outside_invalid_zone = 0.01;
     double rel_radius_inside_invalid_zone = 0.005;
+    ///@}
 };
 
 }  // namespace zunokeymapmanager

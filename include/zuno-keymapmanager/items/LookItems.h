@@ -24,6 +24,8 @@ class ZUNO_KM_API StaringConfigItem : public ComposableConfigItem
 /// Every member is required on reading; `reset_type` is kept as written.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     SizeF staring_range{0.5, 0.5};
     std::int32_t sensitivity_x = 50;
     std::int32_t sensitivity_y = 50;
@@ -31,6 +33,7 @@ public:
     std::int32_t reset_wait_interval = 8;
     std::int32_t auto_reset_period = -1;
     bool need_reset = true;
+    ///@}
 
     StaringConfigItem();
     ~StaringConfigItem() override;
@@ -49,7 +52,10 @@ class ZUNO_KM_API EyeConfigItem : public DiamondConfigItem
 /// All four keys and the sensitivity are required on reading.
 {
 public:
+    /// Kept in the JSON member of the same name.
+    ///@{
     std::int32_t sensitivity = 100;
+    ///@}
 
     EyeConfigItem();
     ~EyeConfigItem() override;
@@ -69,7 +75,10 @@ class ZUNO_KM_API GravityConfigItem : public DiamondConfigItem
 /// EyeConfigItem.
 {
 public:
+    /// Kept in the JSON member of the same name.
+    ///@{
     std::int32_t sensitivity = 20;
+    ///@}
 
     GravityConfigItem();
     ~GravityConfigItem() override;

@@ -23,9 +23,12 @@ struct SpellInfo
 /// The skill button on the screen and the range a cast may be aimed in
 /// ("spell_info").
 {
+    /// Kept in the JSON members of the same names.
+    ///@{
     PointF rel_position{0.5, 0.5};
     double rel_radius = 0.5;
     double range = 60.0;
+    ///@}
 };
 
 struct SpellSwipeholdInfo
@@ -34,6 +37,8 @@ struct SpellSwipeholdInfo
 /// `rel_radius` defaults differently. A null `rel_position` means the drag
 /// is centred on the skill item's own work position.
 {
+    /// Kept in the JSON members of the same names.
+    ///@{
     PointF rel_position;
     std::int32_t interval = 32;
     std::int32_t steps = 6;
@@ -46,18 +51,22 @@ struct SpellSwipeholdInfo
     std::int32_t hold_center_interval_after_release = 0;
     std::string in_line_policy = "Use_Both";
     TargetPointInputCompensatoryPolicy target_point_input_compensatory_policy;
+    ///@}
 };
 
 struct SpellOption
 /// When a cast fires and how it gets along with walking ("spell_option").
 /// The policy strings are kept as written, known names or not.
 {
+    /// Kept in the JSON members of the same names.
+    ///@{
     bool need_spell_direction = true;
     bool stop_walk_after_spell = false;
     bool walk_with_spell = true;
     bool is_occupy_swipehold_input = false;
     std::string spell_trigger_policy = "Spell_Trigger_On_Release_Key";
     std::string spell_touch_location_policy = "Spell_touch_location_mouse_dependence";
+    ///@}
 };
 
 struct TapInfo
@@ -65,10 +74,13 @@ struct TapInfo
 /// It is written only when complete: a centre, a non-zero factor and
 /// distance ratio, and a sequence.
 {
+    /// Kept in the JSON members of the same names.
+    ///@{
     PointF rel_center_pos;
     double factor = 0.0;
     double distance_ratio = 0.0;
     std::string seq;
+    ///@}
 };
 
 class ZUNO_KM_API SpellConfigItem : public ComposableConfigItem
@@ -76,10 +88,13 @@ class ZUNO_KM_API SpellConfigItem : public ComposableConfigItem
 /// drag. The drag settings can be handed out as a real drag item.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     SpellInfo spell_info;
     SpellSwipeholdInfo swipehold_info;
     SpellOption spell_option;
     TapInfo tap_info;
+    ///@}
 
     SpellConfigItem();
     ~SpellConfigItem() override;
@@ -101,8 +116,11 @@ class ZUNO_KM_API SpellCancelConfigItem : public ComposableConfigItem
 /// Cancels a skill being aimed, after `delay_time`.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     bool is_in_use = true;
     std::int32_t delay_time = 20;
+    ///@}
 
     SpellCancelConfigItem();
     ~SpellCancelConfigItem() override;

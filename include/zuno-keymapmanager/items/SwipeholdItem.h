@@ -20,6 +20,8 @@ struct FirstPointPolicy
 /// How the first touch of a drag is made ("first_point_policy").
 /// The strings are kept as written, known names or not.
 {
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::string handle_type = "Move";
     std::string move_type = "Constant";
     std::int32_t interval = 32;
@@ -29,21 +31,27 @@ struct FirstPointPolicy
     std::int32_t wait_for_second = 8;
     std::int32_t idle_before_first_press = 0;
     bool no_press_first_center_point = false;
+    ///@}
 };
 
 struct SubsequentPointPolicy
 /// How the later touches of the same drag are made
 /// ("subsequent_point_policy").
 {
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::string handle_type = "Click";
     std::int32_t steps = 6;
     std::int32_t period = 16;
+    ///@}
 };
 
 struct TargetPointInputCompensatoryPolicy
 /// Correction applied to the target point of a drag, per axis: a policy
 /// name and its two numbers (slope or period, intercept or phase shift).
 {
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::string x_policy = "Default";
     double x_policy_slope_period = 1.0;
     double x_policy_intercept_phaseshift = 0.0;
@@ -55,6 +63,7 @@ struct TargetPointInputCompensatoryPolicy
     std::int32_t count = 3;
     std::int32_t steps = 3;
     std::int32_t period = 8;
+    ///@}
 };
 
 class ZUNO_KM_API SwipeholdConfigItem : public DiamondConfigItem
@@ -66,12 +75,15 @@ class ZUNO_KM_API SwipeholdConfigItem : public DiamondConfigItem
 /// for any of them; its own base key plays no part.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     FirstPointPolicy first_point_policy;
     SubsequentPointPolicy subsequent_point_policy;
     double rel_radius = 0.0;
     std::int32_t hold_center_interval_after_release = 0;
     std::string in_line_policy = "Use_Both";
     TargetPointInputCompensatoryPolicy target_point_input_compensatory_policy;
+    ///@}
 
     SwipeholdConfigItem();
     ~SwipeholdConfigItem() override;

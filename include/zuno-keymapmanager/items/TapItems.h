@@ -34,9 +34,12 @@ class ZUNO_KM_API BunchClickConfigItem : public ComposableConfigItem
 /// it was read with, and the numbers as given: the player interprets them.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::string bunch_click_type = "Continue";
     std::int32_t bunch_click_continue_number = 20;
     std::int32_t bunch_click_one_off_number = 20;
+    ///@}
 
     BunchClickConfigItem();
     ~BunchClickConfigItem() override;

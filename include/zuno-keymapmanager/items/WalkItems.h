@@ -22,7 +22,10 @@ class ZUNO_KM_API JoystickLeftWalkConfigItem : public ConfigItem
 /// position. Bound to "Left_Stick" by default.
 {
 public:
+    /// Kept in the JSON member of the same name.
+    ///@{
     double rel_radius = 0.0;
+    ///@}
 
     JoystickLeftWalkConfigItem();
     ~JoystickLeftWalkConfigItem() override;
@@ -37,12 +40,15 @@ class ZUNO_KM_API JoystickRightEyeConfigItem : public ConfigItem
 /// Bound to "Right_Stick" by default. `reset_type` is kept as written.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::int32_t sensitivity = 100;
     SizeF staring_range{0.5, 0.5};
     std::string reset_type = "Range_Window";
     std::int32_t reset_wait_interval = 8;
     std::int32_t auto_reset_period = -1;
     bool need_reset = true;
+    ///@}
 
     JoystickRightEyeConfigItem();
     ~JoystickRightEyeConfigItem() override;
@@ -55,11 +61,14 @@ struct FirstMovePolicy
 /// How the first touch of a mouse walk moves out from the centre
 /// ("first_move_policy").
 {
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::int32_t interval = 32;
     std::int32_t steps = 6;
     std::int32_t period = 16;
     std::int32_t speed = 100;
     double rel_radius = 0.0;
+    ///@}
 };
 
 class ZUNO_KM_API MouseRightWalkConfigItem : public ConfigItem
@@ -68,9 +77,12 @@ class ZUNO_KM_API MouseRightWalkConfigItem : public ConfigItem
 /// kept for the host, which performs the gesture.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     PointF rel_measurement_pos{0.5, 0.5};
     double duration_factor = 0.5;
     FirstMovePolicy first_move_policy;
+    ///@}
 
     MouseRightWalkConfigItem();
     ~MouseRightWalkConfigItem() override;

@@ -22,9 +22,12 @@ class ZUNO_KM_API WheelConfigItem : public PairConfigItem
 /// but any text is kept as written. Every member is required on reading.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::int32_t sensitivity = 50;
     std::int32_t duration = 200;
     std::string orientation = "vertical";
+    ///@}
 
     WheelConfigItem();
     ~WheelConfigItem() override;
@@ -38,10 +41,13 @@ class ZUNO_KM_API ZoomConfigItem : public PairConfigItem
 /// Every member is required on reading.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::int32_t sensitivity = 100;
     std::string orientation = "vertical";
     std::int32_t duration = 300;
     double one_side_gap = 0.01;
+    ///@}
 
     ZoomConfigItem();
     ~ZoomConfigItem() override;
@@ -56,9 +62,12 @@ class ZUNO_KM_API ObserveConfigItem : public ComposableConfigItem
 /// is required on reading.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::int32_t sensitivity_x = 30;
     std::int32_t sensitivity_y = 30;
     double sensitivity = 1.0;
+    ///@}
 
     ObserveConfigItem();
 

@@ -78,12 +78,17 @@ class ZUNO_KM_API MarcoCommandConVerter : public MarcoConVerter
 /// line's length and never recurse, so any line is answered promptly.
 {
 public:
+    /// The command this class converts.
     static constexpr MacroCommand kCommand = C;
 
+    /// True when `line` is an editing line of the command.
     static bool isEditingTextMatch(const std::string& line) { return isMacroEditingLine(C, line); }
+    /// True when `line` is a running line of the command.
     static bool isRunningTextMatch(const std::string& line) { return isMacroRunningLine(C, line); }
 
+    /// The command's editing output (see the top of this file).
     std::string converterToEditingText() override { return macroEditingTextOf(C, *this); }
+    /// The command's running output (see the top of this file).
     std::string converterToRunningText() override { return macroRunningTextOf(C, *this); }
 };
 

@@ -50,7 +50,9 @@ public:
     /// text, else "press_rel:".
     virtual std::string converterToRunningText();
 
+    /// The stored editing text.
     const std::string& editingText() const { return editing_text_; }
+    /// The stored running text.
     const std::string& runningText() const { return running_text_; }
 
     /// The rectangle handed in with the script. No conversion reads it.
@@ -64,9 +66,9 @@ public:
     static int textToScancode(const std::string& device, const std::string& text);
 
 protected:
-    std::string editing_text_;
-    std::string running_text_;
-    Rect rect_;
+    std::string editing_text_;  ///< the line in editing form, as stored
+    std::string running_text_;  ///< the line in running form, as stored
+    Rect rect_;                 ///< the screen rectangle, as stored
 };
 
 }  // namespace zunokeymapmanager

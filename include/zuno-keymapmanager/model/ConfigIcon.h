@@ -13,11 +13,15 @@
 
 namespace zunokeymapmanager {
 
+/// How an item's icon is drawn over the touch screen ("icon").
 struct ConfigIcon {
+    /// Kept in the JSON members of the same names.
+    ///@{
     bool visibility = true;
     double radius_correction = 1.0;
     PointF rel_position;
     std::string description;
+    ///@}
     /// Eight hexadecimal digits, RRGGBBAA; not validated.
     std::string background_color = "00000066";
 };

@@ -32,17 +32,24 @@ class ZUNO_KM_API ConfigItem
 /// before the failure keep their new values.
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::string type;
     ConfigIcon icon;
     ConfigKey key;
     PointF rel_work_position;
     double editor_icon_scale = 1.0;
+    ///@}
 
+    /// An item of the type named `typeName`, with every base member at its default.
     explicit ConfigItem(std::string typeName);
     virtual ~ConfigItem();
 
+    /// Items copy member by member.
+    ///@{
     ConfigItem(const ConfigItem&) = default;
     ConfigItem& operator=(const ConfigItem&) = default;
+    ///@}
 
     /// Returns the item as a JSON object; keys come out sorted when written.
     virtual Poco::JSON::Object ConvertToJsonObject() const;

@@ -27,16 +27,24 @@ class ZUNO_KM_API ConfigKey
 /// `text` holds the caption computed by setText().
 {
 public:
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::string device;
     std::string text;
     std::int32_t virtual_key = kUnsetKeyCode;
     std::int32_t scan_code = kUnsetKeyCode;
+    ///@}
     /// Reserved; always zero, never written to JSON and never compared.
     std::int32_t reserved0 = 0;
+    /// Kept in the JSON members of the same names.
+    ///@{
     std::int32_t reserved1 = 0;
     std::int32_t reserved2 = 0;
+    ///@}
 
+    /// An unset key.
     ConfigKey() = default;
+    /// A key with the given device, caption and codes, taken as they are.
     ConfigKey(std::string keyDevice, std::string keyText, std::int32_t virtualKey,
               std::int32_t scanCode);
 
@@ -66,10 +74,12 @@ class ZUNO_KM_API ComposableKey
 /// neither a device nor a scan code.
 {
 public:
-    ConfigKey key;
-    ConfigKey second_key;
+    ConfigKey key;         ///< the first key
+    ConfigKey second_key;  ///< the second key, unset for a single key
 
+    /// A single unset key.
     ComposableKey() = default;
+    /// The combination of `first` and `second`.
     ComposableKey(ConfigKey first, ConfigKey second);
 
     /// True when `a` matches the first key and `b` the second.

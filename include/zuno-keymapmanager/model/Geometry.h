@@ -12,17 +12,22 @@
 
 namespace zunokeymapmanager {
 
+/// A point with coordinates of type T.
 template <typename T>
 struct BasicPoint {
-    T x{};
-    T y{};
+    T x{};  ///< horizontal coordinate
+    T y{};  ///< vertical coordinate
 
+    /// The origin.
     constexpr BasicPoint() = default;
+    /// The point (px, py).
     constexpr BasicPoint(T px, T py) : x(px), y(py) {}
 
     /// True when both coordinates are zero.
     constexpr bool isNull() const { return x == T{} && y == T{}; }
 
+    /// Coordinate-wise arithmetic and comparison.
+    ///@{
     constexpr BasicPoint operator+(const BasicPoint& o) const { return {x + o.x, y + o.y}; }
     constexpr BasicPoint operator-(const BasicPoint& o) const { return {x - o.x, y - o.y}; }
     BasicPoint& operator+=(const BasicPoint& o) {
@@ -37,6 +42,7 @@ struct BasicPoint {
     }
     constexpr bool operator==(const BasicPoint& o) const { return x == o.x && y == o.y; }
     constexpr bool operator!=(const BasicPoint& o) const { return !(*this == o); }
+    ///@}
 };
 
 /// A point in pixels.
@@ -47,12 +53,14 @@ using PointF = BasicPoint<double>;
 
 /// A rectangle given by two corners (x1, y1) and (x2, y2).
 struct Rect {
-    std::int32_t x1 = 0;
-    std::int32_t y1 = 0;
-    std::int32_t x2 = 0;
-    std::int32_t y2 = 0;
+    std::int32_t x1 = 0;  ///< first corner, horizontal
+    std::int32_t y1 = 0;  ///< first corner, vertical
+    std::int32_t x2 = 0;  ///< second corner, horizontal
+    std::int32_t y2 = 0;  ///< second corner, vertical
 
+    /// The null rectangle at the origin.
     constexpr Rect() = default;
+    /// The rectangle from (a, b) to (c, d).
     constexpr Rect(std::int32_t a, std::int32_t b, std::int32_t c, std::int32_t d)
         : x1(a), y1(b), x2(c), y2(d) {}
 
@@ -62,10 +70,12 @@ struct Rect {
 
 /// A size in relative screen units.
 struct SizeF {
-    double width = 0.0;
-    double height = 0.0;
+    double width = 0.0;   ///< horizontal extent
+    double height = 0.0;  ///< vertical extent
 
+    /// The empty size.
     constexpr SizeF() = default;
+    /// A size of w by h.
     constexpr SizeF(double w, double h) : width(w), height(h) {}
 };
 
