@@ -63,24 +63,29 @@ int distance(const std::string& a, const std::string& b) {
 }  // namespace
 
 std::string NearestName(const std::string& word, const std::vector<std::string>& names) {
-    // Names are short; very long words are not typos of them.
-    if (word.size() > 256) {
+    // Names are short; long words are not typos of them, and skipping them
+    // keeps a document full of long unknown members quick to check.
+    constexpr std::size_t kLongest = 40;
+    if (word.size() > kLongest) {
         return std::string();
     }
     std::string best;
     int bestDistance = 0;
     for (const std::string& name : names) {
+        // At most a third of the longer word may differ (case changes count a
+        // third of an edit), so names much longer or shorter cannot fit.
+        const std::size_t longer = std::max(word.size(), name.size());
+        const std::size_t shorter = std::min(word.size(), name.size());
+        if ((longer - shorter) * 3 > longer) {
+            continue;
+        }
         const int d = distance(word, name);
-        if (best.empty() || d < bestDistance) {
+        if (d > 0 && static_cast<std::size_t>(d) <= longer && (best.empty() || d < bestDistance)) {
             best = name;
             bestDistance = d;
         }
     }
-    // At most a third of the longer word may differ (case changes count a third).
-    const std::size_t longer = std::max(word.size(), best.size());
-    return !best.empty() && bestDistance > 0 && static_cast<std::size_t>(bestDistance) <= longer
-               ? best
-               : std::string();
+    return best;
 }
 
 namespace {

@@ -4,84 +4,218 @@
 
 #include "api/KeyCollisions.h"
 
+#include <algorithm>
 #include <cstdint>
-#include <unordered_map>
-#include <unordered_set>
+#include <string_view>
 
+#include "api/TriggerRules.h"
 #include "zuno-keymapmanager/api/KeyTriggers.h"
-#include "zuno-keymapmanager/items/ComposableItems.h"
-#include "zuno-keymapmanager/items/DiamondConfigItem.h"
 
 namespace zunokeymapmanager {
 namespace check {
 
 namespace {
 
-// What ConfigKey::Match compares: the device, then the control name of a
-// gamepad key or the scan code of any other. Two keys match only when
-// their buckets are equal.
-std::string bucketOf(const ConfigKey& key) {
-    std::string bucket = key.device;
-    bucket += '\0';
-    bucket += key.device == "joystick" ? key.text : std::to_string(key.scan_code);
-    return bucket;
+bool isJoystick(const ConfigKey& key) {
+    return key.device == "joystick";
 }
 
-// Every key whose match can fire the item; a superset is harmless, since the
-// item's own rules decide.
-std::vector<const ConfigKey*> matchedKeysOf(const ConfigItem& item) {
-    std::vector<const ConfigKey*> keys{&item.key};
-    if (const auto* pair = dynamic_cast<const PairConfigItem*>(&item)) {
-        keys.push_back(&pair->positive_key.key);
-        keys.push_back(&pair->negative_key.key);
-    } else if (const auto* diamond = dynamic_cast<const DiamondConfigItem*>(&item)) {
-        keys.insert(keys.end(), {&diamond->top, &diamond->right, &diamond->bottom, &diamond->left});
-    }
-    return keys;
+// What ConfigKey::Match compares: the device, then the control name of a
+// gamepad key or the scan code of any other. Keys that match hash alike.
+std::size_t hashOf(const ConfigKey& key) {
+    const std::size_t device = std::hash<std::string_view>()(key.device);
+    const std::size_t what = isJoystick(key) ? std::hash<std::string_view>()(key.text)
+                                             : std::hash<std::int32_t>()(key.scan_code);
+    return device * 1000003u ^ what;
 }
+
+bool sameBucket(const ConfigKey& a, const ConfigKey& b) {
+    return a.device == b.device && (isJoystick(a) ? a.text == b.text : a.scan_code == b.scan_code);
+}
+
+// Items of a large document lie all over the heap, and reading one at a time
+// waits on memory for each; asking for the ones a little ahead lets the waits
+// overlap. An item's keys sit in its first few hundred bytes.
+constexpr std::size_t kPrefetchDistance = 8;
+
+void prefetchItem(const std::vector<ConfigItem*>& items, std::size_t i) {
+#if defined(__GNUC__)
+    if (i < items.size() && items[i] != nullptr) {
+        const char* item = reinterpret_cast<const char*>(items[i]);
+        for (int offset = 0; offset < 512; offset += 64) {
+            __builtin_prefetch(item + offset);
+        }
+    }
+#else
+    (void)items;
+    (void)i;
+#endif
+}
+
+// A key or combination that fires an item. Its first key is also what the
+// item matches on: a key that is not set matches no trigger, and every item
+// matches only on the first keys of its own triggers, which TriggerFires
+// then confirms by the item's rules.
+struct Trigger {
+    int item;
+    std::size_t hash;  // of `first`, taken while the item is at hand
+    const ConfigKey* first;
+    const ConfigKey* second;
+};
+
+// The triggers by hash, each hash's in item order, with a table from a hash
+// to its first position: a binary search over a large index would miss the
+// cache at every step.
+class TriggerIndex {
+public:
+    explicit TriggerIndex(const std::vector<Trigger>& triggers) : triggers_(triggers) {
+        order_.resize(triggers.size());
+        for (std::size_t k = 0; k < order_.size(); ++k) {
+            order_[k] = static_cast<std::uint32_t>(k);
+        }
+        std::sort(order_.begin(), order_.end(), [&triggers](std::uint32_t a, std::uint32_t b) {
+            return triggers[a].hash != triggers[b].hash ? triggers[a].hash < triggers[b].hash
+                                                        : a < b;
+        });
+        std::size_t size = 16;
+        while (size < order_.size() * 2) {
+            size *= 2;
+        }
+        slots_.assign(size, kEmpty);
+        for (std::size_t k = 0; k < order_.size(); ++k) {
+            if (k == 0 || hashAt(k) != hashAt(k - 1)) {
+                std::size_t slot = hashAt(k) & (slots_.size() - 1);
+                while (slots_[slot] != kEmpty) {
+                    slot = (slot + 1) & (slots_.size() - 1);
+                }
+                slots_[slot] = k;
+            }
+        }
+    }
+
+    /// Calls `visit(trigger)` for every trigger with `hash`, in item order.
+    template <typename Visit>
+    void forEach(std::size_t hash, Visit visit) const {
+        std::size_t k = order_.size();
+        for (std::size_t slot = hash & (slots_.size() - 1); slots_[slot] != kEmpty;
+             slot = (slot + 1) & (slots_.size() - 1)) {
+            if (hashAt(slots_[slot]) == hash) {
+                k = slots_[slot];
+                break;
+            }
+        }
+        for (; k < order_.size() && hashAt(k) == hash; ++k) {
+            visit(triggers_[order_[k]]);
+        }
+    }
+
+private:
+    std::size_t hashAt(std::size_t k) const { return triggers_[order_[k]].hash; }
+
+    static constexpr std::size_t kEmpty = ~std::size_t{0};
+    const std::vector<Trigger>& triggers_;
+    std::vector<std::uint32_t> order_;
+    std::vector<std::size_t> slots_;
+};
+
+// The pairs already found, in one flat table: a crowded keymap has tens of
+// thousands, and a node apiece would cost an allocation each.
+class PairSet {
+public:
+    /// Whether the pair `id` is in the set.
+    bool contains(std::uint64_t id) const {
+        if (slots_.empty()) {
+            return false;
+        }
+        for (std::size_t slot = slotOf(id, slots_.size()); slots_[slot] != kEmpty;
+             slot = (slot + 1) & (slots_.size() - 1)) {
+            if (slots_[slot] == id) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// Adds the pair `id`, which is not in the set yet.
+    void insert(std::uint64_t id) {
+        if ((size_ + 1) * 2 > slots_.size()) {
+            std::vector<std::uint64_t> old(std::max<std::size_t>(64, slots_.size() * 2), kEmpty);
+            old.swap(slots_);
+            for (const std::uint64_t kept : old) {
+                if (kept != kEmpty) {
+                    place(kept);
+                }
+            }
+        }
+        place(id);
+        ++size_;
+    }
+
+private:
+    // No pair has this id: its first index would exceed every second one.
+    static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
+
+    static std::size_t slotOf(std::uint64_t id, std::size_t size) {
+        return static_cast<std::size_t>((id * 0x9E3779B97F4A7C15ull) >> 32) & (size - 1);
+    }
+
+    void place(std::uint64_t id) {
+        std::size_t slot = slotOf(id, slots_.size());
+        while (slots_[slot] != kEmpty) {
+            slot = (slot + 1) & (slots_.size() - 1);
+        }
+        slots_[slot] = id;
+    }
+
+    std::vector<std::uint64_t> slots_;
+    std::size_t size_ = 0;
+};
 
 }  // namespace
 
 std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
-    const int count = static_cast<int>(items.size());
-    std::unordered_map<std::string, std::vector<int>> buckets;
-    for (int i = 0; i < count; ++i) {
-        if (items[i] == nullptr) {
-            continue;
-        }
-        for (const ConfigKey* key : matchedKeysOf(*items[i])) {
-            std::vector<int>& bucket = buckets[bucketOf(*key)];
-            if (bucket.empty() || bucket.back() != i) {
-                bucket.push_back(i);
-            }
+    // One pass over the items collects their triggers; the search then reads
+    // only this array and the few items a trigger may fire.
+    std::vector<Trigger> triggers;
+    triggers.reserve(items.size() * 2);
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        prefetchItem(items, i + kPrefetchDistance);
+        if (items[i] != nullptr) {
+            ForEachTrigger(
+                *items[i], [&](const ConfigKey& first, const ConfigKey& second, const char*) {
+                    triggers.push_back({static_cast<int>(i), hashOf(first), &first, &second});
+                });
         }
     }
+    const TriggerIndex index(triggers);
 
     std::vector<Collision> collisions;
-    std::unordered_set<std::uint64_t> known;
-    for (int i = 0; i < count; ++i) {
-        if (items[i] == nullptr) {
-            continue;
-        }
-        for (const KeyTrigger& trigger : KeyTriggersOf(*items[i])) {
-            const auto bucket = buckets.find(bucketOf(trigger.first));
-            if (bucket == buckets.end()) {
-                continue;
+    PairSet known;
+    for (const Trigger& trigger : triggers) {
+        const int i = trigger.item;
+        // An item listed twice (two of its keys alike) is asked once.
+        int previous = -1;
+        index.forEach(trigger.hash, [&](const Trigger& other) {
+            const int j = other.item;
+            if (j == i || j == previous || !sameBucket(*other.first, *trigger.first)) {
+                return;
             }
-            // Items enter a bucket once each, in index order.
-            for (const int j : bucket->second) {
-                if (j == i || !TriggerFires(*items[j], trigger)) {
-                    continue;
-                }
-                const int a = i < j ? i : j;
-                const int b = i < j ? j : i;
-                const std::uint64_t id =
-                    (static_cast<std::uint64_t>(a) << 32) | static_cast<std::uint32_t>(b);
-                if (known.insert(id).second) {
-                    collisions.push_back({a, b, DescribeKeyTrigger(trigger)});
-                }
+            previous = j;
+            const int a = i < j ? i : j;
+            const int b = i < j ? j : i;
+            const std::uint64_t id =
+                (static_cast<std::uint64_t>(a) << 32) | static_cast<std::uint32_t>(b);
+            // A pair already found needs no second asking.
+            if (!known.contains(id) &&
+                Fires(*items[static_cast<std::size_t>(j)], *trigger.first, *trigger.second)) {
+                known.insert(id);
+                KeyTrigger described;
+                described.first = *trigger.first;
+                described.second = *trigger.second;
+                described.combination = trigger.second->isSet();
+                collisions.push_back({a, b, DescribeKeyTrigger(described)});
             }
-        }
+        });
     }
     return collisions;
 }

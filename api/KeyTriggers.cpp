@@ -4,54 +4,38 @@
 
 #include "zuno-keymapmanager/api/KeyTriggers.h"
 
-#include "zuno-keymapmanager/items/ComposableItems.h"
-#include "zuno-keymapmanager/items/DiamondConfigItem.h"
+#include "api/TriggerRules.h"
 
 namespace zunokeymapmanager {
 
-namespace {
+namespace check {
 
-void add(std::vector<KeyTrigger>& out, const ConfigKey& first, const ConfigKey& second,
-         const char* role) {
-    if (!first.isSet()) {
-        return;
+bool Fires(ConfigItem& item, const ConfigKey& first, const ConfigKey& second) {
+    if (auto* composable = dynamic_cast<ComposableConfigItem*>(&item)) {
+        return second.isSet() ? composable->MatchComposableConfigKey(first, second)
+                              : composable->MatchConfigKey(first);
     }
-    KeyTrigger trigger;
-    trigger.first = first;
-    trigger.second = second;
-    trigger.combination = second.isSet();
-    trigger.role = role;
-    out.push_back(std::move(trigger));
+    return item.MatchConfigKey(first);
 }
 
-}  // namespace
+}  // namespace check
 
 std::vector<KeyTrigger> KeyTriggersOf(const ConfigItem& item) {
     std::vector<KeyTrigger> out;
-    const ConfigKey none;
-    if (const auto* pair = dynamic_cast<const PairConfigItem*>(&item)) {
-        add(out, pair->positive_key.key, pair->positive_key.second_key, "positive");
-        add(out, pair->negative_key.key, pair->negative_key.second_key, "negative");
-    } else if (const auto* composable = dynamic_cast<const ComposableConfigItem*>(&item)) {
-        add(out, composable->key, composable->second_key, "key");
-    } else if (const auto* diamond = dynamic_cast<const DiamondConfigItem*>(&item)) {
-        add(out, diamond->top, none, "top");
-        add(out, diamond->right, none, "right");
-        add(out, diamond->bottom, none, "bottom");
-        add(out, diamond->left, none, "left");
-    } else {
-        add(out, item.key, none, "key");
-    }
+    check::ForEachTrigger(
+        item, [&out](const ConfigKey& first, const ConfigKey& second, const char* role) {
+            KeyTrigger trigger;
+            trigger.first = first;
+            trigger.second = second;
+            trigger.combination = second.isSet();
+            trigger.role = role;
+            out.push_back(std::move(trigger));
+        });
     return out;
 }
 
 bool TriggerFires(ConfigItem& item, const KeyTrigger& trigger) {
-    if (auto* composable = dynamic_cast<ComposableConfigItem*>(&item)) {
-        return trigger.combination
-                   ? composable->MatchComposableConfigKey(trigger.first, trigger.second)
-                   : composable->MatchConfigKey(trigger.first);
-    }
-    return item.MatchConfigKey(trigger.first);
+    return check::Fires(item, trigger.first, trigger.combination ? trigger.second : ConfigKey());
 }
 
 std::string DescribeConfigKey(const ConfigKey& key) {

@@ -113,19 +113,28 @@ void checkLoaded(const KeymapConfig& doc, const json::ArrayPtr& elements, CheckR
     });
     report.findings.insert(report.findings.end(), items.begin(), items.end());
 
-    for (const check::Collision& collision : check::FindCollisions(doc.items)) {
-        Finding finding = check::MakeFinding(
-            FindingKind::KeyCollision, FindingSeverity::Warning, std::string(),
-            element[static_cast<std::size_t>(collision.first)],
-            doc.items[static_cast<std::size_t>(collision.first)]->type, std::string());
+    const std::vector<check::Collision> collisions = check::FindCollisions(doc.items);
+    report.findings.reserve(report.findings.size() + collisions.size());
+    for (const check::Collision& collision : collisions) {
+        const std::size_t first = static_cast<std::size_t>(collision.first);
+        const std::size_t second = static_cast<std::size_t>(collision.second);
+        report.findings.emplace_back();
+        Finding& finding = report.findings.back();
+        finding.kind = FindingKind::KeyCollision;
+        finding.severity = FindingSeverity::Warning;
+        finding.item_index = element[first];
+        finding.item_type = doc.items[first]->type;
         finding.path = check::ElementPath(finding.item_index);
-        finding.other_index = element[static_cast<std::size_t>(collision.second)];
-        finding.other_type = doc.items[static_cast<std::size_t>(collision.second)]->type;
+        finding.other_index = element[second];
+        finding.other_type = doc.items[second]->type;
         finding.keys = collision.keys;
-        finding.message = finding.path + " (" + finding.item_type + ") and " +
-                          check::ElementPath(finding.other_index) + " (" + finding.other_type +
-                          ") collide: both fire on " + collision.keys;
-        report.findings.push_back(std::move(finding));
+        finding.message.reserve(64 + finding.item_type.size() + finding.other_type.size() +
+                                finding.keys.size());
+        finding.message += finding.path;
+        finding.message += " (" + finding.item_type + ") and ";
+        finding.message += check::ElementPath(finding.other_index);
+        finding.message += " (" + finding.other_type + ") collide: both fire on ";
+        finding.message += finding.keys;
     }
 }
 

@@ -20,7 +20,8 @@
 namespace zunokeymapmanager {
 namespace check {
 
-extern const char* const kKeymapSchemaText;
+extern const char* const kKeymapSchemaParts[];
+extern const std::size_t kKeymapSchemaPartCount;
 
 namespace {
 
@@ -30,8 +31,12 @@ using Poco::JSON::Object;
 // Parsed once, on first use; read-only after that, so threads may share it.
 struct CompiledSchema {
     CompiledSchema() {
+        std::string text;
+        for (std::size_t i = 0; i < kKeymapSchemaPartCount; ++i) {
+            text += kKeymapSchemaParts[i];
+        }
         Poco::JSON::Parser parser;
-        const Var parsed = parser.parse(kKeymapSchemaText);
+        const Var parsed = parser.parse(text);
         root = parsed.extract<Object::Ptr>();
         valijson::SchemaParser schemaParser(valijson::SchemaParser::kDraft7);
         schemaParser.populateSchema(valijson::adapters::PocoJsonAdapter(parsed), schema);

@@ -36,8 +36,8 @@ std::string refOf(const Object::Ptr& node) {
 
 }  // namespace
 
-SchemaPaths::SchemaPaths(Object::Ptr root, Var document)
-    : _root(std::move(root)), _document(std::move(document)) {}
+SchemaPaths::SchemaPaths(Object::Ptr root, const Var& document)
+    : _root(std::move(root)), _document(document) {}
 
 Object::Ptr SchemaPaths::resolve(const Object::Ptr& node) const {
     const std::string name = refOf(node);
@@ -140,7 +140,7 @@ std::string SchemaPaths::typeOf(const SchemaPlace& place) {
     if (node.isNull() || !node->has("type") || node->get("type").type() != typeid(std::string)) {
         return std::string();
     }
-    const std::string type = node->getValue<std::string>("type");
+    std::string type = node->getValue<std::string>("type");
     if (type == "array") {
         const Object::Ptr items = node->getObject("items");
         const SchemaPlace element{Var(), items, items};

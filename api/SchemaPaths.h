@@ -31,7 +31,7 @@ class SchemaPaths
 /// Walks the document `document` and the schema `root` together.
 {
 public:
-    SchemaPaths(Poco::JSON::Object::Ptr root, Poco::Dynamic::Var document);
+    SchemaPaths(Poco::JSON::Object::Ptr root, const Poco::Dynamic::Var& document);
 
     /// The place reached through `tokens` (member names and array indices,
     /// as the validator lists them, without brackets); `path` receives the

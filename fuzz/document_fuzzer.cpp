@@ -75,5 +75,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string text(reinterpret_cast<const char*>(data), size);
     roundTrip(text, false);
     roundTrip(text, true);
+    // The check takes any text without calling the host back; a failed load
+    // is always one of its errors.
+    failures = 0;
+    const km::CheckReport report = km::CheckKeymapDocument(text, size % 2 == 1);
+    if (failures != 0 || (report.diagnostic.failed && report.errors() == 0)) {
+        fail("the check called back or lost the failed load", text, report.diagnostic.message);
+    }
     return 0;
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fstream>
 #include <list>
 #include <thread>
 
@@ -107,6 +108,7 @@ TEST(Tool, CommandsStatusAndOutput) {
     const std::string invalid = doc(item("Spell") + "," + item("Eye", unset, "top_key"));
     const std::string macros =
         doc(item("Macro", R"(["loop_end","jump twice"])", "release_actions"));
+    const std::string warned = doc(set(item("Wheel"), "sensitivty", "5"));
     TempFile compact, copy, unloadable;
     compact.write(documentWith(item("Spell", kQ)));
     const std::string saved = saveText(loadText(compact.read()).get());
@@ -163,6 +165,8 @@ TEST(Tool, CommandsStatusAndOutput) {
         {1,
          {"check", macros},
          {"keymaps[0] (Macro): release_actions line 2: not a macro command: \"jump"}},
+        {0, {"check", warned}, {"keymaps[0].sensitivty (Wheel): unknown member", "ok, 2 warning"}},
+        {1, {"check", "--strict", warned}, {"did you mean sensitivity?"}},
         {0, {"fmt", kBlank}, {"\"keymaps\": [", "\"wheel_policy\""}},
         {0, {"fmt", "--check", kShooter}, {}},
         {0, {"fmt", "--check", "--joystick", kGamepad}, {}},
@@ -306,6 +310,33 @@ TEST(Tool, NonAsciiFileNamesAndExactBytes) {
         EXPECT_EQ(run({"fmt", "-"}, saved).out, saved) << "from standard input";
         EXPECT_EQ(dir.entries(), (std::vector<std::string>{name, name + ".out"}));
     }
+}
+
+// Every example script of the macro guide passes: editing scripts the grammar
+// check, running scripts the conversion (a line no command accepts exits 1).
+TEST(Tool, MacroGuideExamplesAreCommands) {
+    std::ifstream guide(ZUNO_KM_EXAMPLES_DIR "/../docs/macro.md");
+    ASSERT_TRUE(guide) << "docs/macro.md";
+    std::string line;
+    std::string block;
+    std::string form;
+    int blocks = 0;
+    while (std::getline(guide, line)) {
+        if (form.empty() && line.rfind("```macro-", 0) == 0) {
+            form = line.substr(9);
+            block.clear();
+        } else if (!form.empty() && line == "```") {
+            SCOPED_TRACE(form + " example:\n" + block);
+            const Result result = run({"macro", form == "editing" ? "check" : "to-editing"}, block);
+            EXPECT_EQ(result.status, 0) << result.out << result.err;
+            EXPECT_TRUE(form == "editing" || form == "running");
+            form.clear();
+            ++blocks;
+        } else if (!form.empty()) {
+            block += line + "\n";
+        }
+    }
+    EXPECT_GE(blocks, 10);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
+#include <vector>
 
 #include "ItemShapes.h"
 #include "SvgWriter.h"
@@ -48,7 +48,7 @@ const char* const kStyle =
     ".legend .problem{stroke-width:3}"
     ".invalid>.problem-invalid{stroke:#ff1f1f;stroke-dasharray:9 5}"
     ".collision>.problem-collision{stroke:#ffa000}"
-    ".hidden{opacity:0.35}"
+    ".hidden>.geometry,.hidden>.link,.hidden>.touch,.hidden>.marker,.hidden>.caption{opacity:0.35}"
     ".panel{fill:#111827;fill-opacity:0.8}"
     ".legend text{fill:#fff;text-anchor:start}";
 
@@ -94,27 +94,47 @@ std::string base64(const std::string& bytes) {
 }
 
 // What the check says of one item: its marks and the reasons for its tooltip.
+// An item may collide with thousands of others in a large document; its
+// tooltip names the first few, so the picture grows with the items, not with
+// the pairs.
+constexpr std::size_t kReasonsShown = 4;
+
 struct Problems {
     bool invalid = false;
     bool collision = false;
-    std::vector<std::string> reasons;
+    std::vector<const std::string*> reasons;
+    std::size_t more = 0;
+
+    void add(const std::string& message) {
+        if (reasons.size() < kReasonsShown) {
+            reasons.push_back(&message);
+        } else {
+            ++more;
+        }
+    }
 };
 
-std::map<int, Problems> problemsByItem(const km::CheckReport& report, std::size_t& count) {
-    std::map<int, Problems> result;
+std::vector<Problems> problemsByItem(const km::CheckReport& report, std::size_t items,
+                                     std::size_t& count) {
+    std::vector<Problems> result(items);
     count = 0;
+    const auto known = [items](int index) {
+        return index >= 0 && static_cast<std::size_t>(index) < items;
+    };
     for (const km::Finding& finding : report.findings) {
-        if (finding.kind == km::FindingKind::InvalidItem && finding.item_index >= 0) {
-            Problems& p = result[finding.item_index];
-            p.invalid = true;
-            p.reasons.push_back(finding.message);
+        if (finding.kind == km::FindingKind::InvalidItem) {
+            if (known(finding.item_index)) {
+                Problems& p = result[static_cast<std::size_t>(finding.item_index)];
+                p.invalid = true;
+                p.add(finding.message);
+            }
             ++count;
         } else if (finding.kind == km::FindingKind::KeyCollision) {
             for (const int index : {finding.item_index, finding.other_index}) {
-                if (index >= 0) {
-                    Problems& p = result[index];
+                if (known(index)) {
+                    Problems& p = result[static_cast<std::size_t>(index)];
                     p.collision = true;
-                    p.reasons.push_back(finding.message);
+                    p.add(finding.message);
                 }
             }
             ++count;
@@ -124,7 +144,8 @@ std::map<int, Problems> problemsByItem(const km::CheckReport& report, std::size_
 }
 
 void drawItem(SvgWriter& svg, const Canvas& canvas, const km::ConfigItem& item, int index,
-              const Problems* problems) {
+              const Problems& found) {
+    const Problems* problems = found.invalid || found.collision ? &found : nullptr;
     const TypeShape* shape = FindTypeShape(item.type);
     std::string cls = "item";
     if (!item.icon.visibility) {
@@ -151,8 +172,11 @@ void drawItem(SvgWriter& svg, const Canvas& canvas, const km::ConfigItem& item, 
         tooltip += " \xE2\x80\x94 " + item.icon.description;
     }
     if (problems != nullptr) {
-        for (const std::string& reason : problems->reasons) {
-            tooltip += "\n" + reason;
+        for (const std::string* reason : problems->reasons) {
+            tooltip += "\n" + *reason;
+        }
+        if (problems->more > 0) {
+            tooltip += "\n\xE2\x80\xA6 and " + std::to_string(problems->more) + " more";
         }
     }
     svg.open("title").text(tooltip);
@@ -272,9 +296,9 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
         canvas.height = options.height;
     }
     std::size_t problemCount = 0;
-    const std::map<int, Problems> problems = problemsByItem(report, problemCount);
+    const std::vector<Problems> problems = problemsByItem(report, doc.items.size(), problemCount);
 
-    SvgWriter svg(4096 + doc.items.size() * 900 + options.background.bytes.size() * 4 / 3);
+    SvgWriter svg(4096 + doc.items.size() * 1600 + options.background.bytes.size() * 4 / 3);
     svg.raw("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
     svg.open("svg")
         .attr("xmlns", "http://www.w3.org/2000/svg")
@@ -316,10 +340,7 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
         if (doc.items[i] == nullptr) {
             continue;
         }
-        const int index = static_cast<int>(i);
-        const auto found = problems.find(index);
-        drawItem(svg, canvas, *doc.items[i], index,
-                 found == problems.end() ? nullptr : &found->second);
+        drawItem(svg, canvas, *doc.items[i], static_cast<int>(i), problems[i]);
     }
     svg.end("g");
 

@@ -66,7 +66,7 @@ int runAdd(const AddOptions& options) {
     }
     std::size_t index = 0;
     const int status = EditDocument(
-        "add", options.file, options.joystick, true, [&](Poco::JSON::Object::Ptr root) {
+        "add", options.file, options.joystick, true, [&](const Poco::JSON::Object::Ptr& root) {
             Poco::JSON::Object::Ptr object = new Poco::JSON::Object(item->ConvertToJsonObject());
             Poco::JSON::Object::Ptr wrapper = new Poco::JSON::Object();
             wrapper->set("item", object);

@@ -36,13 +36,13 @@ km::CheckReport checkOne(const std::string& source, bool joystick, Loaded& loade
         report.findings.push_back(finding);
         return report;
     }
-    return km::CheckKeymapDocument(loaded.text, joystick, loaded.source);
+    return km::CheckKeymapDocument(loaded.text, loaded.joystick, loaded.source);
 }
 
 int runCheck(const std::vector<std::string>& files, bool asJson, bool joystick, bool strict) {
     int status = kClean;
     std::size_t total = 0;
-    Array::Ptr documents = new Array();
+    Array documents;
     for (const std::string& file : files) {
         Loaded loaded;
         const km::CheckReport report = checkOne(file, joystick, loaded);
@@ -53,7 +53,7 @@ int runCheck(const std::vector<std::string>& files, bool asJson, bool joystick, 
             status = kProblems;
         }
         if (asJson) {
-            documents->add(CheckReportJson(loaded.source, report));
+            documents.add(CheckReportJson(loaded.source, report));
         } else {
             PrintCheckReport(std::cout, loaded.source, report);
         }

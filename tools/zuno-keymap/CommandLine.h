@@ -30,6 +30,7 @@ void AddSetCommand(CLI::App& app);
 void AddMacroCommand(CLI::App& app);
 void AddKeyCommand(CLI::App& app);
 void AddRenderCommand(CLI::App& app);
+void AddEditCommand(CLI::App& app);
 
 /// A subcommand of `parent` with a one-line `summary` (shown in the parent's
 /// command list) and a `details` text shown under its usage line in its help.

@@ -75,6 +75,7 @@ Loaded Load(const std::string& given, bool joystick) {
     const std::string source = builtIn != nullptr ? builtIn->libraryName : given;
     Loaded result;
     result.source = given == "-" ? "<stdin>" : given;
+    result.joystick = joystick;
     std::string data;
     if (source == "-") {
         if (!ReadInput("-", data)) {

@@ -34,6 +34,8 @@ struct Loaded {
     std::string text;
     /// True when the input could not be read at all (exit status 2).
     bool unreadable = false;
+    /// Loaded as a gamepad document.
+    bool joystick = false;
 };
 
 /// A document compiled into the library, under a short name of the tool's.
@@ -52,7 +54,7 @@ std::string BuiltInsHelp();
 
 /// Loads `source`: "-" reads standard input, a built-in name loads that
 /// built-in, anything else is a file path. Gamepad documents with `joystick`
-/// (a gamepad built-in is one anyway).
+/// (a gamepad built-in is one anyway; Loaded::joystick says which it was).
 Loaded Load(const std::string& source, bool joystick);
 
 /// Whether `name` is a built-in document of the given kind.

@@ -4,13 +4,11 @@
 
 #include "DocumentEdit.h"
 
-#include <sys/stat.h>
-
-#include <cerrno>
 #include <iostream>
 #include <sstream>
 
 #include <Poco/Exception.h>
+#include <Poco/File.h>
 #include <Poco/JSON/Parser.h>
 #include <Poco/JSON/Stringifier.h>
 
@@ -131,7 +129,7 @@ Var containerOf(const Object::Ptr& root, const std::vector<Step>& steps, std::st
 
 }  // namespace
 
-int SetMember(const std::string& command, Object::Ptr root, const std::string& path,
+int SetMember(const std::string& command, const Object::Ptr& root, const std::string& path,
               const std::string& value, bool joystick) {
     std::vector<Step> steps;
     if (!parsePath(path, steps)) {
@@ -176,13 +174,16 @@ bool HasMember(const Poco::JSON::Object::Ptr& root, const std::string& path) {
 }
 
 int EditDocument(const std::string& command, const std::string& file, bool joystick, bool mayCreate,
-                 const std::function<int(Object::Ptr root)>& edit,
+                 const std::function<int(const Object::Ptr& root)>& edit,
                  const std::vector<std::string>& kept) {
     if (file == "-" || IsBuiltIn(file, joystick)) {
         return UsageError(command, "FILE must be a file to write, not '" + file + "'");
     }
-    struct stat info {};
-    const bool missing = ::stat(file.c_str(), &info) != 0 && errno == ENOENT;
+    bool missing = false;
+    try {
+        missing = !Poco::File(file).exists();  // a UTF-8 path on every platform
+    } catch (const Poco::Exception&) {
+    }
     Loaded loaded =
         Load(missing && mayCreate ? (joystick ? "blank-gamepad" : "blank") : file, joystick);
     loaded.source = file;

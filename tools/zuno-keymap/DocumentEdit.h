@@ -27,7 +27,7 @@ namespace zunokeymap {
 /// status is 1; when a member path of `kept` is missing from what the
 /// library saves (a member it does not know), nothing is written either.
 int EditDocument(const std::string& command, const std::string& file, bool joystick, bool mayCreate,
-                 const std::function<int(Poco::JSON::Object::Ptr root)>& edit,
+                 const std::function<int(const Poco::JSON::Object::Ptr& root)>& edit,
                  const std::vector<std::string>& kept = {});
 
 /// Sets the member at `path` ("keymaps[0].spell_info.rel_radius") below
@@ -37,8 +37,8 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
 /// Every step but the last must exist; a missing last member is added (a
 /// member whose name ends in "key" takes keys). Returns an exit status,
 /// reporting errors.
-int SetMember(const std::string& command, Poco::JSON::Object::Ptr root, const std::string& path,
-              const std::string& value, bool joystick);
+int SetMember(const std::string& command, const Poco::JSON::Object::Ptr& root,
+              const std::string& path, const std::string& value, bool joystick);
 
 }  // namespace zunokeymap
 

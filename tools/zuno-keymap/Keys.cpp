@@ -52,7 +52,7 @@ std::string lower(std::string text) {
 }
 
 std::string withoutAffix(const std::string& caption) {
-    const std::string folded = lower(caption);
+    std::string folded = lower(caption);
     const std::string suffix = "_mouse";
     const std::string prefix = "direction_";
     if (folded.size() > suffix.size() &&

@@ -141,6 +141,7 @@ std::string UnifiedDiff(const std::string& before, const std::string& after,
     }
 
     std::vector<Step> steps;
+    steps.reserve(a.size() + b.size());
     for (int i = 0; i < lo; ++i) {
         steps.push_back({' ', i, i});
     }

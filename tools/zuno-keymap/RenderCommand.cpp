@@ -9,36 +9,15 @@
 #include <string>
 #include <vector>
 
-#include <ImageHeader.h>
 #include <SvgRenderer.h>
 
 #include "CommandLine.h"
 #include "Common.h"
+#include "ScreenOptions.h"
 
 namespace zunokeymap {
 
 namespace {
-
-// "1920x1080": two positive integers of a sensible size.
-bool parseSize(const std::string& text, int& width, int& height) {
-    constexpr int kMaxSide = 32767;
-    const std::size_t x = text.find('x');
-    if (x == std::string::npos) {
-        return false;
-    }
-    const std::string w = text.substr(0, x);
-    const std::string h = text.substr(x + 1);
-    const auto digits = [](const std::string& s) {
-        return !s.empty() && s.size() <= 5 &&
-               s.find_first_not_of("0123456789") == std::string::npos;
-    };
-    if (!digits(w) || !digits(h)) {
-        return false;
-    }
-    width = std::stoi(w);
-    height = std::stoi(h);
-    return width > 0 && height > 0 && width <= kMaxSide && height <= kMaxSide;
-}
 
 std::string baseName(const std::string& path) {
     const std::size_t slash = path.find_last_of("/\\");
@@ -56,25 +35,9 @@ struct RenderArguments {
 int runRender(const RenderArguments& args) {
     const bool joystick = args.joystick;
     render::RenderOptions picture;
-    const std::string& size = args.size;
-    if (!size.empty() && !parseSize(size, picture.width, picture.height)) {
-        return UsageError("render",
-                          "--size wants WIDTHxHEIGHT, such as 1920x1080, not '" + size + "'");
-    }
-    const std::string& backgroundPath = args.background;
-    if (!backgroundPath.empty()) {
-        std::string bytes;
-        if (!ReadInput(backgroundPath, bytes) || backgroundPath == "-") {
-            return UsageError("render", "cannot read the background '" + backgroundPath + "'");
-        }
-        const std::string error = render::ReadBackground(std::move(bytes), picture.background);
-        if (!error.empty()) {
-            return UsageError("render", "background '" + backgroundPath + "': " + error);
-        }
-        if (size.empty()) {
-            picture.width = picture.background.width;
-            picture.height = picture.background.height;
-        }
+    const std::string error = ReadScreenOptions(args.size, args.background, picture);
+    if (!error.empty()) {
+        return UsageError("render", error);
     }
 
     const Loaded loaded = Load(args.file, joystick);
@@ -82,7 +45,8 @@ int runRender(const RenderArguments& args) {
         std::cerr << loaded.source << ": error: " << loaded.diagnostic.message << "\n";
         return loaded.unreadable ? kUsage : kProblems;
     }
-    const km::CheckReport report = km::CheckKeymapDocument(loaded.text, joystick, loaded.source);
+    const km::CheckReport report =
+        km::CheckKeymapDocument(loaded.text, loaded.joystick, loaded.source);
     picture.title = baseName(loaded.source);
     const std::string svg = render::RenderSvg(*loaded.doc, report, picture);
 
@@ -112,15 +76,15 @@ void AddRenderCommand(CLI::App& app) {
         "load, 2 on a usage error or when a file cannot be read or written.\n");
     command.add_option("FILE", args->file, "the document to draw")->required();
     command.add_option("-o,--output", args->output, "write to OUT instead of standard output")
-        ->option_text("OUT");
+        ->type_name("OUT");
     command
         .add_option("--size", args->size,
                     "the screen in pixels (default 1920x1080, or the background's size)")
-        ->option_text("WxH");
+        ->type_name("WxH");
     command
         .add_option("--background", args->background,
                     "a PNG or JPEG image (a screenshot) drawn under the items and embedded")
-        ->option_text("IMAGE");
+        ->type_name("IMAGE");
     command.add_flag("--joystick", args->joystick, "load FILE as a gamepad document");
     OnRun(command, [args] { return runRender(*args); });
 }

@@ -37,7 +37,7 @@ int runSet(const SetOptions& options) {
     }
     return EditDocument(
         "set", options.file, options.joystick, false,
-        [&options](Poco::JSON::Object::Ptr root) {
+        [&options](const Poco::JSON::Object::Ptr& root) {
             for (const std::string& assignment : options.assignments) {
                 const std::size_t equals = assignment.find('=');
                 if (const int status = SetMember("set", root, assignment.substr(0, equals),

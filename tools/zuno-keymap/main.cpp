@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
     AddMacroCommand(*app);
     AddKeyCommand(*app);
     AddRenderCommand(*app);
+    AddEditCommand(*app);
     const int status = RunCommandLine(*app, line.argc(), line.argv());
     std::cout.flush();
     return std::cout ? status : kUsage;

@@ -1,0 +1,175 @@
+//
+// CheckBench.cpp
+//
+// The document check. Its collision search must grow with the items, not
+// with their pairs: 20,000 items against 2,000 is the ratio that tells. The
+// whole check, schema included, is measured against loading the same text.
+//
+// Naming: a case "BM_X" is paired with its baseline "BM_X_Baseline"; the
+// counter "bar" is the largest acceptable ratio of the two (bench/run).
+//
+
+#include <map>
+#include <string>
+
+#include <Poco/JSON/Array.h>
+#include <Poco/JSON/Object.h>
+#include <Poco/JSON/ParseHandler.h>
+#include <Poco/JSON/Parser.h>
+#include <Poco/JSON/Stringifier.h>
+#include <benchmark/benchmark.h>
+
+#include <zuno-keymapmanager/keymapmanager.h>
+
+#include "CheckedDocument.h"
+#include "DocumentGenerator.h"
+#include "api/KeyCollisions.h"
+
+namespace {
+
+namespace km = zunokeymapmanager;
+using Poco::JSON::Array;
+using Poco::JSON::Object;
+
+constexpr std::size_t kItems = 2000;
+
+// Gives every key of the generated document a code (or gamepad name) of its
+// own, except that every tenth item repeats the keys of the item before it:
+// a keymap with a collision per ten items, as hand-made ones have, rather
+// than the generator's forty keys shared by thousands of items.
+class KeySpreader {
+public:
+    void item(Object::Ptr element, bool repeat) {
+        next_ = repeat ? previous_ : next_;
+        previous_ = next_;
+        walk(element);
+    }
+
+private:
+    void walk(Object::Ptr object) {
+        if (object->has("device") && object->has("scan_code")) {
+            const int code = 1000 + next_++;
+            object->set("scan_code", code);
+            if (object->getValue<std::string>("device") == "joystick") {
+                object->set("text", "Pad" + std::to_string(code));
+            } else {
+                object->set("text", "");
+            }
+            return;
+        }
+        for (auto& member : *object) {
+            if (member.second.type() == typeid(Object::Ptr)) {
+                walk(member.second.extract<Object::Ptr>());
+            }
+        }
+    }
+
+    int next_ = 0;
+    int previous_ = 0;
+};
+
+std::string spreadDocument(std::size_t items) {
+    Poco::JSON::Parser parser(new Poco::JSON::ParseHandler(false));
+    const Object::Ptr root =
+        parser.parse(benchdocs::GenerateDocument(items)).extract<Object::Ptr>();
+    const Array::Ptr elements = root->getArray("keymaps");
+    KeySpreader spreader;
+    for (std::size_t i = 0; i < elements->size(); ++i) {
+        spreader.item(elements->getObject(static_cast<unsigned>(i)), i % 10 == 9);
+    }
+    std::ostringstream text;
+    Poco::JSON::Stringifier::stringify(root, text);
+    return text.str();
+}
+
+const std::string& spreadText(std::size_t items) {
+    static std::map<std::size_t, std::string> texts;
+    std::string& text = texts[items];
+    if (text.empty()) {
+        text = spreadDocument(items);
+    }
+    return text;
+}
+
+void BM_CheckCollisions(benchmark::State& state) {
+    const std::size_t items = static_cast<std::size_t>(state.range(0));
+    const benchdocs::DocumentPtr doc = benchdocs::loadChecked(spreadText(items), items);
+    std::size_t found = 0;
+    for (auto _ : state) {
+        found = km::check::FindCollisions(doc->items).size();
+        benchmark::DoNotOptimize(found);
+    }
+    state.counters["collisions"] = static_cast<double>(found);
+    state.counters["bar"] = 12;
+}
+
+// The same items searched as 2,000-item documents, one after the other, so
+// that each search finds its items no nearer in memory than the whole search
+// does: a linear search takes a tenth of the time, one over all pairs a
+// hundredth.
+void BM_CheckCollisions_Baseline(benchmark::State& state) {
+    const std::size_t items = static_cast<std::size_t>(state.range(0));
+    const benchdocs::DocumentPtr doc = benchdocs::loadChecked(spreadText(items), items);
+    std::vector<std::vector<km::ConfigItem*>> slices;
+    for (std::size_t first = 0; first < items; first += kItems) {
+        slices.emplace_back(doc->items.begin() + static_cast<std::ptrdiff_t>(first),
+                            doc->items.begin() + static_cast<std::ptrdiff_t>(first + kItems));
+    }
+    std::size_t next = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(km::check::FindCollisions(slices[next]).size());
+        next = (next + 1) % slices.size();
+    }
+    state.counters["bar"] = 12;
+}
+
+const std::string& generatedText() {
+    static const std::string text = [] {
+        std::string generated = benchdocs::GenerateDocument(kItems);
+        benchdocs::loadChecked(generated, kItems);
+        return generated;
+    }();
+    return text;
+}
+
+void BM_CheckDocument(benchmark::State& state) {
+    for (auto _ : state) {
+        const km::CheckReport report = km::CheckKeymapDocument(generatedText(), false);
+        benchmark::DoNotOptimize(report.findings.data());
+    }
+    state.counters["bar"] = 3;
+}
+
+void BM_CheckDocument_Baseline(benchmark::State& state) {
+    for (auto _ : state) {
+        km::KeymapConfig* doc =
+            km::LoadKeymapConfigAndInfo(benchdocs::kHostTextPath, generatedText());
+        benchmark::DoNotOptimize(doc);
+        delete doc;
+    }
+    state.counters["bar"] = 3;
+}
+
+// The whole check at growing sizes, fitted: it must come out linear.
+void BM_CheckDocumentGrowth(benchmark::State& state) {
+    const std::string& text = spreadText(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        const km::CheckReport report = km::CheckKeymapDocument(text, false);
+        benchmark::DoNotOptimize(report.findings.data());
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+}  // namespace
+
+BENCHMARK(BM_CheckCollisions)->Arg(20000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CheckCollisions_Baseline)->Arg(20000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CheckDocument)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CheckDocument_Baseline)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CheckDocumentGrowth)
+    ->Arg(1000)
+    ->Arg(2000)
+    ->Arg(4000)
+    ->Arg(8000)
+    ->Complexity(benchmark::oN)
+    ->Unit(benchmark::kMillisecond);

@@ -1,0 +1,41 @@
+// The editor server's HTTP contract (docs/editor.md), as functions. The
+// token comes from the page's own address and goes out as a Bearer header.
+
+const token = new URLSearchParams(location.search).get('token') || '';
+
+async function call(method, path, body) {
+  const headers = { Authorization: `Bearer ${token}` };
+  const init = { method, headers, cache: 'no-store' };
+  if (body !== undefined) {
+    headers['Content-Type'] = 'application/json';
+    init.body = typeof body === 'string' ? body : JSON.stringify(body);
+  }
+  const response = await fetch(path, init);
+  const type = response.headers.get('Content-Type') || '';
+  const data = type.startsWith('application/json') ? await response.json() : await response.text();
+  return { status: response.status, ok: response.ok, data,
+    unsaved: response.headers.get('X-Keymap-Unsaved') };
+}
+
+async function must(promise) {
+  const answer = await promise;
+  if (!answer.ok) {
+    throw new Error(answer.data && answer.data.error ? answer.data.error : `HTTP ${answer.status}`);
+  }
+  return answer.data;
+}
+
+export const api = {
+  state: () => must(call('GET', '/api/state')),
+  document: () => call('GET', '/api/document'),
+  putDocument: (text) => call('PUT', '/api/document', text),
+  check: () => must(call('GET', '/api/check')),
+  render: () => must(call('GET', '/api/render.svg')),
+  save: (force) => call('POST', force ? '/api/save?force=1' : '/api/save', {}),
+  schema: () => must(call('GET', '/api/schema')),
+  types: async () => (await must(call('GET', '/api/types'))).types,
+  item: (type) => must(call('GET', `/api/item?type=${encodeURIComponent(type)}`)),
+  key: (params) => must(call('GET', `/api/key?${new URLSearchParams(params)}`)),
+  macroCheck: async (lines) => (await must(call('POST', '/api/macro/check', { lines }))).bad,
+  macroRunning: async (lines) => (await must(call('POST', '/api/macro/running', { lines }))).lines,
+};

@@ -1,0 +1,71 @@
+//
+// EditorApi.h
+//
+// The editor's HTTP contract as one function of a request: the door (Host,
+// token, method, size and type of the body) and every route behind it. The
+// server only moves bytes between sockets and this class; see docs/editor.md.
+//
+
+#ifndef ZUNO_KEYMAP_EDITOR_EDITORAPI_H
+#define ZUNO_KEYMAP_EDITOR_EDITORAPI_H
+
+#include <cstddef>
+#include <string>
+
+#include "EditorSession.h"
+#include "HttpMessage.h"
+
+namespace zunokeymap {
+namespace editor {
+
+class EditorApi {
+public:
+    /// The largest body read; a larger one is answered 413.
+    static constexpr std::size_t kMaxBody = 16U * 1024U * 1024U;
+
+    /// Serves `session` on 127.0.0.1:`port` to clients that show `token`.
+    EditorApi(EditorSession& session, std::string token, int port);
+
+    /// Answers what can be decided from the method, the target and the
+    /// headers alone: a response with status 0 lets the request through, to
+    /// have its body read (at most kMaxBody bytes) and be handled.
+    HttpResponse screen(const HttpRequest& request) const;
+
+    /// The answer to `request`, its body read whole. Never throws.
+    HttpResponse handle(const HttpRequest& request);
+
+    const std::string& token() const { return token_; }
+    int port() const { return port_; }
+    void setPort(int port) { port_ = port; }
+
+    /// A fresh token: 256 random bits from the system, as hexadecimal.
+    static std::string MakeToken();
+
+private:
+    struct Route;
+    static const Route* findRoute(const std::string& path);
+    HttpResponse dispatch(const HttpRequest& request);
+
+    HttpResponse getDocument(const HttpRequest& request);
+    HttpResponse putDocument(const HttpRequest& request);
+    HttpResponse getCheck(const HttpRequest& request);
+    HttpResponse getRender(const HttpRequest& request);
+    HttpResponse postSave(const HttpRequest& request);
+    HttpResponse getState(const HttpRequest& request);
+    HttpResponse getSchema(const HttpRequest& request);
+    HttpResponse getTypes(const HttpRequest& request);
+    HttpResponse getItem(const HttpRequest& request);
+    HttpResponse getKey(const HttpRequest& request);
+    HttpResponse postMacroCheck(const HttpRequest& request);
+    HttpResponse postMacroRunning(const HttpRequest& request);
+    HttpResponse getPage(const HttpRequest& request) const;
+
+    EditorSession& session_;
+    const std::string token_;
+    int port_;
+};
+
+}  // namespace editor
+}  // namespace zunokeymap
+
+#endif  // ZUNO_KEYMAP_EDITOR_EDITORAPI_H

@@ -1,0 +1,185 @@
+//
+// EditorSession.cpp
+//
+
+#include "EditorSession.h"
+
+#include <sstream>
+
+#include <Poco/Exception.h>
+#include <Poco/File.h>
+#include <Poco/FileStream.h>
+#include <Poco/Path.h>
+#include <Poco/StreamCopier.h>
+
+namespace zunokeymap {
+namespace editor {
+
+namespace {
+
+const char* const kBlankDocument = "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300";
+
+}  // namespace
+
+bool ReadWholeFile(const std::string& path, std::string& bytes) {
+    try {
+        if (!Poco::File(path).isFile()) {
+            return false;
+        }
+        Poco::FileInputStream in(path, std::ios::in | std::ios::binary);
+        std::string content;
+        Poco::StreamCopier::copyToString(in, content);
+        if (in.bad()) {
+            return false;
+        }
+        bytes.swap(content);
+        return true;
+    } catch (const Poco::Exception&) {
+        return false;
+    }
+}
+
+bool PathExists(const std::string& path) {
+    try {
+        return Poco::File(path).exists();
+    } catch (const Poco::Exception&) {
+        return false;
+    }
+}
+
+EditorSession::EditorSession(std::string file, bool joystick, render::RenderOptions render)
+    : file_(std::move(file)), joystick_(joystick), render_(std::move(render)) {
+    fileExisted_ = PathExists(file_);
+    std::unique_ptr<km::KeymapConfig> doc;
+    if (fileExisted_ && !ReadWholeFile(file_, fileBytes_)) {
+        opened_ = Opened::Unreadable;
+        openDiagnostic_.failed = true;
+        openDiagnostic_.problem = km::LoadDiagnostic::Problem::Unreadable;
+        openDiagnostic_.source = file_;
+        openDiagnostic_.message = "cannot read the file";
+    } else if (fileExisted_ && !fileBytes_.empty()) {
+        doc.reset(load(fileBytes_, openDiagnostic_));
+        openDiagnostic_.source = file_;
+        opened_ = openDiagnostic_.failed ? Opened::Failed : Opened::Loaded;
+    } else {
+        // No file, or an empty one: start from the built-in blank document.
+        opened_ = Opened::Missing;
+        doc.reset(joystick_ ? km::LoadJoystickConfigAndInfo(kBlankDocument, "")
+                            : km::LoadKeymapConfigAndInfo(kBlankDocument, ""));
+    }
+    if (opened_ == Opened::Loaded || opened_ == Opened::Missing) {
+        std::string text = km::SaveKeymapConfigAndInfoToText(doc.get());
+        savedText_ = text;
+        hold(std::move(doc), std::move(text));
+    }
+}
+
+km::KeymapConfig* EditorSession::load(const std::string& text,
+                                      km::LoadDiagnostic& diagnostic) const {
+    // An empty text would make the library read the file named by the path.
+    const std::string data = text.empty() ? std::string(" ") : text;
+    return joystick_ ? km::LoadJoystickConfigAndInfo(std::string(), data, &diagnostic)
+                     : km::LoadKeymapConfigAndInfo(std::string(), data, &diagnostic);
+}
+
+void EditorSession::hold(std::unique_ptr<km::KeymapConfig> doc, std::string text) {
+    report_ =
+        std::make_shared<const km::CheckReport>(km::CheckKeymapDocument(text, joystick_, file_));
+    doc_ = std::move(doc);
+    text_ = std::move(text);
+}
+
+std::string EditorSession::documentText() const {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return text_;
+}
+
+bool EditorSession::unsaved() const {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return text_ != savedText_;
+}
+
+bool EditorSession::replace(const std::string& text, km::LoadDiagnostic& diagnostic) {
+    // The load and the check need no lock: only what the session holds does.
+    std::unique_ptr<km::KeymapConfig> doc(load(text, diagnostic));
+    if (diagnostic.failed) {
+        return false;
+    }
+    std::string saved = km::SaveKeymapConfigAndInfoToText(doc.get());
+    auto report =
+        std::make_shared<const km::CheckReport>(km::CheckKeymapDocument(saved, joystick_, file_));
+    std::lock_guard<std::mutex> lock(mutex_);
+    doc_ = std::move(doc);
+    text_ = std::move(saved);
+    report_ = std::move(report);
+    return true;
+}
+
+std::shared_ptr<const km::CheckReport> EditorSession::check() const {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return report_;
+}
+
+std::string EditorSession::renderSvg() const {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (!doc_) {
+        return std::string();
+    }
+    return render::RenderSvg(*doc_, *report_, render_);
+}
+
+EditorSession::SaveResult EditorSession::save(bool force, std::string& message) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (!doc_) {
+        message = "no document is held";
+        return SaveResult::Failed;
+    }
+    std::string onDisk;
+    const bool exists = PathExists(file_);
+    const bool readable = exists && ReadWholeFile(file_, onDisk);
+    const bool same = exists == fileExisted_ && (!exists || (readable && onDisk == fileBytes_));
+    if (!same && !force) {
+        message = exists ? "the file changed on disk since it was opened or last saved"
+                         : "the file was removed since it was opened or last saved";
+        return SaveResult::Conflict;
+    }
+    km::SaveKeymapConfigAndInfo(file_, doc_.get());
+    std::string written;
+    if (!ReadWholeFile(file_, written) || written != text_) {
+        // The library's save says nothing of failures: reading back does.
+        message = "the file could not be written";
+        return SaveResult::Failed;
+    }
+    fileExisted_ = true;
+    fileBytes_ = written;
+    savedText_ = text_;
+    message.clear();
+    return SaveResult::Saved;
+}
+
+std::string EditorSession::writeRecovery() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (!doc_ || text_ == savedText_) {
+        return std::string();
+    }
+    Poco::Path path(file_);
+    const std::string base = path.getBaseName();
+    const std::string extension = path.getExtension().empty() ? "json" : path.getExtension();
+    for (int n = 1; n < 1000; ++n) {
+        std::ostringstream name;
+        name << base << ".recovery" << (n == 1 ? std::string() : "-" + std::to_string(n)) << '.'
+             << extension;
+        path.setFileName(name.str());
+        const std::string candidate = path.toString();
+        if (PathExists(candidate)) {
+            continue;
+        }
+        km::SaveKeymapConfigAndInfo(candidate, doc_.get());
+        std::string written;
+        return ReadWholeFile(candidate, written) && written == text_ ? candidate : std::string();
+    }
+    return std::string();
+}
+
+}  // namespace editor
+}  // namespace zunokeymap

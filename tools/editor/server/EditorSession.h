@@ -1,0 +1,101 @@
+//
+// EditorSession.h
+//
+// What one `zuno-keymap edit` holds: the file it edits, the document as last
+// accepted by the library, its check, and what the file looked like when it
+// was opened or last saved. The HTTP server serves on several threads, so
+// every member function takes the session's lock.
+//
+
+#ifndef ZUNO_KEYMAP_EDITOR_EDITORSESSION_H
+#define ZUNO_KEYMAP_EDITOR_EDITORSESSION_H
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include <zuno-keymapmanager/keymapmanager.h>
+
+#include "SvgRenderer.h"
+
+namespace zunokeymap {
+namespace editor {
+
+namespace km = zunokeymapmanager;
+
+class EditorSession {
+public:
+    /// How the file was found when the session was opened.
+    enum class Opened {
+        Loaded,      ///< the file loaded through the library
+        Missing,     ///< no file: the session starts from the blank document
+        Unreadable,  ///< it exists but cannot be read (see error())
+        Failed,      ///< it does not load (see diagnostic())
+    };
+
+    /// The outcome of save().
+    enum class SaveResult { Saved, Conflict, Failed };
+
+    /// Opens `file` (UTF-8) as a keymap, or, with `joystick`, as a gamepad
+    /// keymap. `render` gives the picture's size and background.
+    EditorSession(std::string file, bool joystick, render::RenderOptions render);
+
+    Opened opened() const { return opened_; }
+    const km::LoadDiagnostic& openDiagnostic() const { return openDiagnostic_; }
+    const std::string& file() const { return file_; }
+    bool joystick() const { return joystick_; }
+    const render::RenderOptions& renderOptions() const { return render_; }
+
+    /// The held document in the library's saved form.
+    std::string documentText() const;
+    /// Whether the held document differs from what was opened or last saved.
+    bool unsaved() const;
+
+    /// Loads `text` through the library. On success it becomes the held
+    /// document; on failure `diagnostic` says why and nothing changes.
+    bool replace(const std::string& text, km::LoadDiagnostic& diagnostic);
+
+    /// The check of the held document (shared, not copied: reports of large
+    /// documents are large).
+    std::shared_ptr<const km::CheckReport> check() const;
+    /// The picture of the held document.
+    std::string renderSvg() const;
+
+    /// Writes the held document to the file through the library's save,
+    /// unless the file changed on disk since it was opened or last saved by
+    /// this session and `force` is false (then nothing is written).
+    SaveResult save(bool force, std::string& message);
+
+    /// With unsaved changes, writes them to a new file beside the edited one
+    /// and returns its name; otherwise returns an empty string.
+    std::string writeRecovery();
+
+private:
+    void hold(std::unique_ptr<km::KeymapConfig> doc, std::string text);
+    km::KeymapConfig* load(const std::string& text, km::LoadDiagnostic& diagnostic) const;
+
+    const std::string file_;
+    const bool joystick_;
+    const render::RenderOptions render_;
+    Opened opened_ = Opened::Loaded;
+    km::LoadDiagnostic openDiagnostic_;
+
+    mutable std::mutex mutex_;
+    std::unique_ptr<km::KeymapConfig> doc_;
+    std::string text_;                               ///< doc_ in the saved form
+    std::shared_ptr<const km::CheckReport> report_;  ///< the check of text_
+    std::string savedText_;  ///< the saved form of what the file holds for us
+    bool fileExisted_ = false;
+    std::string fileBytes_;  ///< the file's bytes when opened or last saved
+};
+
+/// Reads the whole file `path` (UTF-8); false when it cannot be read.
+bool ReadWholeFile(const std::string& path, std::string& bytes);
+
+/// Whether a file (or anything else) exists at `path`.
+bool PathExists(const std::string& path);
+
+}  // namespace editor
+}  // namespace zunokeymap
+
+#endif  // ZUNO_KEYMAP_EDITOR_EDITORSESSION_H

@@ -1,0 +1,157 @@
+//
+// EditCommand.cpp
+//
+// zuno-keymap edit: a keymap in the browser, served from this process.
+//
+
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <Poco/Environment.h>
+#include <Poco/Exception.h>
+#include <Poco/File.h>
+#include <Poco/Path.h>
+#include <Poco/Process.h>
+#include <Poco/StringTokenizer.h>
+
+#include "CommandLine.h"
+#include "Common.h"
+#include "EditorApi.h"
+#include "EditorServer.h"
+#include "EditorSession.h"
+#include "ScreenOptions.h"
+#include "Termination.h"
+
+namespace zunokeymap {
+
+namespace {
+
+bool onPath(const std::string& program) {
+    try {
+        Poco::StringTokenizer directories(Poco::Environment::get("PATH", ""),
+                                          std::string(1, Poco::Path::pathSeparator()),
+                                          Poco::StringTokenizer::TOK_IGNORE_EMPTY);
+        for (const std::string& directory : directories) {
+            Poco::Path candidate(directory, program);
+            if (Poco::File(candidate).exists()) {
+                return true;
+            }
+        }
+    } catch (const Poco::Exception&) {
+    }
+    return false;
+}
+
+// A browser that cannot be started is no error: the address is printed.
+void openBrowser(const std::string& url) {
+    try {
+#if defined(_WIN32)
+        Poco::Process::launch("rundll32", {"url.dll,FileProtocolHandler", url});
+#else
+        if (onPath("xdg-open")) {
+            Poco::Process::launch("xdg-open", {url});
+        }
+#endif
+    } catch (const Poco::Exception&) {
+    }
+}
+
+struct EditArguments {
+    std::string file;
+    int port = 0;
+    bool noBrowser = false;
+    std::string background;
+    std::string size;
+    bool joystick = false;
+};
+
+int runEdit(const EditArguments& args) {
+    const std::string& file = args.file;
+    const int port = args.port;
+    render::RenderOptions render;
+    render.title = Poco::Path(file).getFileName();
+    const std::string error = ReadScreenOptions(args.size, args.background, render);
+    if (!error.empty()) {
+        return UsageError("edit", error);
+    }
+
+    editor::EditorSession session(file, args.joystick, render);
+    if (session.opened() == editor::EditorSession::Opened::Unreadable) {
+        std::cerr << "zuno-keymap edit: cannot read " << file << "\n";
+        return kUsage;
+    }
+    if (session.opened() == editor::EditorSession::Opened::Failed) {
+        std::cerr << "zuno-keymap edit: " << file
+                  << " does not load: " << session.openDiagnostic().message << "\n"
+                  << "Run 'zuno-keymap check " << file << "' for details.\n";
+        return kUsage;
+    }
+
+    editor::PrepareForTermination();
+    editor::EditorApi api(session, editor::EditorApi::MakeToken(), port);
+    std::unique_ptr<editor::EditorServer> server;
+    try {
+        server.reset(new editor::EditorServer(api, port));
+    } catch (const Poco::Exception& e) {
+        std::cerr << "zuno-keymap edit: cannot serve on 127.0.0.1:" << port << ": "
+                  << e.displayText() << "\n";
+        return kUsage;
+    }
+    server->start();
+    const std::string url =
+        "http://127.0.0.1:" + std::to_string(server->port()) + "/?token=" + api.token();
+    std::cerr << "zuno-keymap edit: editing " << file
+              << (session.opened() == editor::EditorSession::Opened::Missing
+                      ? " (a new file, written on the first save)"
+                      : "")
+              << "; open this address, and press Ctrl-C to stop:\n";
+    std::cout << url << std::endl;
+    if (!args.noBrowser) {
+        openBrowser(url);
+    }
+
+    editor::WaitForTermination();
+    server->stop();
+    const std::string recovery = session.writeRecovery();
+    if (!recovery.empty()) {
+        std::cerr << "zuno-keymap edit: unsaved changes were written to " << recovery << "\n";
+    } else if (session.unsaved()) {
+        std::cerr << "zuno-keymap edit: unsaved changes could not be written beside " << file
+                  << "\n";
+        return kUsage;
+    }
+    return kClean;
+}
+
+}  // namespace
+
+void AddEditCommand(CLI::App& app) {
+    auto args = std::make_shared<EditArguments>();
+    CLI::App& command = AddSubcommand(
+        app, "edit", "edit a document in the browser",
+        "Opens FILE in an editor page served on 127.0.0.1 and shown in the browser: move\n"
+        "items, bind keys by pressing them, see collisions and invalid items at once, and\n"
+        "save through the library. FILE need not exist: the editor then starts from the\n"
+        "blank document and creates FILE on the first save. The address to open, with\n"
+        "its access token, is printed on a line of its own. Ctrl-C stops the server;\n"
+        "unsaved changes are then written to a recovery file beside FILE.\n");
+    command.add_option("FILE", args->file, "the document to edit")->required();
+    command.add_option("--port", args->port, "the port to serve on (default: any free port)")
+        ->check(CLI::Range(0, 65535))
+        ->option_text("N");
+    command.add_flag("--no-browser", args->noBrowser, "do not open a browser");
+    command
+        .add_option("--background", args->background,
+                    "a PNG or JPEG screenshot to draw under the items")
+        ->option_text("IMAGE");
+    command
+        .add_option("--size", args->size,
+                    "the screen in pixels (default 1920x1080, or the background's size)")
+        ->option_text("WxH");
+    command.add_flag("--joystick", args->joystick, "edit FILE as a gamepad document");
+    OnRun(command, [args] { return runEdit(*args); });
+}
+
+}  // namespace zunokeymap
