@@ -52,14 +52,6 @@ void prefetchItem(const std::vector<ConfigItem*>& items, std::size_t i) {
 #endif
 }
 
-void prefetchKey(const ConfigKey* key) {
-#if defined(__GNUC__)
-    __builtin_prefetch(key);
-#else
-    (void)key;
-#endif
-}
-
 // A key or combination that fires an item. Its first key is also what the
 // item matches on: a key that is not set matches no trigger, and every item
 // matches only on the first keys of its own triggers, which TriggerFires
@@ -113,12 +105,6 @@ public:
             }
         }
         for (; k < order_.size() && hashAt(k) == hash; ++k) {
-            // The visit reads the other item's key, which lies elsewhere in
-            // the heap; asking for the ones a few triggers ahead overlaps
-            // those waits as prefetchItem does for the first pass.
-            if (k + kPrefetchDistance < order_.size()) {
-                prefetchKey(triggers_[order_[k + kPrefetchDistance]].first);
-            }
             visit(triggers_[order_[k]]);
         }
     }
@@ -204,7 +190,13 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
     const TriggerIndex index(triggers);
 
     std::vector<Collision> collisions;
+    // A pair already found needs no second asking. The item whose trigger
+    // comes first finds it: pairs with a later item are kept in `known` for
+    // when that item's turn comes, and pairs this item found itself are
+    // marked in `foundBy` (by item, so it needs no clearing). Keeping only
+    // the pairs still to be asked halves the lookups in the large table.
     PairSet known;
+    std::vector<int> foundBy(items.size(), -1);
     for (const Trigger& trigger : triggers) {
         const int i = trigger.item;
         // An item listed twice (two of its keys alike) is asked once.
@@ -221,19 +213,23 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
             const int b = i < j ? j : i;
             const std::uint64_t id =
                 (static_cast<std::uint64_t>(a) << 32) | static_cast<std::uint32_t>(b);
-            // A pair already found needs no second asking.
-            if (!known.contains(id) &&
-                Fires(*items[static_cast<std::size_t>(j)], *trigger.first, *trigger.second)) {
-                known.insert(id);
-                if (keys.empty()) {  // a description is never empty
-                    KeyTrigger described;
-                    described.first = *trigger.first;
-                    described.second = *trigger.second;
-                    described.combination = trigger.second->isSet();
-                    keys = DescribeKeyTrigger(described);
-                }
-                collisions.push_back({a, b, keys});
+            int& found = foundBy[static_cast<std::size_t>(j)];
+            if (found == i || (j < i && known.contains(id)) ||
+                !Fires(*items[static_cast<std::size_t>(j)], *trigger.first, *trigger.second)) {
+                return;
             }
+            found = i;
+            if (i < j) {
+                known.insert(id);
+            }
+            if (keys.empty()) {  // a description is never empty
+                KeyTrigger described;
+                described.first = *trigger.first;
+                described.second = *trigger.second;
+                described.combination = trigger.second->isSet();
+                keys = DescribeKeyTrigger(described);
+            }
+            collisions.push_back({a, b, keys});
         });
     }
     return collisions;
