@@ -190,13 +190,7 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
     const TriggerIndex index(triggers);
 
     std::vector<Collision> collisions;
-    // A pair already found needs no second asking. The item whose trigger
-    // comes first finds it: pairs with a later item are kept in `known` for
-    // when that item's turn comes, and pairs this item found itself are
-    // marked in `foundBy` (by item, so it needs no clearing). Keeping only
-    // the pairs still to be asked halves the lookups in the large table.
     PairSet known;
-    std::vector<int> foundBy(items.size(), -1);
     for (const Trigger& trigger : triggers) {
         const int i = trigger.item;
         // An item listed twice (two of its keys alike) is asked once.
@@ -213,23 +207,19 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
             const int b = i < j ? j : i;
             const std::uint64_t id =
                 (static_cast<std::uint64_t>(a) << 32) | static_cast<std::uint32_t>(b);
-            int& found = foundBy[static_cast<std::size_t>(j)];
-            if (found == i || (j < i && known.contains(id)) ||
-                !Fires(*items[static_cast<std::size_t>(j)], *trigger.first, *trigger.second)) {
-                return;
-            }
-            found = i;
-            if (i < j) {
+            // A pair already found needs no second asking.
+            if (!known.contains(id) &&
+                Fires(*items[static_cast<std::size_t>(j)], *trigger.first, *trigger.second)) {
                 known.insert(id);
+                if (keys.empty()) {  // a description is never empty
+                    KeyTrigger described;
+                    described.first = *trigger.first;
+                    described.second = *trigger.second;
+                    described.combination = trigger.second->isSet();
+                    keys = DescribeKeyTrigger(described);
+                }
+                collisions.push_back({a, b, keys});
             }
-            if (keys.empty()) {  // a description is never empty
-                KeyTrigger described;
-                described.first = *trigger.first;
-                described.second = *trigger.second;
-                described.combination = trigger.second->isSet();
-                keys = DescribeKeyTrigger(described);
-            }
-            collisions.push_back({a, b, keys});
         });
     }
     return collisions;
