@@ -195,6 +195,8 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
         const int i = trigger.item;
         // An item listed twice (two of its keys alike) is asked once.
         int previous = -1;
+        // A crowded key finds dozens of pairs per trigger: describe it once.
+        std::string keys;
         index.forEach(trigger.hash, [&](const Trigger& other) {
             const int j = other.item;
             if (j == i || j == previous || !sameBucket(*other.first, *trigger.first)) {
@@ -209,11 +211,14 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
             if (!known.contains(id) &&
                 Fires(*items[static_cast<std::size_t>(j)], *trigger.first, *trigger.second)) {
                 known.insert(id);
-                KeyTrigger described;
-                described.first = *trigger.first;
-                described.second = *trigger.second;
-                described.combination = trigger.second->isSet();
-                collisions.push_back({a, b, DescribeKeyTrigger(described)});
+                if (keys.empty()) {  // a description is never empty
+                    KeyTrigger described;
+                    described.first = *trigger.first;
+                    described.second = *trigger.second;
+                    described.combination = trigger.second->isSet();
+                    keys = DescribeKeyTrigger(described);
+                }
+                collisions.push_back({a, b, keys});
             }
         });
     }

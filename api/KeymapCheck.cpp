@@ -5,6 +5,7 @@
 #include "zuno-keymapmanager/api/KeymapCheck.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 
 #include "api/CheckFindings.h"
@@ -100,6 +101,55 @@ std::vector<int> elementsOfItems(const json::ArrayPtr& elements, std::size_t ite
     return indices;
 }
 
+// A crowded keymap has tens of thousands of collisions, dozens for each
+// item: each item's path and its "keymaps[3] (type)" are built once, and a
+// finding copies them rather than formatting numbers again.
+struct ItemNames {
+    std::string path;
+    std::string label;
+};
+
+std::vector<ItemNames> namesOfItems(const KeymapConfig& doc, const std::vector<int>& element) {
+    std::vector<ItemNames> names(doc.items.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        names[i].path = check::ElementPath(element[i]);
+        if (doc.items[i] != nullptr) {
+            names[i].label.reserve(names[i].path.size() + doc.items[i]->type.size() + 3);
+            names[i].label.append(names[i].path).append(" (").append(doc.items[i]->type) += ')';
+        }
+    }
+    return names;
+}
+
+void addCollisions(const KeymapConfig& doc, const std::vector<int>& element,
+                   std::vector<check::Collision> collisions, CheckReport& report) {
+    const std::vector<ItemNames> names = namesOfItems(doc, element);
+    static const std::string kAnd = " and ";
+    static const std::string kCollide = " collide: both fire on ";
+    report.findings.reserve(report.findings.size() + collisions.size());
+    for (check::Collision& collision : collisions) {
+        const std::size_t first = static_cast<std::size_t>(collision.first);
+        const std::size_t second = static_cast<std::size_t>(collision.second);
+        report.findings.emplace_back();
+        Finding& finding = report.findings.back();
+        finding.kind = FindingKind::KeyCollision;
+        finding.severity = FindingSeverity::Warning;
+        finding.item_index = element[first];
+        finding.item_type = doc.items[first]->type;
+        finding.path = names[first].path;
+        finding.other_index = element[second];
+        finding.other_type = doc.items[second]->type;
+        finding.keys = std::move(collision.keys);
+        finding.message.reserve(names[first].label.size() + kAnd.size() +
+                                names[second].label.size() + kCollide.size() + finding.keys.size());
+        finding.message.append(names[first].label)
+            .append(kAnd)
+            .append(names[second].label)
+            .append(kCollide)
+            .append(finding.keys);
+    }
+}
+
 void checkLoaded(const KeymapConfig& doc, const json::ArrayPtr& elements, CheckReport& report) {
     const std::vector<int> element = elementsOfItems(elements, doc.items.size());
     std::vector<Finding> items;
@@ -111,31 +161,9 @@ void checkLoaded(const KeymapConfig& doc, const json::ArrayPtr& elements, CheckR
     std::stable_sort(items.begin(), items.end(), [](const Finding& a, const Finding& b) {
         return a.item_index < b.item_index;
     });
-    report.findings.insert(report.findings.end(), items.begin(), items.end());
-
-    const std::vector<check::Collision> collisions = check::FindCollisions(doc.items);
-    report.findings.reserve(report.findings.size() + collisions.size());
-    for (const check::Collision& collision : collisions) {
-        const std::size_t first = static_cast<std::size_t>(collision.first);
-        const std::size_t second = static_cast<std::size_t>(collision.second);
-        report.findings.emplace_back();
-        Finding& finding = report.findings.back();
-        finding.kind = FindingKind::KeyCollision;
-        finding.severity = FindingSeverity::Warning;
-        finding.item_index = element[first];
-        finding.item_type = doc.items[first]->type;
-        finding.path = check::ElementPath(finding.item_index);
-        finding.other_index = element[second];
-        finding.other_type = doc.items[second]->type;
-        finding.keys = collision.keys;
-        finding.message.reserve(64 + finding.item_type.size() + finding.other_type.size() +
-                                finding.keys.size());
-        finding.message += finding.path;
-        finding.message += " (" + finding.item_type + ") and ";
-        finding.message += check::ElementPath(finding.other_index);
-        finding.message += " (" + finding.other_type + ") collide: both fire on ";
-        finding.message += finding.keys;
-    }
+    report.findings.insert(report.findings.end(), std::make_move_iterator(items.begin()),
+                           std::make_move_iterator(items.end()));
+    addCollisions(doc, element, check::FindCollisions(doc.items), report);
 }
 
 void checkText(const std::string& text, bool joystick, const std::string& source,

@@ -16,6 +16,7 @@
 
 #include "api/CheckFindings.h"
 #include "api/SchemaPaths.h"
+#include "api/VarRefAdapter.h"
 
 namespace zunokeymapmanager {
 namespace check {
@@ -234,7 +235,7 @@ void CheckSchema(const Object::Ptr& root, std::vector<Finding>& out) {
     const Var document(root);
     valijson::Validator validator;
     valijson::ValidationResults results;
-    validator.validate(schema.schema, valijson::adapters::PocoJsonAdapter(document), &results);
+    validator.validate(schema.schema, VarRefAdapter(document), &results);
 
     const SchemaPaths paths(schema.root, document);
     const Translator translator(paths, root);

@@ -81,6 +81,9 @@ std::unique_ptr<CLI::App> MakeApp(const std::string& description, const std::str
     app->formatter(std::make_shared<HelpFormatter>());
     app->footer(footer);
     app->set_version_flag("-V,--version", "zuno-keymap " + version);
+    // On Windows CLI11 would read "/dir/k.json" as an option; the command
+    // line means the same on every platform.
+    app->allow_windows_style_options(false);
     return app;
 }
 

@@ -28,7 +28,8 @@ namespace zunokeymap {
 
 namespace {
 
-bool onPath(const std::string& program) {
+// Only POSIX desktops look for a browser launcher on PATH.
+[[maybe_unused]] bool onPath(const std::string& program) {
     try {
         Poco::StringTokenizer directories(Poco::Environment::get("PATH", ""),
                                           std::string(1, Poco::Path::pathSeparator()),

@@ -5,9 +5,10 @@
 #include "Termination.h"
 
 #if defined(_WIN32)
-#include <windows.h>
-
+// Poco brings winsock2.h, which must come before windows.h.
 #include <Poco/Event.h>
+
+#include <windows.h>
 #else
 #include <pthread.h>
 #include <signal.h>
