@@ -147,7 +147,7 @@ int SetMember(const std::string& command, const Object::Ptr& root, const std::st
                         : container.extract<Object::Ptr>()->get(last.name);
     if (isKeyMember(last.name, old) && newValue.type() != typeid(Object::Ptr)) {
         km::ConfigKey key;  // an empty VALUE unsets the key
-        if (!value.empty() && !KeyFromSpec(value, joystick, key, error)) {
+        if (!value.empty() && !KeyFromText(value, joystick, key, error)) {
             return UsageError(command, error);
         }
         newValue = KeyToJson(key);

@@ -32,7 +32,7 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
 
 /// Sets the member at `path` ("keymaps[0].spell_info.rel_radius") below
 /// `root` to `value`: JSON when it parses as JSON, else a string; where the
-/// member holds a key, a key as KeyFromSpec reads it ("Q", "mouse:left"),
+/// member holds a key, a key as KeyFromText reads it ("Q", "mouse:left"),
 /// and an empty VALUE unsets it.
 /// Every step but the last must exist; a missing last member is added (a
 /// member whose name ends in "key" takes keys). Returns an exit status,

@@ -151,12 +151,12 @@ bool KeyNamed(const std::string& device, const std::string& name, km::ConfigKey&
     return true;
 }
 
-bool KeyFromSpec(const std::string& spec, bool joystick, km::ConfigKey& key, std::string& error) {
-    const std::size_t colon = spec.find(':');
-    if (colon != std::string::npos && colon > 0 && IsDevice(spec.substr(0, colon))) {
-        return KeyNamed(spec.substr(0, colon), spec.substr(colon + 1), key, error);
+bool KeyFromText(const std::string& text, bool joystick, km::ConfigKey& key, std::string& error) {
+    const std::size_t colon = text.find(':');
+    if (colon != std::string::npos && colon > 0 && IsDevice(text.substr(0, colon))) {
+        return KeyNamed(text.substr(0, colon), text.substr(colon + 1), key, error);
     }
-    return KeyNamed(joystick ? "joystick" : "keyboard", spec, key, error);
+    return KeyNamed(joystick ? "joystick" : "keyboard", text, key, error);
 }
 
 Poco::JSON::Object::Ptr KeyToJson(const km::ConfigKey& key) {

@@ -37,7 +37,7 @@ bool KeyNamed(const std::string& device, const std::string& name, km::ConfigKey&
 
 /// A key written the short way: "Q", "mouse:left", "joystick:A". Without a
 /// device it is a gamepad control in a gamepad document, else a keyboard key.
-bool KeyFromSpec(const std::string& spec, bool joystick, km::ConfigKey& key, std::string& error);
+bool KeyFromText(const std::string& text, bool joystick, km::ConfigKey& key, std::string& error);
 
 /// The names and codes of `device` (keyboard and mouse), by code.
 std::vector<std::pair<std::string, int>> KeyNames(const std::string& device);
