@@ -50,6 +50,28 @@ TEST(DocumentSave, KeyboardAndGamepadInfoAndParameterForms) {
         "zoom_steps": 8}})")));
 }
 
+TEST(DocumentSave, AbsentInfoMembersKeepTheirDefaults) {
+    for (bool joystick : {false, true}) {
+        const auto& builtIns =
+            joystick ? EmbededConfig::joystickConfigs() : EmbededConfig::keymapConfigs();
+        km::ConfigInfo fresh;
+        fresh.is_joystick = joystick;
+        const Poco::JSON::Object defaults = fresh.ConvertToJsonObject();
+        for (const auto& [name, text] : builtIns) {
+            SCOPED_TRACE(name + (joystick ? " as a gamepad document" : ""));
+            DocPtr doc(joystick ? km::LoadJoystickConfigAndInfo(name, "")
+                                : km::LoadKeymapConfigAndInfo(name, ""));
+            const auto given = parseObject(text)->getObject("info");
+            const auto written = parseObject(saveText(doc.get()))->getObject("info");
+            for (const auto& [member, value] : *written) {
+                if (!given->has(member) && member != "is_joystick") {
+                    EXPECT_EQ(value.toString(), defaults.get(member).toString()) << member;
+                }
+            }
+        }
+    }
+}
+
 TEST(DocumentSave, InfoAndParametersRoundTrip) {
     CallbackRecorder recorder;
     DocPtr first = loadText(R"({"info":{"background_color":"12345678","visibility":false,

@@ -137,6 +137,20 @@ TEST(LoadDiagnostic, ChangesNothingElseAboutTheLoad) {
     EXPECT_EQ(doc->items.size(), 1u);
 }
 
+TEST(LoadDiagnostic, AFailedLoadStillCallsBackExactlyOnce) {
+    CallbackRecorder recorder;
+    for (bool joystick : {false, true}) {
+        SCOPED_TRACE(joystick ? "gamepad" : "keymap");
+        km::LoadDiagnostic d;
+        DocPtr doc(joystick ? km::LoadJoystickConfigAndInfo("doc.json", "{", &d)
+                            : km::LoadKeymapConfigAndInfo("doc.json", "{", &d));
+        const auto calls = recorder.take();
+        ASSERT_EQ(calls.size(), 1U);
+        EXPECT_EQ(calls[0].path, "doc.json");
+        EXPECT_TRUE(d.failed);
+    }
+}
+
 TEST(LoadDiagnostic, ThreadsLoadingAtOnceEachGetTheirOwn) {
     const std::vector<Case> cases = memberCases();
     std::vector<std::thread> threads;

@@ -27,6 +27,10 @@ TEST(MacroScript, GrammarCheckNumbersFailingLinesFromOne) {
          {1, 2, 3, 5}},
         // Key commands exist only as running lines.
         {{"key_press 30", "keyboard_press:30", "mouse_press 1", "stop_loop"}, {1, 2, 3, 4}},
+        // Carriage returns, vertical tabs and form feeds are blanks like spaces.
+        {{"sleep\r100", "sleep\v100", "click\f1,2", "sleep\x01" "100"}, {4}},
+        // A text needs its closing quote: a lone one is no text.
+        {{"text \"", "text \"\"", "text \"a\""}, {1}},
     };
     for (const auto& [script, failing] : cases) {
         EXPECT_EQ(Factory::MacroKeyEditingTextGrammarCheck(script), failing);
