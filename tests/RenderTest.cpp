@@ -2,7 +2,6 @@
 // safe, how problems are marked, background images, and the render command.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <cstdlib>
 
@@ -270,22 +269,10 @@ TEST(Render, SameInputSameBytes) {
 const std::string kTool = ZUNO_KEYMAP_TOOL;
 const std::string kShooter = ZUNO_KM_EXAMPLES_DIR "/shooter.json";
 
-struct Outcome {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-Outcome tool(const std::vector<std::string>& args, const std::string& input = "") {
-    TempFile in, out, err;
-    in.write(input);
-    std::string command = "'" + kTool + "' render";
-    for (const std::string& arg : args) {
-        command += " '" + arg + "'";
-    }
-    command += " <" + in.path() + " >" + out.path() + " 2>" + err.path();
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out.read(), err.read()};
+Result tool(const std::vector<std::string>& args, const std::string& input = "") {
+    std::vector<std::string> words{"render"};
+    words.insert(words.end(), args.begin(), args.end());
+    return RunProgram(kTool, words, input);
 }
 
 TEST(Render, CommandStatusAndOutput) {
@@ -339,7 +326,7 @@ TEST(Render, CommandStatusAndOutput) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::PrintToString(row.args));
-        const Outcome result = tool(row.args, row.input);
+        const Result result = tool(row.args, row.input);
         EXPECT_EQ(result.status, row.status) << result.err;
         for (const std::string& part : row.out) {
             EXPECT_TRUE(has(result.out, part)) << part;

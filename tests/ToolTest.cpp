@@ -24,41 +24,8 @@ const std::string kShooter = ZUNO_KM_EXAMPLES_DIR "/shooter.json";
 const std::string kGamepad = ZUNO_KM_EXAMPLES_DIR "/gamepad.json";
 const std::string kBlank = "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300";
 
-struct Result {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-/// Runs the tool with `args`, `input` on its standard input. The arguments
-/// reach it as given, on every platform: no shell reads them.
 Result run(const std::vector<std::string>& args, const std::string& input = "") {
-#ifdef SIGPIPE
-    std::signal(SIGPIPE, SIG_IGN);  // a tool that exits without reading all its input
-#endif
-    Poco::Pipe in, out, err;
-    Poco::ProcessHandle process = Poco::Process::launch(kTool, args, &in, &out, &err);
-    // Each pipe has its own thread, so a full one never stalls the others.
-    std::thread feeder([&in, &input] {
-        try {
-            Poco::PipeOutputStream stream(in);
-            stream << input;
-            stream.close();
-        } catch (const Poco::Exception&) {
-            in.close();  // the tool stopped reading: what it did not read does not matter
-        }
-    });
-    Result result;
-    std::thread errors([&err, &result] {
-        Poco::PipeInputStream stream(err);
-        Poco::StreamCopier::copyToString(stream, result.err);
-    });
-    Poco::PipeInputStream stream(out);
-    Poco::StreamCopier::copyToString(stream, result.out);
-    errors.join();
-    feeder.join();
-    result.status = process.wait();
-    return result;
+    return RunProgram(kTool, args, input);
 }
 
 /// The item `itemText` with its `member` set to the JSON value `json`.
