@@ -107,6 +107,19 @@ bool readLines(const Poco::Dynamic::Var& body, std::vector<std::string>& lines) 
     return true;
 }
 
+// The body of a macro request, {"lines": [strings]}; false with the answer to give.
+bool readMacroLines(const std::string& text, std::vector<std::string>& lines, HttpResponse& error) {
+    Poco::Dynamic::Var body;
+    if (!parseBody(text, body, error)) {
+        return false;
+    }
+    if (!readLines(body, lines)) {
+        error = respondError(422, "the body must be {\"lines\": [strings]}");
+        return false;
+    }
+    return true;
+}
+
 bool readInt(const std::string& text, int& value) {
     if (text.empty()) {
         return false;
@@ -438,14 +451,10 @@ HttpResponse EditorApi::getKey(const HttpRequest& request) {
 }
 
 HttpResponse EditorApi::postMacroCheck(const HttpRequest& request) {
-    Poco::Dynamic::Var body;
-    HttpResponse error;
-    if (!parseBody(request.body, body, error)) {
-        return error;
-    }
     std::vector<std::string> lines;
-    if (!readLines(body, lines)) {
-        return respondError(422, "the body must be {\"lines\": [strings]}");
+    HttpResponse error;
+    if (!readMacroLines(request.body, lines, error)) {
+        return error;
     }
     Array::Ptr bad = new Array();
     for (std::uint32_t line : km::MacroKeyEditingTextGrammarCheck(lines)) {
@@ -457,14 +466,10 @@ HttpResponse EditorApi::postMacroCheck(const HttpRequest& request) {
 }
 
 HttpResponse EditorApi::postMacroRunning(const HttpRequest& request) {
-    Poco::Dynamic::Var body;
-    HttpResponse error;
-    if (!parseBody(request.body, body, error)) {
-        return error;
-    }
     std::vector<std::string> lines;
-    if (!readLines(body, lines)) {
-        return respondError(422, "the body must be {\"lines\": [strings]}");
+    HttpResponse error;
+    if (!readMacroLines(request.body, lines, error)) {
+        return error;
     }
     Array::Ptr running = new Array();
     for (const std::string& line : km::MacroKeyEditingTextChangeToRunningText(lines, km::Rect())) {
