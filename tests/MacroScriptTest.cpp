@@ -28,7 +28,7 @@ TEST(MacroScript, GrammarCheckNumbersFailingLinesFromOne) {
         // Key commands exist only as running lines.
         {{"key_press 30", "keyboard_press:30", "mouse_press 1", "stop_loop"}, {1, 2, 3, 4}},
         // Carriage returns, vertical tabs and form feeds are blanks like spaces.
-        {{"sleep\r100", "sleep\v100", "click\f1,2", "sleep\x01" "100"}, {4}},
+        {{"sleep\r100", "sleep\v100", "click\f1,2", "sleep\001100"}, {4}},
         // A text needs its closing quote: a lone one is no text.
         {{"text \"", "text \"\"", "text \"a\""}, {1}},
     };
