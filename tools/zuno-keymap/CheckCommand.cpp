@@ -9,10 +9,6 @@
 #include <string>
 #include <vector>
 
-#include <Poco/JSON/Array.h>
-#include <Poco/JSON/Object.h>
-#include <Poco/JSON/Stringifier.h>
-
 #include "CheckReport.h"
 #include "CommandLine.h"
 #include "Common.h"
@@ -20,9 +16,6 @@
 namespace zunokeymap {
 
 namespace {
-
-using Poco::JSON::Array;
-using Poco::JSON::Object;
 
 // Reads `source` as the other commands do (a file, a built-in name or "-")
 // and lets the library check the text.
@@ -42,7 +35,9 @@ km::CheckReport checkOne(const std::string& source, bool joystick, Loaded& loade
 int runCheck(const std::vector<std::string>& files, bool asJson, bool joystick, bool strict) {
     int status = kClean;
     std::size_t total = 0;
-    Array documents;
+    std::string json;
+    JsonWriter writer(json, true);
+    writer.beginObject().key("documents").beginArray();
     for (const std::string& file : files) {
         Loaded loaded;
         const km::CheckReport report = checkOne(file, joystick, loaded);
@@ -53,17 +48,14 @@ int runCheck(const std::vector<std::string>& files, bool asJson, bool joystick, 
             status = kProblems;
         }
         if (asJson) {
-            documents.add(CheckReportJson(loaded.source, report));
+            WriteCheckReportJson(writer, loaded.source, report);
         } else {
             PrintCheckReport(std::cout, loaded.source, report);
         }
     }
     if (asJson) {
-        Object::Ptr root = new Object(Poco::JSON_PRESERVE_KEY_ORDER);
-        root->set("documents", documents);
-        root->set("problems", static_cast<int>(total));
-        Poco::JSON::Stringifier::stringify(root, std::cout, 2, -1, Poco::JSON_WRAP_STRINGS);
-        std::cout << "\n";
+        writer.endArray().key("problems").value(total).endObject();
+        std::cout << json << "\n";
     }
     return status;
 }

@@ -4,19 +4,11 @@
 
 #include "CheckReport.h"
 
-#include <Poco/JSON/Array.h>
-
 namespace zunokeymap {
 
 namespace km = zunokeymapmanager;
-using Poco::JSON::Array;
-using Poco::JSON::Object;
 
 namespace {
-
-Object::Ptr newObject() {
-    return new Object(Poco::JSON_PRESERVE_KEY_ORDER);
-}
 
 // "press_actions" from "keymaps[3].press_actions[1]".
 std::string listOf(const std::string& path) {
@@ -27,100 +19,148 @@ std::string listOf(const std::string& path) {
                : path.substr(dot + 2, bracket - dot - 2);
 }
 
-Object::Ptr errorJson(const km::LoadDiagnostic& diagnostic) {
-    Object::Ptr error = newObject();
-    error->set("problem", std::string(km::ProblemName(diagnostic.problem)));
-    error->set("path", diagnostic.path);
-    error->set("item_index", diagnostic.item_index);
-    error->set("item_type", diagnostic.item_type);
-    error->set("expected", diagnostic.expected);
-    error->set("line", diagnostic.line);
-    error->set("column", diagnostic.column);
-    error->set("message", diagnostic.message);
-    return error;
+void writeError(JsonWriter& out, const km::LoadDiagnostic& diagnostic) {
+    out.beginObject()
+        .key("problem")
+        .value(km::ProblemName(diagnostic.problem))
+        .key("path")
+        .value(diagnostic.path)
+        .key("item_index")
+        .value(diagnostic.item_index)
+        .key("item_type")
+        .value(diagnostic.item_type)
+        .key("expected")
+        .value(diagnostic.expected)
+        .key("line")
+        .value(diagnostic.line)
+        .key("column")
+        .value(diagnostic.column)
+        .key("message")
+        .value(diagnostic.message)
+        .endObject();
 }
 
-Object::Ptr findingJson(const km::Finding& finding) {
-    Object::Ptr entry = newObject();
-    entry->set("kind", std::string(km::FindingKindName(finding.kind)));
-    entry->set("severity", std::string(km::FindingSeverityName(finding.severity)));
-    entry->set("path", finding.path);
-    entry->set("item_index", finding.item_index);
-    entry->set("item_type", finding.item_type);
-    entry->set("other_index", finding.other_index);
-    entry->set("other_type", finding.other_type);
-    entry->set("line", finding.line);
-    entry->set("line_text", finding.line_text);
-    entry->set("keys", finding.keys);
-    entry->set("message", finding.message);
-    entry->set("suggestion", finding.suggestion);
-    return entry;
+void writeFinding(JsonWriter& out, const km::Finding& finding) {
+    out.beginObject()
+        .key("kind")
+        .value(km::FindingKindName(finding.kind))
+        .key("severity")
+        .value(km::FindingSeverityName(finding.severity))
+        .key("path")
+        .value(finding.path)
+        .key("item_index")
+        .value(finding.item_index)
+        .key("item_type")
+        .value(finding.item_type)
+        .key("other_index")
+        .value(finding.other_index)
+        .key("other_type")
+        .value(finding.other_type)
+        .key("line")
+        .value(finding.line)
+        .key("line_text")
+        .value(finding.line_text)
+        .key("keys")
+        .value(finding.keys)
+        .key("message")
+        .value(finding.message)
+        .key("suggestion")
+        .value(finding.suggestion)
+        .endObject();
+}
+
+std::string_view reasonOf(const km::Finding& finding) {
+    static const std::string_view kPrefix = "invalid: ";
+    std::string_view reason = finding.message;
+    if (reason.substr(0, kPrefix.size()) == kPrefix) {
+        reason.remove_prefix(kPrefix.size());
+    }
+    return reason;
 }
 
 // The three lists the report has always had, kept for readers of old.
-void addClassicLists(const km::CheckReport& report, Object& result) {
-    Array::Ptr invalid = new Array();
-    Array::Ptr collisions = new Array();
-    Array::Ptr macros = new Array();
-    Object::Ptr lastMacro;
-    for (const km::Finding& finding : report.findings) {
+void writeClassicLists(JsonWriter& out, const std::vector<km::Finding>& findings) {
+    out.key("invalid_items").beginArray();
+    for (const km::Finding& finding : findings) {
         if (finding.kind == km::FindingKind::InvalidItem) {
-            Object::Ptr entry = newObject();
-            entry->set("index", finding.item_index);
-            entry->set("type", finding.item_type);
-            const std::string prefix = "invalid: ";
-            entry->set("reason", finding.message.compare(0, prefix.size(), prefix) == 0
-                                     ? finding.message.substr(prefix.size())
-                                     : finding.message);
-            invalid->add(entry);
-        } else if (finding.kind == km::FindingKind::KeyCollision) {
-            Object::Ptr entry = newObject();
-            entry->set("first", finding.item_index);
-            entry->set("first_type", finding.item_type);
-            entry->set("second", finding.other_index);
-            entry->set("second_type", finding.other_type);
-            entry->set("keys", finding.keys);
-            collisions->add(entry);
-        } else if (finding.kind == km::FindingKind::MacroLine) {
-            const std::string list = listOf(finding.path);
-            if (lastMacro.isNull() || lastMacro->getValue<int>("index") != finding.item_index ||
-                lastMacro->getValue<std::string>("list") != list) {
-                lastMacro = newObject();
-                lastMacro->set("index", finding.item_index);
-                lastMacro->set("list", list);
-                lastMacro->set("lines", Array::Ptr(new Array()));
-                lastMacro->set("texts", Array::Ptr(new Array()));
-                macros->add(lastMacro);
-            }
-            lastMacro->getArray("lines")->add(finding.line);
-            lastMacro->getArray("texts")->add(finding.line_text);
+            out.beginObject()
+                .key("index")
+                .value(finding.item_index)
+                .key("type")
+                .value(finding.item_type)
+                .key("reason")
+                .value(reasonOf(finding))
+                .endObject();
         }
     }
-    result.set("invalid_items", invalid);
-    result.set("collisions", collisions);
-    result.set("macro_errors", macros);
+    out.endArray().key("collisions").beginArray();
+    for (const km::Finding& finding : findings) {
+        if (finding.kind == km::FindingKind::KeyCollision) {
+            out.beginObject()
+                .key("first")
+                .value(finding.item_index)
+                .key("first_type")
+                .value(finding.item_type)
+                .key("second")
+                .value(finding.other_index)
+                .key("second_type")
+                .value(finding.other_type)
+                .key("keys")
+                .value(finding.keys)
+                .endObject();
+        }
+    }
+    // One entry for each run of failing lines in the same list of an item.
+    out.endArray().key("macro_errors").beginArray();
+    std::vector<const km::Finding*> macros;
+    for (const km::Finding& finding : findings) {
+        if (finding.kind == km::FindingKind::MacroLine) {
+            macros.push_back(&finding);
+        }
+    }
+    for (std::size_t first = 0, last = 0; first < macros.size(); first = last) {
+        const std::string list = listOf(macros[first]->path);
+        last = first + 1;
+        while (last < macros.size() && macros[last]->item_index == macros[first]->item_index &&
+               listOf(macros[last]->path) == list) {
+            ++last;
+        }
+        out.beginObject().key("index").value(macros[first]->item_index).key("list").value(list);
+        out.key("lines").beginArray();
+        for (std::size_t i = first; i < last; ++i) {
+            out.value(macros[i]->line);
+        }
+        out.endArray().key("texts").beginArray();
+        for (std::size_t i = first; i < last; ++i) {
+            out.value(macros[i]->line_text);
+        }
+        out.endArray().endObject();
+    }
+    out.endArray();
 }
 
 }  // namespace
 
-Object::Ptr CheckReportJson(const std::string& source, const km::CheckReport& report) {
-    Object::Ptr result = newObject();
-    result->set("source", source);
-    result->set("loaded", !report.diagnostic.failed);
+void WriteCheckReportJson(JsonWriter& out, const std::string& source,
+                          const km::CheckReport& report) {
+    out.beginObject().key("source").value(source).key("loaded").value(!report.diagnostic.failed);
     if (report.diagnostic.failed) {
-        result->set("error", errorJson(report.diagnostic));
+        out.key("error");
+        writeError(out, report.diagnostic);
     }
-    result->set("items", static_cast<int>(report.items));
-    addClassicLists(report, *result);
-    result->set("problems", static_cast<int>(report.problems()));
-    result->set("errors", static_cast<int>(report.errors()));
-    result->set("warnings", static_cast<int>(report.warnings()));
-    Array::Ptr findings = new Array();
+    out.key("items").value(report.items);
+    writeClassicLists(out, report.findings);
+    out.key("problems")
+        .value(report.problems())
+        .key("errors")
+        .value(report.errors())
+        .key("warnings")
+        .value(report.warnings());
+    out.key("findings").beginArray();
     for (const km::Finding& finding : report.findings) {
-        findings->add(findingJson(finding));
+        writeFinding(out, finding);
     }
-    result->set("findings", findings);
-    return result;
+    out.endArray().endObject();
 }
 
 void PrintCheckReport(std::ostream& out, const std::string& source, const km::CheckReport& report) {

@@ -11,8 +11,9 @@
 #include <ostream>
 #include <string>
 
-#include <Poco/JSON/Object.h>
 #include <zuno-keymapmanager/api/KeymapCheck.h>
+
+#include "JsonWriter.h"
 
 namespace zunokeymap {
 
@@ -20,8 +21,8 @@ namespace zunokeymap {
 /// "error" (after a failed load), "items", "invalid_items", "collisions",
 /// "macro_errors", "problems", then "errors", "warnings" and "findings" (every
 /// field of every finding).
-Poco::JSON::Object::Ptr CheckReportJson(const std::string& source,
-                                        const zunokeymapmanager::CheckReport& report);
+void WriteCheckReportJson(JsonWriter& out, const std::string& source,
+                          const zunokeymapmanager::CheckReport& report);
 
 /// The lines `check` prints for one document: one per finding,
 /// "SOURCE: SEVERITY: keymaps[3] (Swipehold): ...", then a summary line.

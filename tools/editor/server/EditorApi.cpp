@@ -7,18 +7,19 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <sstream>
 #include <vector>
 
 #include <Poco/Exception.h>
 #include <Poco/JSON/Array.h>
 #include <Poco/JSON/Object.h>
 #include <Poco/JSON/Parser.h>
+#include <Poco/JSON/Stringifier.h>
 #include <Poco/Path.h>
 #include <Poco/RandomStream.h>
 #include <Poco/String.h>
 
 #include "CheckReport.h"
-#include "JsonText.h"
 #include "PageAssets.h"
 
 namespace zunokeymap {
@@ -44,7 +45,9 @@ HttpResponse respond(int status, const std::string& type, std::string body) {
 }
 
 HttpResponse respondJson(int status, const Poco::Dynamic::Var& value) {
-    return respond(status, kJson, JsonText(value));
+    std::ostringstream text;
+    Poco::JSON::Stringifier::stringify(value, text, 0, -1, Poco::JSON_WRAP_STRINGS);
+    return respond(status, kJson, text.str());
 }
 
 HttpResponse respondError(int status, const std::string& message,
@@ -351,7 +354,10 @@ HttpResponse EditorApi::putDocument(const HttpRequest& request) {
 }
 
 HttpResponse EditorApi::getCheck(const HttpRequest&) {
-    return respondJson(200, CheckReportJson(session_.file(), *session_.check()));
+    std::string body;
+    JsonWriter writer(body);
+    WriteCheckReportJson(writer, session_.file(), *session_.check());
+    return respond(200, kJson, std::move(body));
 }
 
 HttpResponse EditorApi::getRender(const HttpRequest&) {

@@ -1,0 +1,149 @@
+//
+// JsonWriter.cpp
+//
+
+#include "JsonWriter.h"
+
+#include <string>
+
+namespace zunokeymap {
+
+namespace {
+
+// Escaped as Poco's stringifier escapes: control characters as \uXXXX,
+// everything else, UTF-8 included, as it stands.
+void appendString(std::string_view text, std::string& out) {
+    static const char kHex[] = "0123456789ABCDEF";
+    out += '"';
+    for (const char c : text) {
+        switch (c) {
+            case '"':
+                out += "\\\"";
+                break;
+            case '\\':
+                out += "\\\\";
+                break;
+            case '\b':
+                out += "\\b";
+                break;
+            case '\f':
+                out += "\\f";
+                break;
+            case '\n':
+                out += "\\n";
+                break;
+            case '\r':
+                out += "\\r";
+                break;
+            case '\t':
+                out += "\\t";
+                break;
+            default:
+                if (static_cast<unsigned char>(c) < 0x20) {
+                    out += "\\u00";
+                    out += kHex[(c >> 4) & 15];
+                    out += kHex[c & 15];
+                } else {
+                    out += c;
+                }
+        }
+    }
+    out += '"';
+}
+
+}  // namespace
+
+JsonWriter::JsonWriter(std::string& out, bool indented) : _out(out), _indented(indented) {}
+
+void JsonWriter::newline() {
+    if (_indented) {
+        _out += '\n';
+        _out.append(2 * _empty.size(), ' ');
+    }
+}
+
+// Before a member's name or an element: the comma and the line break.
+void JsonWriter::place() {
+    if (_afterKey) {
+        _afterKey = false;
+        return;
+    }
+    if (!_empty.empty()) {
+        if (!_empty.back()) {
+            _out += ',';
+        }
+        _empty.back() = false;
+        newline();
+    }
+}
+
+void JsonWriter::open(char bracket) {
+    place();
+    _out += bracket;
+    _empty.push_back(true);
+}
+
+void JsonWriter::close(char bracket) {
+    const bool empty = _empty.back();
+    _empty.pop_back();
+    if (!empty) {
+        newline();
+    }
+    _out += bracket;
+}
+
+JsonWriter& JsonWriter::beginObject() {
+    open('{');
+    return *this;
+}
+
+JsonWriter& JsonWriter::endObject() {
+    close('}');
+    return *this;
+}
+
+JsonWriter& JsonWriter::beginArray() {
+    open('[');
+    return *this;
+}
+
+JsonWriter& JsonWriter::endArray() {
+    close(']');
+    return *this;
+}
+
+JsonWriter& JsonWriter::key(std::string_view name) {
+    place();
+    appendString(name, _out);
+    _out += _indented ? ": " : ":";
+    _afterKey = true;
+    return *this;
+}
+
+JsonWriter& JsonWriter::value(std::string_view text) {
+    place();
+    appendString(text, _out);
+    return *this;
+}
+
+JsonWriter& JsonWriter::value(const char* text) {
+    return value(std::string_view(text));
+}
+
+JsonWriter& JsonWriter::value(const std::string& text) {
+    return value(std::string_view(text));
+}
+
+JsonWriter& JsonWriter::integer(long long number) {
+    place();
+    _out += std::to_string(number);
+    return *this;
+}
+
+JsonWriter& JsonWriter::value(bool flag) {
+    place();
+    _out += flag ? "true" : "false";
+    return *this;
+}
+
+}  // namespace zunokeymap
