@@ -19,8 +19,8 @@
 #include <Poco/JSON/ParseHandler.h>
 #include <Poco/JSON/Parser.h>
 #include <Poco/JSON/Stringifier.h>
+#include <Poco/Process.h>
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <zuno-keymapmanager/keymapmanager.h>
 
@@ -51,7 +51,7 @@ Poco::Dynamic::Var plainParse(const std::string& text) {
 
 std::string outputPath(const char* name) {
     return (std::filesystem::temp_directory_path() /
-            ("zuno-km-bench-" + std::to_string(::getpid()) + "-" + name + ".json"))
+            ("zuno-km-bench-" + std::to_string(Poco::Process::id()) + "-" + name + ".json"))
         .string();
 }
 

@@ -2,9 +2,8 @@
 // ways a host can load a document: no crash, no leak, and malformed text is
 // always a failed load reported exactly once.
 
-#include <dirent.h>
-
 #include <algorithm>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
@@ -16,14 +15,11 @@ using namespace testsupport;
 
 std::vector<std::string> corpusFiles(const std::string& dir) {
     std::vector<std::string> names;
-    if (DIR* handle = opendir(dir.c_str())) {
-        while (const dirent* entry = readdir(handle)) {
-            const std::string name = entry->d_name;
-            if (name.size() > 5 && name.compare(name.size() - 5, 5, ".json") == 0) {
-                names.push_back(name);
-            }
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(dir, error)) {
+        if (entry.path().extension() == ".json") {
+            names.push_back(entry.path().filename().string());
         }
-        closedir(handle);
     }
     std::sort(names.begin(), names.end());
     return names;
