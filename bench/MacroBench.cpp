@@ -60,7 +60,7 @@ const Form kEditingForms[] = {
     {Form::Word, "curve_release"},
     {Form::Word, "hold_switch"},
 };
-static_assert(sizeof(kEditingForms) / sizeof(kEditingForms[0]) == km::kMacroCommandCount);
+static_assert(sizeof(kEditingForms) / sizeof(kEditingForms[0]) == 28, "one form per command");
 
 bool acceptsCompilingEachTime(const Form& form, const std::string& line) {
     switch (form.kind) {

@@ -11,12 +11,15 @@
 #include <string_view>
 
 #include "macro/LineShapes.h"
+#include "macro/MacroCommands.h"
 
 namespace zunokeymapmanager {
 
 namespace {
 
+using macro::kMacroCommandCount;
 using macro::LineShape;
+using macro::MacroCommand;
 using macro::Shape;
 
 struct CommandRow {
@@ -145,26 +148,76 @@ std::int32_t keyCodeOf(std::string_view digits) {
 
 }  // namespace
 
-bool isMacroEditingLine(MacroCommand command, const std::string& line) {
-    return macro::accepts(rowOf(command).editing, line);
+namespace macro {
+
+bool IsEditingLine(MacroCommand command, const std::string& line) {
+    return accepts(rowOf(command).editing, line);
 }
 
-bool isMacroRunningLine(MacroCommand command, const std::string& line) {
-    return macro::accepts(rowOf(command).running, line);
+bool IsRunningLine(MacroCommand command, const std::string& line) {
+    return accepts(rowOf(command).running, line);
 }
 
-std::string macroEditingTextOf(MacroCommand command, const MarcoConVerter& /*converter*/) {
+std::string EditingTextOf(MacroCommand command) {
     return std::string(rowOf(command).editingOut);
 }
 
-std::string macroRunningTextOf(MacroCommand command, const MarcoConVerter& converter) {
+std::string RunningTextOf(MacroCommand command, const std::string& runningText) {
     const CommandRow& row = rowOf(command);
     std::string out(row.runningOut);
     if (row.endsInKeyCode) {
-        const auto code = macro::findValue(row.running, converter.runningText());
+        const auto code = findValue(row.running, runningText);
         out += std::to_string(code ? keyCodeOf(*code) : 0);
     }
     return out;
 }
+
+}  // namespace macro
+
+// The classes differ only in their command: each member asks its row.
+#define ZUNO_KM_COMMAND_CONVERTER(Name)                                        \
+    bool Marco##Name##ConVerter::isEditingTextMatch(const std::string& line) { \
+        return macro::IsEditingLine(macro::MacroCommand::Name, line);          \
+    }                                                                          \
+    bool Marco##Name##ConVerter::isRunningTextMatch(const std::string& line) { \
+        return macro::IsRunningLine(macro::MacroCommand::Name, line);          \
+    }                                                                          \
+    std::string Marco##Name##ConVerter::converterToEditingText() {             \
+        return macro::EditingTextOf(macro::MacroCommand::Name);                \
+    }                                                                          \
+    std::string Marco##Name##ConVerter::converterToRunningText() {             \
+        return macro::RunningTextOf(macro::MacroCommand::Name, runningText()); \
+    }
+
+ZUNO_KM_COMMAND_CONVERTER(Click)
+ZUNO_KM_COMMAND_CONVERTER(Press)
+ZUNO_KM_COMMAND_CONVERTER(Release)
+ZUNO_KM_COMMAND_CONVERTER(DefaultSleep)
+ZUNO_KM_COMMAND_CONVERTER(Sleep)
+ZUNO_KM_COMMAND_CONVERTER(KeyboardPress)
+ZUNO_KM_COMMAND_CONVERTER(KeyboardRelease)
+ZUNO_KM_COMMAND_CONVERTER(KeyboardSwitch)
+ZUNO_KM_COMMAND_CONVERTER(EnterStaring)
+ZUNO_KM_COMMAND_CONVERTER(ExitStaring)
+ZUNO_KM_COMMAND_CONVERTER(Curve)
+ZUNO_KM_COMMAND_CONVERTER(Switch)
+ZUNO_KM_COMMAND_CONVERTER(MousePress)
+ZUNO_KM_COMMAND_CONVERTER(MouseRelease)
+ZUNO_KM_COMMAND_CONVERTER(MouseSwitch)
+ZUNO_KM_COMMAND_CONVERTER(ReleaseAll)
+ZUNO_KM_COMMAND_CONVERTER(StopLoop)
+ZUNO_KM_COMMAND_CONVERTER(StartLoop)
+ZUNO_KM_COMMAND_CONVERTER(TextInject)
+ZUNO_KM_COMMAND_CONVERTER(JoystickPress)
+ZUNO_KM_COMMAND_CONVERTER(JoystickRelease)
+ZUNO_KM_COMMAND_CONVERTER(JoystickSwitch)
+ZUNO_KM_COMMAND_CONVERTER(LockWindows)
+ZUNO_KM_COMMAND_CONVERTER(UnLockWindows)
+ZUNO_KM_COMMAND_CONVERTER(CurveFirstPointSleepTime)
+ZUNO_KM_COMMAND_CONVERTER(CurveLastPointSleepTime)
+ZUNO_KM_COMMAND_CONVERTER(CurveRelease)
+ZUNO_KM_COMMAND_CONVERTER(InputHoldSwitch)
+
+#undef ZUNO_KM_COMMAND_CONVERTER
 
 }  // namespace zunokeymapmanager

@@ -6,12 +6,15 @@
 
 #include <cstddef>
 
+#include "macro/MacroCommands.h"
 #include "zuno-keymapmanager/macro/MarcoCommandConVerters.h"
 
 namespace zunokeymapmanager {
 
 namespace {
 
+using macro::kMacroCommandCount;
+using macro::MacroCommand;
 using Predicate = bool (*)(const std::string&);
 using Maker = std::shared_ptr<MarcoConVerter> (*)();
 
@@ -28,8 +31,8 @@ std::shared_ptr<MarcoConVerter> make() {
 }
 
 template <typename T>
-constexpr Candidate candidate() {
-    return {T::kCommand, &T::isEditingTextMatch, &T::isRunningTextMatch, &make<T>};
+constexpr Candidate candidate(MacroCommand command) {
+    return {command, &T::isEditingTextMatch, &T::isRunningTextMatch, &make<T>};
 }
 
 // The try order. Where two commands accept the same line, the earlier one
@@ -37,34 +40,34 @@ constexpr Candidate candidate() {
 // their keyword anywhere in the line before the later ones that need it at
 // the start.
 constexpr Candidate kTryOrder[] = {
-    candidate<MarcoClickConVerter>(),
-    candidate<MarcoPressConVerter>(),
-    candidate<MarcoReleaseConVerter>(),
-    candidate<MarcoDefaultSleepConVerter>(),
-    candidate<MarcoSleepConVerter>(),
-    candidate<MarcoKeyboardPressConVerter>(),
-    candidate<MarcoKeyboardReleaseConVerter>(),
-    candidate<MarcoKeyboardSwitchConVerter>(),
-    candidate<MarcoEnterStaringConVerter>(),
-    candidate<MarcoExitStaringConVerter>(),
-    candidate<MarcoCurveConVerter>(),
-    candidate<MarcoSwitchConVerter>(),
-    candidate<MarcoMousePressConVerter>(),
-    candidate<MarcoMouseReleaseConVerter>(),
-    candidate<MarcoMouseSwitchConVerter>(),
-    candidate<MarcoReleaseAllConVerter>(),
-    candidate<MarcoStopLoopConVerter>(),
-    candidate<MarcoStartLoopConVerter>(),
-    candidate<MarcoTextInjectConVerter>(),
-    candidate<MarcoJoystickPressConVerter>(),
-    candidate<MarcoJoystickReleaseConVerter>(),
-    candidate<MarcoJoystickSwitchConVerter>(),
-    candidate<MarcoLockWindowsConVerter>(),
-    candidate<MarcoUnLockWindowsConVerter>(),
-    candidate<MarcoCurveFirstPointSleepTimeConVerter>(),
-    candidate<MarcoCurveLastPointSleepTimeConVerter>(),
-    candidate<MarcoCurveReleaseConVerter>(),
-    candidate<MarcoInputHoldSwitchConVerter>(),
+    candidate<MarcoClickConVerter>(MacroCommand::Click),
+    candidate<MarcoPressConVerter>(MacroCommand::Press),
+    candidate<MarcoReleaseConVerter>(MacroCommand::Release),
+    candidate<MarcoDefaultSleepConVerter>(MacroCommand::DefaultSleep),
+    candidate<MarcoSleepConVerter>(MacroCommand::Sleep),
+    candidate<MarcoKeyboardPressConVerter>(MacroCommand::KeyboardPress),
+    candidate<MarcoKeyboardReleaseConVerter>(MacroCommand::KeyboardRelease),
+    candidate<MarcoKeyboardSwitchConVerter>(MacroCommand::KeyboardSwitch),
+    candidate<MarcoEnterStaringConVerter>(MacroCommand::EnterStaring),
+    candidate<MarcoExitStaringConVerter>(MacroCommand::ExitStaring),
+    candidate<MarcoCurveConVerter>(MacroCommand::Curve),
+    candidate<MarcoSwitchConVerter>(MacroCommand::Switch),
+    candidate<MarcoMousePressConVerter>(MacroCommand::MousePress),
+    candidate<MarcoMouseReleaseConVerter>(MacroCommand::MouseRelease),
+    candidate<MarcoMouseSwitchConVerter>(MacroCommand::MouseSwitch),
+    candidate<MarcoReleaseAllConVerter>(MacroCommand::ReleaseAll),
+    candidate<MarcoStopLoopConVerter>(MacroCommand::StopLoop),
+    candidate<MarcoStartLoopConVerter>(MacroCommand::StartLoop),
+    candidate<MarcoTextInjectConVerter>(MacroCommand::TextInject),
+    candidate<MarcoJoystickPressConVerter>(MacroCommand::JoystickPress),
+    candidate<MarcoJoystickReleaseConVerter>(MacroCommand::JoystickRelease),
+    candidate<MarcoJoystickSwitchConVerter>(MacroCommand::JoystickSwitch),
+    candidate<MarcoLockWindowsConVerter>(MacroCommand::LockWindows),
+    candidate<MarcoUnLockWindowsConVerter>(MacroCommand::UnLockWindows),
+    candidate<MarcoCurveFirstPointSleepTimeConVerter>(MacroCommand::CurveFirstPointSleepTime),
+    candidate<MarcoCurveLastPointSleepTimeConVerter>(MacroCommand::CurveLastPointSleepTime),
+    candidate<MarcoCurveReleaseConVerter>(MacroCommand::CurveRelease),
+    candidate<MarcoInputHoldSwitchConVerter>(MacroCommand::InputHoldSwitch),
 };
 
 constexpr bool inCommandOrder() {

@@ -19,9 +19,9 @@
 namespace zunokeymapmanager {
 
 class ZUNO_KM_API MarcoConVerterFactory
-/// Tries the commands on a line in one fixed order (that of MacroCommand) and
-/// makes a converter of the first that accepts it. Lines are taken as they are:
-/// no trimming, no case folding.
+/// Tries the commands on a line in one fixed order (that in which
+/// MarcoCommandConVerters.h declares them) and makes a converter of the first
+/// that accepts it. Lines are taken as they are: no trimming, no case folding.
 ///
 /// In scripts, empty lines and the line "release_actions" (the separator
 /// between the press and the release actions) are skipped; they are neither
