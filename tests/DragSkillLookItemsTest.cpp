@@ -61,8 +61,13 @@ TEST(DirectionItems, ValidityAndMatchingFollowTheFourDirectionKeys) {
 
 TEST(SpellItem, HandsOutItsDragSettingsAsADragItem) {
     // A null drag position hands out the item's own place as the valid centre.
-    const km::PointF cases[][2] = {{{0.0, 0.0}, {0.3, 0.7}}, {{0.6, 0.2}, {0.6, 0.2}}};
-    for (const auto& c : cases) {
+    const struct {
+        const char* name;
+        km::PointF c[2];
+    } cases[] = {{"null drag position", {{0.0, 0.0}, {0.3, 0.7}}},
+                 {"drag position of its own", {{0.6, 0.2}, {0.6, 0.2}}}};
+    for (const auto& [name, c] : cases) {
+        SCOPED_TRACE(name);
         km::SpellConfigItem spell;
         const Poco::JSON::Object::Ptr source = mutatedItem("Spell");
         spell.FillFromJsonObject(source);

@@ -33,6 +33,7 @@ TEST(MacroScript, GrammarCheckNumbersFailingLinesFromOne) {
         {{"text \"", "text \"\"", "text \"a\""}, {1}},
     };
     for (const auto& [script, failing] : cases) {
+        SCOPED_TRACE(testing::PrintToString(script));
         EXPECT_EQ(Factory::MacroKeyEditingTextGrammarCheck(script), failing);
         EXPECT_EQ(km::MacroKeyEditingTextGrammarCheck(script), failing);
     }
