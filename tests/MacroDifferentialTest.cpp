@@ -122,8 +122,12 @@ const std::type_info* const kCommandTypes[] = {
 constexpr int kConverterCount = static_cast<int>(std::size(kCommandTypes));
 
 int indexOf(const std::shared_ptr<km::MarcoConVerter>& converter) {
-    for (int i = 0; converter != nullptr && i < kConverterCount; ++i) {
-        if (typeid(*converter) == *kCommandTypes[i]) {
+    if (converter == nullptr) {
+        return -1;
+    }
+    const km::MarcoConVerter& made = *converter;
+    for (int i = 0; i < kConverterCount; ++i) {
+        if (typeid(made) == *kCommandTypes[i]) {
             return i;
         }
     }
