@@ -18,6 +18,7 @@
 
 #include "EditorServer.h"
 #include "tests/EditorTestSupport.h"
+#include "tests/ProcessSupport.h"
 
 #if !defined(_WIN32)
 #include <signal.h>
@@ -165,6 +166,7 @@ TEST(EditorServer, FiftyClientsTenThousandRequests) {
 TEST(EditorServer, ToolWritesRecoveryFileOnSigterm) {
     TempDir dir;
     dir.write("doc.json", twoItems());
+    zunokeymap::PrepareStandardStreams();  // see RunProgram
     Poco::Pipe out;
     Poco::Pipe err;
     Poco::ProcessHandle tool = Poco::Process::launch(

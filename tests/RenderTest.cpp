@@ -9,6 +9,7 @@
 #include "ItemShapes.h"
 #include "SvgRenderer.h"
 #include "SvgWriter.h"
+#include "tests/ProcessSupport.h"
 #include "tests/TestSupport.h"
 
 namespace {

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -22,10 +21,6 @@
 #include <Poco/JSON/ParseHandler.h>
 #include <Poco/JSON/Parser.h>
 #include <Poco/JSON/Stringifier.h>
-#include <Poco/Pipe.h>
-#include <Poco/PipeStream.h>
-#include <Poco/Process.h>
-#include <Poco/StreamCopier.h>
 #include <Poco/TemporaryFile.h>
 
 #include <zuno-keymapmanager/keymapmanager.h>
@@ -172,44 +167,6 @@ inline std::string documentWith(const std::string& items) {
 inline std::string freshItemText(const std::string& type) {
     std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(type));
     return item ? stringify(item->ConvertToJsonObject()) : std::string();
-}
-
-struct Result {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-/// Runs `program` with `args`, `input` on its standard input. The arguments
-/// reach it as given, on every platform: no shell reads them.
-inline Result RunProgram(const std::string& program, const std::vector<std::string>& args,
-                         const std::string& input = "") {
-#ifdef SIGPIPE
-    std::signal(SIGPIPE, SIG_IGN);  // a tool that exits without reading all its input
-#endif
-    Poco::Pipe in, out, err;
-    Poco::ProcessHandle process = Poco::Process::launch(program, args, &in, &out, &err);
-    // Each pipe has its own thread, so a full one never stalls the others.
-    std::thread feeder([&in, &input] {
-        try {
-            Poco::PipeOutputStream stream(in);
-            stream << input;
-            stream.close();
-        } catch (const Poco::Exception&) {
-            in.close();  // the tool stopped reading: what it did not read does not matter
-        }
-    });
-    Result result;
-    std::thread errors([&err, &result] {
-        Poco::PipeInputStream stream(err);
-        Poco::StreamCopier::copyToString(stream, result.err);
-    });
-    Poco::PipeInputStream stream(out);
-    Poco::StreamCopier::copyToString(stream, result.out);
-    errors.join();
-    feeder.join();
-    result.status = process.wait();
-    return result;
 }
 
 }  // namespace testsupport

@@ -13,6 +13,7 @@
 #include <Poco/Process.h>
 #include <Poco/StreamCopier.h>
 
+#include "tests/ProcessSupport.h"
 #include "tests/TestSupport.h"
 
 namespace {
@@ -278,6 +279,32 @@ TEST(Tool, NonAsciiFileNamesAndExactBytes) {
         EXPECT_EQ(dir.entries(), (std::vector<std::string>{name, name + ".out"}));
     }
 }
+
+#ifndef _WIN32
+// Started without a standard input (as some job runners start programs), the
+// tool says it cannot read it, as for any unreadable file: no crash.
+TEST(Tool, ClosedStandardInputIsAnInputError) {
+    struct Row {
+        std::vector<std::string> args;
+        std::string message;  // on either stream
+    };
+    const std::vector<Row> rows = {
+        {{"check", "-"}, "cannot read the standard input"},
+        {{"fmt", "-"}, "cannot read the standard input"},
+        {{"render", "-"}, "cannot read the standard input"},
+        {{"macro", "check"}, "cannot read '-'"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.args));
+        std::vector<std::string> words = {"-c", "exec \"$0\" \"$@\" <&-", kTool};
+        words.insert(words.end(), row.args.begin(), row.args.end());
+        const Result result = RunProgram("/bin/sh", words);
+        EXPECT_EQ(result.status, 2) << result.out << result.err;
+        EXPECT_NE((result.out + result.err).find(row.message), std::string::npos)
+            << result.out << result.err;
+    }
+}
+#endif
 
 // Every example script of the macro guide passes: editing scripts the grammar
 // check, running scripts the conversion (a line no command accepts exits 1).

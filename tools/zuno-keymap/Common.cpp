@@ -4,31 +4,40 @@
 
 #include "Common.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
-#include <iterator>
-#include <sstream>
 
 #include "Platform.h"
 
 namespace zunokeymap {
 
+namespace {
+
+// Through istream::read, which turns a failed read into badbit: the stream
+// buffer itself throws on one (a closed standard input, an I/O error), and
+// an iterator over the buffer would let that escape.
+bool readAll(std::istream& in, std::string& text) {
+    text.clear();
+    std::array<char, 65536> buffer{};
+    do {
+        in.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+        text.append(buffer.data(), static_cast<std::size_t>(in.gcount()));
+    } while (in);
+    return !in.bad();
+}
+
+}  // namespace
+
 bool ReadInput(const std::string& path, std::string& text) {
     if (path == "-") {
-        text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
-        return !std::cin.bad();
+        return readAll(std::cin, text);
     }
     std::ifstream in;
-    if (!OpenRegularFile(path, in)) {
-        return false;
-    }
-    std::ostringstream content;
-    content << in.rdbuf();
-    text = content.str();
-    return !in.bad();
+    return OpenRegularFile(path, in) && readAll(in, text);
 }
 
 const std::vector<BuiltIn>& BuiltIns() {
@@ -78,9 +87,7 @@ Loaded Load(const std::string& given, bool joystick) {
     result.joystick = joystick;
     std::string data;
     if (source == "-") {
-        if (!ReadInput("-", data)) {
-            result.unreadable = true;
-        }
+        result.unreadable = !ReadInput("-", data);
         result.text = data;
         if (data.empty()) {
             // Empty text would send the library to a file of that name.
@@ -90,10 +97,16 @@ Loaded Load(const std::string& given, bool joystick) {
             result.doc->info->is_joystick = joystick;
             result.diagnostic.failed = true;
             result.diagnostic.source = result.source;
-            result.diagnostic.problem = km::LoadDiagnostic::Problem::Malformed;
-            result.diagnostic.line = 1;
-            result.diagnostic.column = 1;
-            result.diagnostic.message = "malformed JSON at line 1, column 1: the document is empty";
+            if (result.unreadable) {
+                result.diagnostic.problem = km::LoadDiagnostic::Problem::Unreadable;
+                result.diagnostic.message = "cannot read the standard input";
+            } else {
+                result.diagnostic.problem = km::LoadDiagnostic::Problem::Malformed;
+                result.diagnostic.line = 1;
+                result.diagnostic.column = 1;
+                result.diagnostic.message =
+                    "malformed JSON at line 1, column 1: the document is empty";
+            }
             return result;
         }
     }

@@ -21,6 +21,9 @@
 #include <shellapi.h>
 
 #include <cstdio>
+#else
+#include <fcntl.h>
+#include <unistd.h>
 #endif
 
 namespace zunokeymap {
@@ -57,7 +60,7 @@ std::vector<std::string> arguments(int argc, char** argv) {
 
 }  // namespace
 
-void UseBinaryStdio() {
+void PrepareStandardStreams() {
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
@@ -73,7 +76,16 @@ std::vector<std::string> arguments(int argc, char** argv) {
 
 }  // namespace
 
-void UseBinaryStdio() {}
+void PrepareStandardStreams() {
+    // open() takes the lowest free descriptor, so each closed one is filled
+    // in turn. Write-only: reading a closed standard input still fails, as it
+    // did, while anything written to a closed output is dropped.
+    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
+        if (::fcntl(fd, F_GETFD) == -1 && ::open("/dev/null", O_WRONLY) == -1) {
+            return;
+        }
+    }
+}
 
 #endif
 

@@ -32,9 +32,13 @@ private:
     std::vector<char*> pointers_;  ///< into arguments_, ending in a null pointer
 };
 
-/// Puts standard input, output and error into binary mode on Windows, so
-/// that the tool writes the same bytes there as elsewhere ("\n", not "\r\n").
-void UseBinaryStdio();
+/// Makes standard input, output and error safe to use. On Windows they are
+/// put into binary mode, so that the tool writes the same bytes there as
+/// elsewhere ("\n", not "\r\n"). Elsewhere a descriptor the tool was started
+/// without is opened write-only on /dev/null, so that no file the tool opens
+/// later takes its number: nothing meant for the terminal lands in a file, and
+/// a closed standard input still cannot be read.
+void PrepareStandardStreams();
 
 /// Opens the regular file at the UTF-8 `path` for reading bytes. False for
 /// anything else: a pipe or a device could block forever.

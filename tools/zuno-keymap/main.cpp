@@ -19,7 +19,7 @@
 int main(int argc, char** argv) {
     using namespace zunokeymap;
     std::ios::sync_with_stdio(false);
-    UseBinaryStdio();
+    PrepareStandardStreams();
     Utf8CommandLine line(argc, argv);
     const std::unique_ptr<CLI::App> app = MakeApp(
         "Checks, tidies, builds and inspects keymap documents. Where a FILE is taken, it\n"
