@@ -67,10 +67,15 @@ KeymapConfig* KeymapManager::LoadKeymapConfigAndInfo(
             zunokeymapmanager::document::Describe(progress, error, path, text, *diagnostic);
         }
         // The callback runs on a thread of its own, and has returned before
-        // the load does.
+        // the load does. A platform without threads (a page's WebAssembly)
+        // would wait forever for one: there it runs on this thread.
+#if defined(__EMSCRIPTEN__) && !defined(__EMSCRIPTEN_PTHREADS__)
+        OnLoadConfigAndInfoFailed(path);
+#else
         std::async(std::launch::async, &KeymapManager::OnLoadConfigAndInfoFailed, this,
                    std::string(path))
             .wait();
+#endif
         return config.release();
     }
     if (diagnostic != nullptr) {
@@ -96,9 +101,13 @@ bool KeymapManager::SaveKeymapConfigAndInfo(const std::string& path, KeymapConfi
 }
 
 void KeymapManager::OnLoadConfigAndInfoFailed(const std::string& path) {
+    // The pointer and the function are each read once: what is checked is
+    // what is called.
     KeymapManagerCallbacks* callbacks = callbacks_.load(std::memory_order_acquire);
-    if (callbacks != nullptr && callbacks->loadConfigAndInfoFailed != nullptr) {
-        callbacks->loadConfigAndInfoFailed(path);
+    void (*failed)(const std::string&) =
+        callbacks != nullptr ? callbacks->loadConfigAndInfoFailed : nullptr;
+    if (failed != nullptr) {
+        failed(path);
     }
 }
 

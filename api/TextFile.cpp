@@ -9,7 +9,12 @@
 namespace zunokeymapmanager {
 
 bool WriteTextFile(const std::string& path, const std::string& text) {
-    return document::WriteFile(path, text);
+    std::string error;
+    return WriteTextFile(path, text, error);
+}
+
+bool WriteTextFile(const std::string& path, const std::string& text, std::string& error) {
+    return document::ReplaceFile(path, text, error) == document::ReplaceResult::Replaced;
 }
 
 }  // namespace zunokeymapmanager

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <fstream>
 #include <functional>
 #include <sstream>
@@ -62,18 +63,32 @@ std::string ReadBytes(const std::string& path) {
     return content.str();
 }
 
-bool WriteInPlace(const std::string& path, const std::string& text) {
-    std::filesystem::path native;
-    if (!NativePath(path, native)) {
-        return false;
+bool WriteFile(const std::string& path, const std::string& text) {
+    std::string error;
+    switch (ReplaceFile(path, text, error)) {
+        case ReplaceResult::Replaced:
+            return true;
+        case ReplaceResult::NotReplaceable:
+            return WriteInPlace(path, text);
+        case ReplaceResult::Failed:
+            break;
     }
-    std::ofstream out(native, std::ios::out | std::ios::trunc | std::ios::binary);
-    if (!out) {
-        return false;
+    return false;
+}
+
+std::string TempPrefix(const std::string& base) {
+    // FNV-1a: the same name gives the same prefix in every process, so a
+    // later save finds what a killed one left.
+    std::uint32_t hash = 2166136261U;
+    for (const char c : base) {
+        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
     }
-    out << text;
-    out.close();
-    return static_cast<bool>(out);
+    static const char kHex[] = "0123456789abcdef";
+    std::string prefix = ".zkm-";
+    for (int shift = 28; shift >= 0; shift -= 4) {
+        prefix += kHex[(hash >> shift) & 0xFU];
+    }
+    return prefix + "-";
 }
 
 namespace {

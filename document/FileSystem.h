@@ -30,21 +30,43 @@ FileKind KindOf(const std::string& path);
 /// opened, Poco::ReadFileException when reading fails.
 std::string ReadBytes(const std::string& path);
 
-/// Writes `text` to `path`; false when the file could not be written.
-/// The text goes to a new file beside the target, which is flushed to disk
-/// and then replaces the target in one step, so a crash or a full disk
-/// midway leaves the old file whole. A symbolic link stays a link and its
-/// target is replaced. Where no file can be made beside the target, or the
-/// target is not a regular file, the target is truncated and written in
-/// place; so is a target another program holds open and will not let go.
+/// How ReplaceFile ended.
+enum class ReplaceResult {
+    Replaced,  ///< the target now holds the whole text
+    /// Nothing was written and no new file could take the target's place
+    /// (none can be made beside it, the target is no regular file, or it
+    /// cannot be replaced without changing who may read it).
+    NotReplaceable,
+    Failed,  ///< writing the new file or moving it failed; the target is untouched
+};
+
+/// Writes `text` to a new file beside `path`, flushes it to disk and moves
+/// it over the target in one step, so the target holds either its old bytes
+/// or the whole new text, whatever happens midway. Never writes into the
+/// target itself. A symbolic link stays a link and its target is replaced.
+/// On POSIX systems the new file keeps the target's mode (and owner where
+/// possible). Temporary files left by an earlier save of the same target
+/// that was killed midway are removed first. `error` names the cause of a
+/// result other than Replaced.
+ReplaceResult ReplaceFile(const std::string& path, const std::string& text, std::string& error);
+
+/// The library's save of `text` to `path`: ReplaceFile, and where that is
+/// not possible, WriteInPlace; false when the file could not be written.
 /// A target the user may not write (on Windows, a read-only file) is left
-/// alone. On POSIX systems the new file keeps the target's mode (and owner
-/// where possible).
+/// alone.
 bool WriteFile(const std::string& path, const std::string& text);
 
-/// Truncates the file at `path` and writes `text` into it: a failure midway
-/// leaves a truncated file. For where nothing safer is possible.
+/// Writes `text` into the file at `path` itself: the space it needs is
+/// reserved first, so a full disk fails before the old bytes are touched,
+/// and a pipe or device that nobody reads fails at once instead of
+/// blocking. A failure midway still leaves a mix of old and new bytes: for
+/// where nothing safer is possible.
 bool WriteInPlace(const std::string& path, const std::string& text);
+
+/// The name a temporary file beside `base` starts with: short and of a fixed
+/// length, so that a target with a name of the longest allowed length still
+/// gets a temporary file beside it.
+std::string TempPrefix(const std::string& base);
 
 /// `path` in the form the platform's file functions take; false when it is
 /// not valid UTF-8 on a platform that has to convert it.

@@ -4,12 +4,16 @@
 // The save on POSIX systems: a new file beside the target, renamed over it.
 //
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <ctime>
 #include <memory>
 #include <string>
 
@@ -20,7 +24,12 @@ namespace document {
 
 namespace {
 
-// Writes the whole text, retrying short writes and interruptions.
+// A temporary file whose process is gone, or that has sat for this long, was
+// left by a save that never finished.
+constexpr std::time_t kStaleSeconds = 60 * 60;
+
+// Writes the whole text at the file's offset, retrying short writes and
+// interruptions.
 bool writeAll(int fd, const std::string& text) {
     const char* data = text.data();
     std::size_t left = text.size();
@@ -38,15 +47,15 @@ bool writeAll(int fd, const std::string& text) {
     return true;
 }
 
-// Opens a new, exclusive file in `dir` named after `base`; -1 when none can
-// be made there. `mode` goes through the umask like any new file's.
-int createBeside(const std::string& dir, const std::string& base, mode_t mode,
+// "<prefix><pid>-<random>": the process id tells a later save whether the
+// file's writer may still be at work.
+int createBeside(const std::string& dir, const std::string& prefix, mode_t mode,
                  std::string& tempPath) {
     TempSuffixes suffixes(static_cast<unsigned>(::getpid()));
     for (int attempt = 0; attempt < 64; ++attempt) {
-        tempPath = dir;
-        tempPath.append("/.").append(base).append(".save-").append(suffixes.next());
-        const int fd = ::open(tempPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        tempPath = dir + "/" + prefix + std::to_string(::getpid()) + "-" + suffixes.next();
+        const int fd =
+            ::open(tempPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode);
         if (fd >= 0) {
             return fd;
         }
@@ -54,7 +63,36 @@ int createBeside(const std::string& dir, const std::string& base, mode_t mode,
             return -1;
         }
     }
+    errno = EEXIST;
     return -1;
+}
+
+// Removes the temporary files of earlier saves of this target whose writer
+// is gone (or that are too old to be anyone's work in progress).
+void removeStaleTemps(const std::string& dir, const std::string& prefix) {
+    DIR* listing = ::opendir(dir.c_str());
+    if (listing == nullptr) {
+        return;
+    }
+    const std::time_t now = std::time(nullptr);
+    while (const dirent* entry = ::readdir(listing)) {
+        const std::string name = entry->d_name;
+        if (name.compare(0, prefix.size(), prefix) != 0) {
+            continue;
+        }
+        const std::string path = dir + "/" + name;
+        struct stat info {};
+        if (::lstat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) {
+            continue;
+        }
+        const long pid = std::strtol(name.c_str() + prefix.size(), nullptr, 10);
+        const bool writerGone =
+            pid > 0 && ::kill(static_cast<pid_t>(pid), 0) != 0 && errno == ESRCH;
+        if (writerGone || now - info.st_mtime > kStaleSeconds) {
+            ::unlink(path.c_str());
+        }
+    }
+    ::closedir(listing);
 }
 
 void syncDirectory(const std::string& dir) {
@@ -65,9 +103,14 @@ void syncDirectory(const std::string& dir) {
     }
 }
 
+ReplaceResult fail(ReplaceResult result, std::string& error, const std::string& cause) {
+    error = cause;
+    return result;
+}
+
 }  // namespace
 
-bool WriteFile(const std::string& path, const std::string& text) {
+ReplaceResult ReplaceFile(const std::string& path, const std::string& text, std::string& error) {
     // A symbolic link stays a link: the file it points to is replaced.
     std::string target = path;
     struct stat linkInfo {};
@@ -75,7 +118,7 @@ bool WriteFile(const std::string& path, const std::string& text) {
         std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
                                                              &std::free);
         if (!resolved) {
-            return WriteInPlace(path, text);  // dangling or looping link
+            return fail(ReplaceResult::NotReplaceable, error, "a link to no file");
         }
         target = resolved.get();
     }
@@ -83,10 +126,10 @@ bool WriteFile(const std::string& path, const std::string& text) {
     struct stat info {};
     const bool exists = ::stat(target.c_str(), &info) == 0;
     if (exists && !S_ISREG(info.st_mode)) {
-        return WriteInPlace(path, text);  // a device or a pipe is written, never replaced
+        return fail(ReplaceResult::NotReplaceable, error, "not a regular file");
     }
     if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) {
-        return WriteInPlace(path, text);  // a file the user may not write stays as it is
+        return fail(ReplaceResult::NotReplaceable, error, std::strerror(errno));
     }
 
     const std::size_t slash = target.rfind('/');
@@ -95,38 +138,72 @@ bool WriteFile(const std::string& path, const std::string& text) {
                                 : (slash == 0 ? "/" : target.substr(0, slash));
     const std::string base = slash == std::string::npos ? target : target.substr(slash + 1);
     if (base.empty()) {
-        return WriteInPlace(path, text);
+        return fail(ReplaceResult::NotReplaceable, error, "not a file name");
     }
 
+    const std::string prefix = TempPrefix(base);
+    removeStaleTemps(dir, prefix);
     std::string tempPath;
-    const int fd = createBeside(dir, base, exists ? S_IRUSR | S_IWUSR : 0666, tempPath);
+    const int fd = createBeside(dir, prefix, exists ? S_IRUSR | S_IWUSR : 0666, tempPath);
     if (fd < 0) {
-        return WriteInPlace(path, text);
+        return fail(
+            ReplaceResult::NotReplaceable, error,
+            std::string("cannot create a temporary file beside it: ") + std::strerror(errno));
     }
     // The new file takes the old one's place, so it takes its mode and, where
     // the process may, its owner.
-    bool ok = true;
     if (exists) {
-        ok = ::fchmod(fd, info.st_mode & 07777) == 0;
-        if (ok && (info.st_uid != ::geteuid() || info.st_gid != ::getegid())) {
-            ok = ::fchown(fd, info.st_uid, info.st_gid) == 0;
+        bool kept = ::fchmod(fd, info.st_mode & 07777) == 0;
+        if (kept && (info.st_uid != ::geteuid() || info.st_gid != ::getegid())) {
+            kept = ::fchown(fd, info.st_uid, info.st_gid) == 0;
         }
-        if (!ok) {
+        if (!kept) {
             // Replacing the file would change who may read it: keep it.
+            const int cause = errno;
             ::close(fd);
             ::unlink(tempPath.c_str());
-            return WriteInPlace(path, text);
+            return fail(ReplaceResult::NotReplaceable, error,
+                        std::string("cannot keep its owner and mode: ") + std::strerror(cause));
         }
     }
-    ok = writeAll(fd, text) && ::fsync(fd) == 0;
+    bool ok = writeAll(fd, text) && ::fsync(fd) == 0;
+    int cause = ok ? 0 : errno;
     ok = ::close(fd) == 0 && ok;
+    cause = cause != 0 ? cause : (ok ? 0 : errno);
     ok = ok && ::rename(tempPath.c_str(), target.c_str()) == 0;
+    cause = cause != 0 ? cause : (ok ? 0 : errno);
     if (!ok) {
         ::unlink(tempPath.c_str());
-        return false;
+        return fail(ReplaceResult::Failed, error, std::strerror(cause));
     }
     syncDirectory(dir);
-    return true;
+    return ReplaceResult::Replaced;
+}
+
+bool WriteInPlace(const std::string& path, const std::string& text) {
+    // Never blocks on a pipe that nobody reads: it fails at once instead.
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666);
+    if (fd < 0) {
+        return false;
+    }
+    struct stat info {};
+    const bool regular = ::fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
+    if (regular) {
+        ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+        // Room for the whole text before the old bytes are touched. A file
+        // system without the call (EOPNOTSUPP, EINVAL) is written as before.
+        const int reserved =
+            text.empty() ? 0 : ::posix_fallocate(fd, 0, static_cast<off_t>(text.size()));
+        if (reserved != 0 && reserved != EOPNOTSUPP && reserved != EINVAL) {
+            ::close(fd);
+            return false;
+        }
+    }
+    bool ok = writeAll(fd, text);
+    if (ok && regular) {
+        ok = ::ftruncate(fd, static_cast<off_t>(text.size())) == 0 && ::fsync(fd) == 0;
+    }
+    return ::close(fd) == 0 && ok;
 }
 
 }  // namespace document

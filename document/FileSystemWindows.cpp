@@ -13,6 +13,8 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cwchar>
 #include <string>
 #include <system_error>
 
@@ -46,13 +48,18 @@ bool writeAll(HANDLE file, const std::string& text) {
     return true;
 }
 
-// Creates a new, exclusive file in `dir` named after `base`; an invalid
-// handle when none can be made there.
-HANDLE createBeside(const fs::path& dir, const std::wstring& base, fs::path& tempPath) {
-    TempSuffixes suffixes(static_cast<unsigned>(::GetCurrentProcessId()));
+std::wstring wide(const std::string& ascii) {
+    return std::wstring(ascii.begin(), ascii.end());
+}
+
+// Creates "<prefix><pid>-<random>" in `dir`, exclusively; an invalid handle
+// when none can be made there. The process id tells a later save whether the
+// file's writer may still be at work.
+HANDLE createBeside(const fs::path& dir, const std::string& prefix, fs::path& tempPath) {
+    const DWORD pid = ::GetCurrentProcessId();
+    TempSuffixes suffixes(static_cast<unsigned>(pid));
     for (int attempt = 0; attempt < 64; ++attempt) {
-        const std::string suffix = suffixes.next();
-        tempPath = dir / (L"." + base + L".save-" + std::wstring(suffix.begin(), suffix.end()));
+        tempPath = dir / wide(prefix + std::to_string(pid) + "-" + suffixes.next());
         const HANDLE file = ::CreateFileW(tempPath.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                           FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file != INVALID_HANDLE_VALUE) {
@@ -64,6 +71,41 @@ HANDLE createBeside(const fs::path& dir, const std::wstring& base, fs::path& tem
         }
     }
     return INVALID_HANDLE_VALUE;
+}
+
+bool processGone(unsigned long pid) {
+    const HANDLE process = ::OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(pid));
+    if (process == nullptr) {
+        return ::GetLastError() == ERROR_INVALID_PARAMETER;
+    }
+    const bool gone = ::WaitForSingleObject(process, 0) == WAIT_OBJECT_0;
+    ::CloseHandle(process);
+    return gone;
+}
+
+// Removes the temporary files of earlier saves of this target whose writer
+// is gone (or that are too old to be anyone's work in progress).
+void removeStaleTemps(const fs::path& dir, const std::string& prefix) {
+    std::error_code error;
+    fs::directory_iterator entries(dir, error);
+    const auto now = fs::file_time_type::clock::now();
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+        const std::wstring name = entries->path().filename().wstring();
+        if (name.compare(0, prefix.size(), wide(prefix)) != 0 || !entries->is_regular_file(error)) {
+            continue;
+        }
+        const unsigned long pid = std::wcstoul(name.c_str() + prefix.size(), nullptr, 10);
+        const auto written = entries->last_write_time(error);
+        const bool old = !error && now - written > std::chrono::hours(1);
+        if ((pid != 0 && processGone(pid)) || old) {
+            std::error_code ignored;
+            fs::remove(entries->path(), ignored);
+        }
+    }
+}
+
+std::string describe(DWORD code) {
+    return std::system_category().message(static_cast<int>(code));
 }
 
 bool heldByAnother(DWORD error) {
@@ -90,17 +132,19 @@ bool moveOver(const fs::path& tempPath, const fs::path& target, bool& held) {
 
 }  // namespace
 
-bool WriteFile(const std::string& path, const std::string& text) {
+ReplaceResult ReplaceFile(const std::string& path, const std::string& text, std::string& error) {
     fs::path target;
     if (!NativePath(path, target)) {
-        return false;
+        error = "not a UTF-8 path";
+        return ReplaceResult::Failed;
     }
-    std::error_code error;
+    std::error_code code;
     // A symbolic link stays a link: the file it points to is replaced.
-    if (fs::is_symlink(target, error)) {
-        const fs::path resolved = fs::canonical(target, error);
-        if (error) {
-            return WriteInPlace(path, text);  // dangling or looping link
+    if (fs::is_symlink(target, code)) {
+        const fs::path resolved = fs::canonical(target, code);
+        if (code) {
+            error = "a link to no file";
+            return ReplaceResult::NotReplaceable;
         }
         target = resolved;
     }
@@ -108,33 +152,70 @@ bool WriteFile(const std::string& path, const std::string& text) {
     const DWORD attributes = ::GetFileAttributesW(target.c_str());
     const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
     if (exists && KindOf(path) != FileKind::Regular) {
-        return WriteInPlace(path, text);  // a device is written, never replaced
+        error = "not a regular file";
+        return ReplaceResult::NotReplaceable;
     }
     if (exists && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        return false;  // a read-only file stays as it is
+        error = "a read-only file";
+        return ReplaceResult::Failed;  // it stays as it is
     }
 
     const fs::path dir = target.has_parent_path() ? target.parent_path() : fs::path(L".");
-    const std::wstring base = target.filename().wstring();
+    const std::string base = target.filename().u8string();
     if (base.empty()) {
-        return WriteInPlace(path, text);
+        error = "not a file name";
+        return ReplaceResult::NotReplaceable;
     }
+    const std::string prefix = TempPrefix(base);
+    removeStaleTemps(dir, prefix);
     fs::path tempPath;
-    const HANDLE file = createBeside(dir, base, tempPath);
+    const HANDLE file = createBeside(dir, prefix, tempPath);
     if (file == INVALID_HANDLE_VALUE) {
-        return WriteInPlace(path, text);
+        error = "cannot create a temporary file beside it: " + describe(::GetLastError());
+        return ReplaceResult::NotReplaceable;
     }
     bool ok = writeAll(file, text) && ::FlushFileBuffers(file);
+    DWORD cause = ok ? 0 : ::GetLastError();
     ok = ::CloseHandle(file) && ok;
     bool held = false;
     ok = ok && moveOver(tempPath, target, held);
     if (!ok) {
+        cause = cause != 0 ? cause : ::GetLastError();
         ::DeleteFileW(tempPath.c_str());
+        error = held ? "held open by another program" : describe(cause);
         // The new text could not take the held file's place; it may still
         // be written into it, if the holder allows that.
-        return held && WriteInPlace(path, text);
+        return held ? ReplaceResult::NotReplaceable : ReplaceResult::Failed;
     }
-    return true;
+    return ReplaceResult::Replaced;
+}
+
+bool WriteInPlace(const std::string& path, const std::string& text) {
+    fs::path native;
+    if (!NativePath(path, native)) {
+        return false;
+    }
+    const HANDLE file = ::CreateFileW(native.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    // Room for the whole text before the old bytes are touched (an allocation
+    // below the file's size would cut it, so only a growing file asks).
+    const bool disk = ::GetFileType(file) == FILE_TYPE_DISK;
+    LARGE_INTEGER size{};
+    bool ok = !disk || ::GetFileSizeEx(file, &size);
+    if (ok && disk && static_cast<LONGLONG>(text.size()) > size.QuadPart) {
+        FILE_ALLOCATION_INFO allocation{};
+        allocation.AllocationSize.QuadPart = static_cast<LONGLONG>(text.size());
+        ok =
+            ::SetFileInformationByHandle(file, FileAllocationInfo, &allocation, sizeof(allocation));
+    }
+    ok = ok && writeAll(file, text);
+    if (ok && disk) {
+        ok = ::SetEndOfFile(file) && ::FlushFileBuffers(file);
+    }
+    return ::CloseHandle(file) && ok;
 }
 
 }  // namespace document

@@ -26,6 +26,7 @@ struct AddOptions {
     std::vector<std::string> keys;
     std::string at;
     bool joystick = false;
+    bool force = false;
 };
 
 // The members that --key fills, in the order the keys are given.
@@ -66,7 +67,8 @@ int runAdd(const AddOptions& options) {
     }
     std::size_t index = 0;
     const int status = EditDocument(
-        "add", options.file, options.joystick, true, [&](const Poco::JSON::Object::Ptr& root) {
+        "add", options.file, options.joystick, true, options.force,
+        [&](const Poco::JSON::Object::Ptr& root) {
             Poco::JSON::Object::Ptr object = new Poco::JSON::Object(item->ConvertToJsonObject());
             Poco::JSON::Object::Ptr wrapper = new Poco::JSON::Object();
             wrapper->set("item", object);
@@ -122,6 +124,10 @@ void AddAddCommand(CLI::App& app) {
         ->type_name("X,Y");
     command.add_flag("--joystick", options->joystick,
                      "a gamepad document: bare key names are gamepad controls");
+    command.add_flag("--force", options->force,
+                     "write even what leaves out elements of FILE the library does not keep\n"
+                     "(unknown item types and members); without it they are named and nothing\n"
+                     "is written");
     OnRun(command, [options] { return runAdd(*options); });
 }
 

@@ -132,15 +132,26 @@ std::string SavedText(const km::KeymapConfig* doc) {
     return km::SaveKeymapConfigAndInfoToText(doc);
 }
 
-bool SaveTo(const std::string& command, const std::string& path, km::KeymapConfig* doc) {
-    km::SaveKeymapConfigAndInfo(path, doc);
-    // The library never reports a failed save: look at what landed.
-    std::string written;
-    if (!ReadInput(path, written) || written != SavedText(doc)) {
-        std::cerr << "zuno-keymap " << command << ": cannot write '" << path << "'\n";
-        return false;
+bool WriteOutput(const std::string& command, const std::string& path, const std::string& text) {
+    std::string error;
+    if (path == "-") {
+        std::cout << text;
+        std::cout.flush();
+        if (std::cout) {
+            return true;
+        }
+        error = "cannot write the standard output";
+    } else if (WriteToStream(path, text, error) ||
+               (error.empty() && km::WriteTextFile(path, text, error))) {
+        return true;
     }
-    return true;
+    std::cerr << "zuno-keymap " << command << ": cannot write '"
+              << (path == "-" ? "<stdout>" : path) << "': " << error << "\n";
+    return false;
+}
+
+bool SaveTo(const std::string& command, const std::string& path, km::KeymapConfig* doc) {
+    return WriteOutput(command, path, SavedText(doc));
 }
 
 std::vector<std::string> ItemTypes() {

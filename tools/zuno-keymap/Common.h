@@ -63,9 +63,13 @@ bool IsBuiltIn(const std::string& name, bool joystick);
 /// The text the library saves for `doc`.
 std::string SavedText(const km::KeymapConfig* doc);
 
-/// Saves `doc` to `path` (the library replaces the file in one step) and
-/// reads back what landed; false, with a message on standard error, when it
-/// is not the saved text.
+/// Writes `text` to `path`: "-" is standard output, a pipe or device is
+/// written as a stream, and a file is replaced in one step or left
+/// byte-identical (never written in place). False, with the cause on
+/// standard error, when nothing (or not everything) was written.
+bool WriteOutput(const std::string& command, const std::string& path, const std::string& text);
+
+/// WriteOutput of the text the library saves for `doc`.
 bool SaveTo(const std::string& command, const std::string& path, km::KeymapConfig* doc);
 
 /// The item types, in the order of the type list, without "Unknown".

@@ -12,8 +12,11 @@
 #include <Poco/JSON/Parser.h>
 #include <Poco/JSON/Stringifier.h>
 
+#include "CheckReport.h"
 #include "CommandLine.h"
 #include "Keys.h"
+#include "LostElements.h"
+#include "Platform.h"
 
 namespace zunokeymap {
 
@@ -22,6 +25,9 @@ namespace {
 using Poco::Dynamic::Var;
 using Poco::JSON::Array;
 using Poco::JSON::Object;
+
+// How long an edit waits for another tool that is writing the same file.
+constexpr int kLockWaitMs = 10000;
 
 // One step of a member path: a member name, or an array index when `name` is empty.
 struct Step {
@@ -146,8 +152,14 @@ int SetMember(const std::string& command, const Object::Ptr& root, const std::st
                         ? container.extract<Array::Ptr>()->get(static_cast<unsigned>(last.index))
                         : container.extract<Object::Ptr>()->get(last.name);
     if (isKeyMember(last.name, old) && newValue.type() != typeid(Object::Ptr)) {
-        km::ConfigKey key;  // an empty VALUE unsets the key
-        if (!value.empty() && !KeyFromText(value, joystick, key, error)) {
+        if (value.empty() && !last.name.empty()) {
+            // An unset key is not written at all: the member goes.
+            Object::Ptr object = container.extract<Object::Ptr>();
+            object->remove(last.name);
+            return kClean;
+        }
+        km::ConfigKey key;
+        if (!KeyFromText(value, joystick, key, error)) {
             return UsageError(command, error);
         }
         newValue = KeyToJson(key);
@@ -174,10 +186,18 @@ bool HasMember(const Poco::JSON::Object::Ptr& root, const std::string& path) {
 }
 
 int EditDocument(const std::string& command, const std::string& file, bool joystick, bool mayCreate,
-                 const std::function<int(const Object::Ptr& root)>& edit,
+                 bool force, const std::function<int(const Object::Ptr& root)>& edit,
                  const std::vector<std::string>& kept) {
     if (file == "-" || IsBuiltIn(file, joystick)) {
         return UsageError(command, "FILE must be a file to write, not '" + file + "'");
+    }
+    // Two tools editing one file at once would each write over the other's change.
+    FileLock lock(file);
+    std::string lockError;
+    if (!lock.acquire(kLockWaitMs, lockError)) {
+        std::cerr << "zuno-keymap " << command << ": cannot edit '" << file << "': " << lockError
+                  << "\n";
+        return kUsage;
     }
     bool missing = false;
     try {
@@ -191,7 +211,17 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
         std::cerr << file << ": error: " << loaded.diagnostic.message << "\n";
         return loaded.unreadable ? kUsage : kProblems;
     }
-    const Object::Ptr root = parseObject(SavedText(loaded.doc.get()));
+    const std::string before = SavedText(loaded.doc.get());
+    // The edit starts from the library's form of the file: whatever that
+    // leaves out of the user's file is lost unless the user says so.
+    if (!force) {
+        const std::vector<std::string> lost = LostOnSave(loaded.text, *loaded.doc);
+        if (!lost.empty()) {
+            std::cerr << LostElementsMessage(command, file, lost);
+            return kProblems;
+        }
+    }
+    const Object::Ptr root = parseObject(before);
     if (root.isNull()) {
         return kProblems;  // the library wrote what it cannot read back
     }
@@ -201,18 +231,18 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
     std::ostringstream text;
     Poco::JSON::Stringifier::stringify(root, text);
     km::LoadDiagnostic diagnostic;
+    const bool gamepad = joystick || loaded.doc->info->is_joystick;
     std::unique_ptr<km::KeymapConfig> edited(
-        joystick || loaded.doc->info->is_joystick
-            ? km::LoadJoystickConfigAndInfo(file, text.str(), &diagnostic)
-            : km::LoadKeymapConfigAndInfo(file, text.str(), &diagnostic));
+        gamepad ? km::LoadJoystickConfigAndInfo(file, text.str(), &diagnostic)
+                : km::LoadKeymapConfigAndInfo(file, text.str(), &diagnostic));
     if (diagnostic.failed) {
         std::cerr << file << ": error: " << diagnostic.message << "\n"
                   << "zuno-keymap " << command << ": the edited document does not load; " << file
                   << " is left as it was\n";
         return kProblems;
     }
-    // The library drops members it does not know: catch a misspelt name.
-    const Object::Ptr saved = parseObject(SavedText(edited.get()));
+    const std::string after = SavedText(edited.get());
+    const Object::Ptr saved = parseObject(after);
     for (const std::string& path : kept) {
         if (saved.isNull() || !HasMember(saved, path)) {
             std::cerr << "zuno-keymap " << command << ": the document has no member " << path
@@ -220,7 +250,18 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
             return kUsage;
         }
     }
-    return SaveTo(command, file, edited.get()) ? kClean : kUsage;
+    // An edit the library does not keep (a misspelt type drops its item, a
+    // misspelt member is dropped) is refused the same way.
+    const std::vector<std::string> dropped = LostOnSave(text.str(), *edited);
+    if (!force && !dropped.empty()) {
+        std::cerr << LostElementsMessage(command, file, dropped);
+        return kProblems;
+    }
+    if (!WriteOutput(command, file, after)) {
+        return kUsage;
+    }
+    PrintCheckReport(std::cout, file, km::CheckKeymapDocument(after, gamepad, file));
+    return kClean;
 }
 
 }  // namespace zunokeymap

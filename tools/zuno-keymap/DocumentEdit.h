@@ -26,8 +26,12 @@ namespace zunokeymap {
 /// load, the load's diagnostic is reported, nothing is written and the
 /// status is 1; when a member path of `kept` is missing from what the
 /// library saves (a member it does not know), nothing is written either.
+/// Unless `force`, neither is anything when the library would leave out
+/// an element of the file or of the edit (an unknown item type or member):
+/// each is named and the status is 1. The file is locked for the whole edit,
+/// and the check's findings for what was written are printed.
 int EditDocument(const std::string& command, const std::string& file, bool joystick, bool mayCreate,
-                 const std::function<int(const Poco::JSON::Object::Ptr& root)>& edit,
+                 bool force, const std::function<int(const Poco::JSON::Object::Ptr& root)>& edit,
                  const std::vector<std::string>& kept = {});
 
 /// Sets the member at `path` ("keymaps[0].spell_info.rel_radius") below

@@ -11,10 +11,15 @@
 #include "CommandLine.h"
 #include "Common.h"
 #include "LineDiff.h"
+#include "LostElements.h"
+#include "Platform.h"
 
 namespace zunokeymap {
 
 namespace {
+
+// How long --in-place waits for another tool that is writing the same file.
+constexpr int kLockWaitMs = 10000;
 
 struct FmtOptions {
     std::string file;
@@ -22,12 +27,20 @@ struct FmtOptions {
     bool inPlace = false;
     bool check = false;
     bool joystick = false;
+    bool force = false;
 };
 
 int runFmt(const FmtOptions& options) {
     const std::string& file = options.file;
     if (options.inPlace && (file == "-" || IsBuiltIn(file, options.joystick))) {
         return UsageError("fmt", "--in-place needs a file, not '" + file + "'");
+    }
+    // Another tool rewriting the file meanwhile would lose its change.
+    FileLock lock(options.inPlace ? file : std::string());
+    std::string lockError;
+    if (options.inPlace && !lock.acquire(kLockWaitMs, lockError)) {
+        std::cerr << "zuno-keymap fmt: cannot rewrite '" << file << "': " << lockError << "\n";
+        return kUsage;
     }
     Loaded loaded = Load(file, options.joystick);
     if (loaded.diagnostic.failed) {
@@ -44,11 +57,14 @@ int runFmt(const FmtOptions& options) {
         return kProblems;
     }
     const std::string target = options.inPlace ? file : options.output;
-    if (target.empty()) {
-        std::cout << saved;
-        return kClean;
+    if (!options.force) {
+        const std::vector<std::string> lost = LostOnSave(loaded.text, *loaded.doc);
+        if (!lost.empty()) {
+            std::cerr << LostElementsMessage("fmt", target.empty() ? "-" : target, lost);
+            return kProblems;
+        }
     }
-    return SaveTo("fmt", target, loaded.doc.get()) ? kClean : kUsage;
+    return WriteOutput("fmt", target.empty() ? "-" : target, saved) ? kClean : kUsage;
 }
 
 }  // namespace
@@ -60,11 +76,15 @@ void AddFmtCommand(CLI::App& app) {
         "Loads the document through the library and writes it as the library saves it:\n"
         "keys sorted, indented by 4, every member written. A document that fails to load\n"
         "is reported and never written. With --check, the difference to the saved form\n"
-        "is shown as a unified diff. -o, --in-place and --check exclude each other.\n");
+        "is shown as a unified diff. -o, --in-place and --check exclude each other.\n"
+        "Elements of FILE the library does not keep (unknown item types and members)\n"
+        "would be lost: they are named and nothing is written, unless --force.\n"
+        "--in-place replaces FILE in one step (a hard link to it keeps the old text).\n");
     command.add_option("FILE", options->file, "the document")->required();
     CLI::Option* output =
         command
-            .add_option("-o,--output", options->output, "write to OUT instead of standard output")
+            .add_option("-o,--output", options->output,
+                        "write to OUT instead of standard output ('-' is standard output)")
             ->type_name("OUT");
     CLI::Option* inPlace = command.add_flag("--in-place", options->inPlace,
                                             "rewrite FILE itself (not for '-' or a built-in name)");
@@ -74,6 +94,8 @@ void AddFmtCommand(CLI::App& app) {
     output->excludes(inPlace)->excludes(check);
     inPlace->excludes(check);
     command.add_flag("--joystick", options->joystick, "load FILE as a gamepad document");
+    command.add_flag("--force", options->force,
+                     "write even when elements of FILE the library does not keep are lost");
     OnRun(command, [options] { return runFmt(*options); });
 }
 

@@ -44,6 +44,33 @@ void PrepareStandardStreams();
 /// anything else: a pipe or a device could block forever.
 bool OpenRegularFile(const std::string& path, std::ifstream& in);
 
+/// Writes `text` to `path` when it names an existing pipe, terminal or other
+/// device (/dev/stdout, a FIFO), which is written as a stream rather than
+/// replaced. False when `path` is no such thing (`error` empty: write it as a
+/// file) or the write failed (`error` says why).
+bool WriteToStream(const std::string& path, const std::string& text, std::string& error);
+
+/// An advisory lock for a read-modify-write of a file, so that two tools
+/// editing one file at once do not lose each other's change. It is taken on
+/// the file's folder, since the write replaces the file itself. Held until
+/// destroyed. On Windows, where a file held open cannot be replaced, it
+/// takes no lock.
+class FileLock {
+public:
+    explicit FileLock(const std::string& path);
+    ~FileLock();
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+    /// Waits up to `timeoutMs` for the lock; false, with `error` set, when
+    /// another writer still holds it then.
+    bool acquire(int timeoutMs, std::string& error);
+
+private:
+    std::string path_;
+    int fd_ = -1;
+};
+
 }  // namespace zunokeymap
 
 #endif  // ZUNO_KEYMAP_TOOL_PLATFORM_H

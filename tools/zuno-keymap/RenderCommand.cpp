@@ -50,16 +50,7 @@ int runRender(const RenderArguments& args) {
     picture.title = baseName(loaded.source);
     const std::string svg = render::RenderSvg(*loaded.doc, report, picture);
 
-    const std::string& out = args.output;
-    if (out.empty()) {
-        std::cout << svg;
-        return kClean;
-    }
-    if (!km::WriteTextFile(out, svg)) {
-        std::cerr << "zuno-keymap render: cannot write '" << out << "'\n";
-        return kUsage;
-    }
-    return kClean;
+    return WriteOutput("render", args.output.empty() ? "-" : args.output, svg) ? kClean : kUsage;
 }
 
 }  // namespace
@@ -75,7 +66,9 @@ void AddRenderCommand(CLI::App& app) {
         "Exit status: 0 when drawn (problems are drawn, not errors), 1 when FILE does not\n"
         "load, 2 on a usage error or when a file cannot be read or written.\n");
     command.add_option("FILE", args->file, "the document to draw")->required();
-    command.add_option("-o,--output", args->output, "write to OUT instead of standard output")
+    command
+        .add_option("-o,--output", args->output,
+                    "write to OUT instead of standard output ('-' is standard output)")
         ->type_name("OUT");
     command
         .add_option("--size", args->size,

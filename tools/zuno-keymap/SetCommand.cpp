@@ -20,6 +20,7 @@ struct SetOptions {
     std::string file;
     std::vector<std::string> assignments;
     bool joystick = false;
+    bool force = false;
 };
 
 int runSet(const SetOptions& options) {
@@ -36,7 +37,7 @@ int runSet(const SetOptions& options) {
         }
     }
     return EditDocument(
-        "set", options.file, options.joystick, false,
+        "set", options.file, options.joystick, false, options.force,
         [&options](const Poco::JSON::Object::Ptr& root) {
             for (const std::string& assignment : options.assignments) {
                 const std::size_t equals = assignment.find('=');
@@ -70,6 +71,10 @@ void AddSetCommand(CLI::App& app) {
     command.add_option("PATH=VALUE", options->assignments, "the members to set")->required();
     command.add_flag("--joystick", options->joystick,
                      "a gamepad document: bare key names are gamepad controls");
+    command.add_flag("--force", options->force,
+                     "write even what leaves out elements of FILE the library does not keep\n"
+                     "(unknown item types and members); without it they are named and nothing\n"
+                     "is written");
     OnRun(command, [options] { return runSet(*options); });
 }
 

@@ -30,6 +30,12 @@ ZUNO_KM_API ConfigItem* CreateConfigItem(const std::string& type);
 /// `data`, else the file at `path`. Never null; the caller deletes the result.
 /// On failure the host's callback receives `path`, and the result holds what
 /// was read before the failure.
+///
+/// The callback runs on a thread the load starts and waits for (where the
+/// platform has no threads, on the loading thread itself). When the system
+/// cannot start that thread, the load throws `std::system_error`; a host that
+/// loads documents from untrusted sources under tight process limits catches
+/// it.
 ZUNO_KM_API KeymapConfig* LoadKeymapConfigAndInfo(const std::string& path, const std::string& data);
 
 /// As LoadKeymapConfigAndInfo above (same document, same callback), and, when
@@ -40,6 +46,22 @@ ZUNO_KM_API KeymapConfig* LoadKeymapConfigAndInfo(const std::string& path, const
                                                   LoadDiagnostic* diagnostic);
 
 /// Writes the document to `path`. Always true.
+///
+/// What a host can rely on: the text goes to a new file beside `path`, which
+/// is flushed to disk and then replaces the target in one step, so a crash,
+/// a kill or a full disk midway leaves the old file whole, and a symbolic
+/// link stays a link (its target is replaced; hard links to the old file keep
+/// the old text). Temporary files left beside the target by a save that was
+/// killed are removed by the next save of the same target.
+///
+/// What it cannot promise: where no new file can be made beside the target
+/// (a folder the user may not write, no free inodes) or the target is a pipe
+/// or device, the text is written into the target itself. The room it needs
+/// is reserved first, so a full disk fails before any old byte is touched,
+/// but a kill midway can then leave a mix of old and new text. Since the
+/// result is always true, a host that must know whether the document landed
+/// saves with SaveKeymapConfigAndInfoToText and WriteTextFile, which never
+/// writes in place and reports failure.
 ZUNO_KM_API bool SaveKeymapConfigAndInfo(const std::string& path, KeymapConfig* config);
 
 /// The text SaveKeymapConfigAndInfo writes for `config`, byte for byte;

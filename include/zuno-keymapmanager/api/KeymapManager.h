@@ -21,8 +21,11 @@
 #include "zuno-keymapmanager/model/Geometry.h"
 
 struct KeymapManagerCallbacks
-/// Functions the host lends the library. The host keeps the structure
-/// alive, and may change its members, for as long as loads can happen.
+/// Functions the host lends the library. The host keeps the structure alive
+/// for as long as loads can happen. While loads may run on other threads,
+/// the host does not change its members: it passes a new structure to
+/// SetCallbacks instead, which is safe at any time from any thread (a load
+/// already failing may still call the old function).
 {
     /// Called once for every load that fails, with the path (or built-in name)
     /// that was being loaded. It runs on a thread of its own while the loading
@@ -105,13 +108,15 @@ public:
     /// 312 becomes 56, 285 becomes 29, 54 becomes 42; every other code is kept.
     int ModifyKeyboardScanCodeIfNeeded(int scanCode);
 
-    /// The zero-based numbers of the lines no macro command accepts.
+    /// The one-based numbers of the lines no macro command accepts.
     std::vector<std::uint32_t> MacroKeyEditingTextGrammarCheck(
         const std::vector<std::string>& lines);
-    /// Each editing line in running form, one output line per input line.
+    /// The editing lines in running form; a line no command accepts gives no
+    /// output line.
     std::vector<std::string> MacroKeyEditingTextChangeToRunningText(
         const std::vector<std::string>& lines, zunokeymapmanager::Rect rect);
-    /// Each running line in editing form, one output line per input line.
+    /// The running lines in editing form; a line no command accepts gives no
+    /// output line.
     std::vector<std::string> MacroKeyRunningTextChangeToEditingText(
         const std::vector<std::string>& lines, zunokeymapmanager::Rect rect);
 

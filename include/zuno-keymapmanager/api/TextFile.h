@@ -14,11 +14,20 @@
 
 namespace zunokeymapmanager {
 
-/// Writes `text` to `path` the way SaveKeymapConfigAndInfo writes a document:
-/// into a new file beside the target, which then replaces it in one step, so
-/// a crash or a full disk midway leaves the old file whole. Unlike the save,
-/// returns false when the file could not be written.
+/// Writes `text` to `path` in one step: into a new file beside the target,
+/// flushed to disk, which then replaces the target, so the target holds its
+/// old bytes or the whole new text whatever happens midway. Unlike the save,
+/// it never writes into the target itself: where no new file can be made
+/// beside it (a folder the user may not write, no free inodes) or the target
+/// is not a regular file, nothing is written. Returns false when the file
+/// was not replaced.
 ZUNO_KM_API bool WriteTextFile(const std::string& path, const std::string& text);
+
+/// WriteTextFile that also says why it failed: `error` gets the cause
+/// ("not a regular file", "cannot create a temporary file beside it:
+/// Permission denied", ...).
+ZUNO_KM_API bool WriteTextFile(const std::string& path, const std::string& text,
+                               std::string& error);
 
 }  // namespace zunokeymapmanager
 
