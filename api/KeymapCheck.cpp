@@ -13,6 +13,7 @@
 #include "document/DocumentIO.h"
 #include "zuno-keymapmanager/document/ConfigInfo.h"
 #include "zuno-keymapmanager/document/ConfigParam.h"
+#include "zuno-keymapmanager/document/EmbededConfig.h"
 #include "zuno-keymapmanager/document/KeymapConfig.h"
 #include "zuno-keymapmanager/model/Fields.h"
 #include "zuno-keymapmanager/model/NameLists.h"
@@ -175,8 +176,7 @@ void checkText(const std::string& text, bool joystick, const std::string& source
     progress.keepElements = true;
     bool loaded = false;
     try {
-        // Empty text would make the reader open a file of that name.
-        document::Read(text.empty() ? std::string(" ") : text, source, doc, progress);
+        document::ReadFrom(document::Origin::Text, text, source, doc, progress);
         report.items = doc.items.size();
         loaded = true;
     } catch (const Poco::Exception& error) {
@@ -206,6 +206,28 @@ void checkText(const std::string& text, bool joystick, const std::string& source
 }
 
 }  // namespace
+
+KeymapConfig* ReadKeymapDocument(DocumentOrigin origin, const std::string& path,
+                                 const std::string& text, bool joystick,
+                                 LoadDiagnostic& diagnostic) {
+    if (origin == DocumentOrigin::BuiltIn) {
+        const auto& builtIns =
+            joystick ? EmbededConfig::joystickConfigs() : EmbededConfig::keymapConfigs();
+        const auto found = builtIns.find(path);
+        if (found == builtIns.end()) {
+            auto doc = document::Load(document::Origin::Text, "", path, joystick, diagnostic);
+            diagnostic.problem = LoadDiagnostic::Problem::Unreadable;
+            diagnostic.message = "no built-in document named '" + path + "'";
+            return doc.release();
+        }
+        return document::Load(document::Origin::Text, found->second, path, joystick, diagnostic)
+            .release();
+    }
+    return document::Load(
+               origin == DocumentOrigin::File ? document::Origin::File : document::Origin::Text,
+               text, path, joystick, diagnostic)
+        .release();
+}
 
 CheckReport CheckKeymapDocument(const std::string& text, bool joystick, const std::string& source) {
     CheckReport report;

@@ -55,17 +55,16 @@ KeymapConfig* KeymapManager::LoadJoystickConfigAndInfo(const std::string& path,
 KeymapConfig* KeymapManager::LoadKeymapConfigAndInfo(
     bool isKeymap, const std::string& path, const std::string& data,
     zunokeymapmanager::LoadDiagnostic* diagnostic) {
-    auto config = std::make_unique<KeymapConfig>();
-    config->info = new zunokeymapmanager::ConfigInfo();
-    config->param = new zunokeymapmanager::ConfigParam();
+    namespace document = zunokeymapmanager::document;
     const std::string text = GetDataString(isKeymap, path, data);
-    zunokeymapmanager::document::ReadProgress progress;
-    try {
-        zunokeymapmanager::document::Read(text, path, *config, progress);
-    } catch (const Poco::Exception& error) {
-        if (diagnostic != nullptr) {
-            zunokeymapmanager::document::Describe(progress, error, path, text, *diagnostic);
-        }
+    // Empty text means the file at the path: the host's rule, kept here alone.
+    zunokeymapmanager::LoadDiagnostic result;
+    std::unique_ptr<KeymapConfig> config = document::Load(
+        text.empty() ? document::Origin::File : document::Origin::Text, text, path, false, result);
+    if (diagnostic != nullptr) {
+        *diagnostic = result;
+    }
+    if (result.failed) {
         // The callback runs on a thread of its own, and has returned before
         // the load does. A platform without threads (a page's WebAssembly)
         // would wait forever for one: there it runs on this thread.
@@ -76,11 +75,6 @@ KeymapConfig* KeymapManager::LoadKeymapConfigAndInfo(
                    std::string(path))
             .wait();
 #endif
-        return config.release();
-    }
-    if (diagnostic != nullptr) {
-        *diagnostic = zunokeymapmanager::LoadDiagnostic();
-        diagnostic->source = path;
     }
     return config.release();
 }

@@ -68,9 +68,10 @@ private:
     std::string text_;
 };
 
-Poco::Dynamic::Var parse(const std::string& text, const std::string& path, ReadProgress& progress) {
+Poco::Dynamic::Var parse(bool fromFile, const std::string& text, const std::string& path,
+                         ReadProgress& progress) {
     Poco::JSON::Parser parser(new Poco::JSON::ParseHandler(false));
-    if (!text.empty()) {
+    if (!fromFile) {
         progress.stage = ReadProgress::Stage::Parsing;
         return parser.parse(text);
     }
@@ -89,8 +90,13 @@ void Read(const std::string& text, const std::string& path, KeymapConfig& doc) {
 
 void Read(const std::string& text, const std::string& path, KeymapConfig& doc,
           ReadProgress& progress) {
+    ReadFrom(text.empty() ? Origin::File : Origin::Text, text, path, doc, progress);
+}
+
+void ReadFrom(Origin origin, const std::string& text, const std::string& path, KeymapConfig& doc,
+              ReadProgress& progress) {
     json::trail().reset();
-    progress.parsed = parse(text, path, progress);
+    progress.parsed = parse(origin == Origin::File, text, path, progress);
     progress.stage = ReadProgress::Stage::Root;
     progress.root = progress.parsed.extract<Poco::JSON::Object::Ptr>();
     if (progress.root.isNull()) {
@@ -135,6 +141,25 @@ void Read(const std::string& text, const std::string& path, KeymapConfig& doc,
         doc.param->FillFromJsonObject(json::object(root, kFieldParam));
     }
     progress.stage = ReadProgress::Stage::Done;
+}
+
+std::unique_ptr<KeymapConfig> Load(Origin origin, const std::string& text, const std::string& path,
+                                   bool joystick, LoadDiagnostic& diagnostic) {
+    auto doc = std::make_unique<KeymapConfig>();
+    doc->info = new ConfigInfo();
+    doc->param = new ConfigParam();
+    ReadProgress progress;
+    diagnostic = LoadDiagnostic();
+    diagnostic.source = path;
+    try {
+        ReadFrom(origin, text, path, *doc, progress);
+    } catch (const Poco::Exception& error) {
+        Describe(progress, error, path, origin == Origin::File ? std::string() : text, diagnostic);
+    }
+    if (joystick) {
+        doc->info->is_joystick = true;
+    }
+    return doc;
 }
 
 std::string Write(const KeymapConfig& doc) {

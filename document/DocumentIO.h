@@ -7,6 +7,7 @@
 #ifndef ZUNO_KEYMAPMANAGER_DOCUMENT_DOCUMENTIO_H
 #define ZUNO_KEYMAPMANAGER_DOCUMENT_DOCUMENTIO_H
 
+#include <memory>
 #include <string>
 
 #include <Poco/Dynamic/Var.h>
@@ -40,6 +41,12 @@ struct ReadProgress {
     bool keepElements = false;
 };
 
+/// Where a document's text comes from.
+enum class Origin {
+    Text,  ///< the text given, even when it is empty
+    File,  ///< the file at the path
+};
+
 /// Reads the document from `text`, or from the file at `path` when `text` is
 /// empty, into `doc`: first the "keymaps" (unknown item types are dropped),
 /// then "info", then "param". Raises a Poco exception at the first failure;
@@ -50,6 +57,19 @@ void Read(const std::string& text, const std::string& path, KeymapConfig& doc);
 /// As above, recording its progress in `progress`.
 void Read(const std::string& text, const std::string& path, KeymapConfig& doc,
           ReadProgress& progress);
+
+/// Reads the document from `origin` (`text`, or the file at `path`) into
+/// `doc`, as Read does.
+void ReadFrom(Origin origin, const std::string& text, const std::string& path, KeymapConfig& doc,
+              ReadProgress& progress);
+
+/// A new document read from `origin`: never null, holding what was read
+/// before a failure, which `diagnostic` describes (`path` names the source
+/// there). Marked as a gamepad document with `joystick`. Calls no callback
+/// and starts no thread: the one load behind the host's load, the check, and
+/// the tools' and the editor's loads.
+std::unique_ptr<KeymapConfig> Load(Origin origin, const std::string& text, const std::string& path,
+                                   bool joystick, LoadDiagnostic& diagnostic);
 
 /// Says why the read recorded in `progress` failed with `error`. `source` is
 /// the loaded path or built-in name, `text` the text that was parsed (empty

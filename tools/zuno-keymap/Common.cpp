@@ -110,9 +110,12 @@ Loaded Load(const std::string& given, bool joystick) {
             return result;
         }
     }
+    // The tool reports a failed load itself: no callback, no thread to start.
     const std::string path = source == "-" ? result.source : source;
-    result.doc.reset(joystick ? km::LoadJoystickConfigAndInfo(path, data, &result.diagnostic)
-                              : km::LoadKeymapConfigAndInfo(path, data, &result.diagnostic));
+    const km::DocumentOrigin origin = source == "-"        ? km::DocumentOrigin::Text
+                                      : builtIn != nullptr ? km::DocumentOrigin::BuiltIn
+                                                           : km::DocumentOrigin::File;
+    result.doc.reset(km::ReadKeymapDocument(origin, path, data, joystick, result.diagnostic));
     if (source != "-") {
         if (builtIn != nullptr) {
             const auto& table =

@@ -233,8 +233,7 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
     km::LoadDiagnostic diagnostic;
     const bool gamepad = joystick || loaded.doc->info->is_joystick;
     std::unique_ptr<km::KeymapConfig> edited(
-        gamepad ? km::LoadJoystickConfigAndInfo(file, text.str(), &diagnostic)
-                : km::LoadKeymapConfigAndInfo(file, text.str(), &diagnostic));
+        km::ReadKeymapDocument(km::DocumentOrigin::Text, file, text.str(), gamepad, diagnostic));
     if (diagnostic.failed) {
         std::cerr << file << ": error: " << diagnostic.message << "\n"
                   << "zuno-keymap " << command << ": the edited document does not load; " << file

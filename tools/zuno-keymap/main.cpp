@@ -10,6 +10,7 @@
 // overview shows them.
 //
 
+#include <exception>
 #include <iostream>
 
 #include "CommandLine.h"
@@ -38,7 +39,14 @@ int main(int argc, char** argv) {
     AddKeyCommand(*app);
     AddRenderCommand(*app);
     AddEditCommand(*app);
-    const int status = RunCommandLine(*app, line.argc(), line.argv());
+    int status = kUsage;
+    try {
+        status = RunCommandLine(*app, line.argc(), line.argv());
+    } catch (const std::exception& error) {
+        // Out of memory or threads: a message and an exit status, not an abort.
+        std::cerr << "zuno-keymap: " << error.what() << "\n";
+        return kUsage;
+    }
     std::cout.flush();
     return std::cout ? status : kUsage;
 }

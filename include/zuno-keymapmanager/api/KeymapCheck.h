@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "zuno-keymapmanager/Export.h"
+#include "zuno-keymapmanager/document/KeymapConfig.h"
 #include "zuno-keymapmanager/document/LoadDiagnostic.h"
 
 namespace zunokeymapmanager {
@@ -94,6 +95,24 @@ ZUNO_KM_API const char* FindingSeverityName(FindingSeverity severity);
 /// for any text.
 ZUNO_KM_API CheckReport CheckKeymapDocument(const std::string& text, bool joystick,
                                             const std::string& source = std::string());
+
+/// Where ReadKeymapDocument takes a document from.
+enum class DocumentOrigin {
+    Text,     ///< the JSON text given, even when it is empty
+    File,     ///< the file at the path
+    BuiltIn,  ///< the document compiled into the library under that name
+};
+
+/// Reads a keymap as LoadKeymapConfigAndInfo would (with `joystick`, as
+/// LoadJoystickConfigAndInfo would), but from the one origin named, and
+/// without the host's failure callback: it starts no thread, and a document
+/// that does not read is reported, not thrown. For checkers and editors, which report a failure
+/// themselves. `path` names the file or built-in, and the source in
+/// `diagnostic`, which says whether and where the read failed. Never null;
+/// holds what was read before a failure; the caller deletes it.
+ZUNO_KM_API KeymapConfig* ReadKeymapDocument(DocumentOrigin origin, const std::string& path,
+                                             const std::string& text, bool joystick,
+                                             LoadDiagnostic& diagnostic);
 
 }  // namespace zunokeymapmanager
 

@@ -80,8 +80,8 @@ bool parseBody(const std::string& body, Poco::Dynamic::Var& value, HttpResponse&
     } catch (const Poco::Exception& e) {
         // The parser names no position; the library's load finds it.
         km::LoadDiagnostic diagnostic;
-        std::unique_ptr<km::KeymapConfig> ignored(km::LoadKeymapConfigAndInfo(
-            std::string(), body.empty() ? std::string(" ") : body, &diagnostic));
+        std::unique_ptr<km::KeymapConfig> ignored(km::ReadKeymapDocument(
+            km::DocumentOrigin::Text, std::string(), body, false, diagnostic));
         Object::Ptr extra = newObject();
         const bool located = diagnostic.problem == km::LoadDiagnostic::Problem::Malformed;
         extra->set("line", located ? diagnostic.line : 0);

@@ -64,8 +64,9 @@ EditorSession::EditorSession(std::string file, bool joystick, render::RenderOpti
     } else {
         // No file, or an empty one: start from the built-in blank document.
         opened_ = Opened::Missing;
-        doc.reset(joystick_ ? km::LoadJoystickConfigAndInfo(kBlankDocument, "")
-                            : km::LoadKeymapConfigAndInfo(kBlankDocument, ""));
+        km::LoadDiagnostic ignored;
+        doc.reset(km::ReadKeymapDocument(km::DocumentOrigin::BuiltIn, kBlankDocument, "", joystick_,
+                                         ignored));
     }
     if (opened_ == Opened::Loaded || opened_ == Opened::Missing) {
         std::string text = km::SaveKeymapConfigAndInfoToText(doc.get());
@@ -76,10 +77,8 @@ EditorSession::EditorSession(std::string file, bool joystick, render::RenderOpti
 
 km::KeymapConfig* EditorSession::load(const std::string& text,
                                       km::LoadDiagnostic& diagnostic) const {
-    // An empty text would make the library read the file named by the path.
-    const std::string data = text.empty() ? std::string(" ") : text;
-    return joystick_ ? km::LoadJoystickConfigAndInfo(std::string(), data, &diagnostic)
-                     : km::LoadKeymapConfigAndInfo(std::string(), data, &diagnostic);
+    return km::ReadKeymapDocument(km::DocumentOrigin::Text, std::string(), text, joystick_,
+                                  diagnostic);
 }
 
 void EditorSession::hold(std::unique_ptr<km::KeymapConfig> doc, std::string text) {
