@@ -17,4 +17,9 @@ bool WriteTextFile(const std::string& path, const std::string& text, std::string
     return document::ReplaceFile(path, text, error) == document::ReplaceResult::Replaced;
 }
 
+bool WriteNewTextFile(const std::string& path, const std::string& text, const std::string& like,
+                      std::string& error) {
+    return document::CreateNewFile(path, text, like, error);
+}
+
 }  // namespace zunokeymapmanager

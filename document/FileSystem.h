@@ -63,6 +63,14 @@ bool WriteFile(const std::string& path, const std::string& text);
 /// where nothing safer is possible.
 bool WriteInPlace(const std::string& path, const std::string& text);
 
+/// Creates the file `path`, which must not exist yet (not even as a link),
+/// and writes `text` into it, with the permission bits of the file `like`
+/// where that exists (POSIX). False, with the cause in `error`, when the
+/// name is taken or the file cannot be made or written; a file it made but
+/// could not fill is removed.
+bool CreateNewFile(const std::string& path, const std::string& text, const std::string& like,
+                   std::string& error);
+
 /// The name a temporary file beside `base` starts with: short and of a fixed
 /// length, so that a target with a name of the longest allowed length still
 /// gets a temporary file beside it.

@@ -180,6 +180,29 @@ ReplaceResult ReplaceFile(const std::string& path, const std::string& text, std:
     return ReplaceResult::Replaced;
 }
 
+bool CreateNewFile(const std::string& path, const std::string& text, const std::string& like,
+                   std::string& error) {
+    struct stat likeInfo {};
+    const bool hasLike = !like.empty() && ::stat(like.c_str(), &likeInfo) == 0;
+    // O_EXCL fails on any existing name, a dangling link included, so a
+    // link planted in a shared folder cannot send the text elsewhere.
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                          hasLike ? likeInfo.st_mode & 0777 : 0666);
+    if (fd < 0) {
+        error = std::strerror(errno);
+        return false;
+    }
+    bool ok = (!hasLike || ::fchmod(fd, likeInfo.st_mode & 0777) == 0) && writeAll(fd, text) &&
+              ::fsync(fd) == 0;
+    const int cause = errno;
+    ok = ::close(fd) == 0 && ok;
+    if (!ok) {
+        error = std::strerror(cause);
+        ::unlink(path.c_str());
+    }
+    return ok;
+}
+
 bool WriteInPlace(const std::string& path, const std::string& text) {
     // Never blocks on a pipe that nobody reads: it fails at once instead.
     const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666);

@@ -190,6 +190,30 @@ ReplaceResult ReplaceFile(const std::string& path, const std::string& text, std:
     return ReplaceResult::Replaced;
 }
 
+bool CreateNewFile(const std::string& path, const std::string& text, const std::string& /*like*/,
+                   std::string& error) {
+    fs::path native;
+    if (!NativePath(path, native)) {
+        error = "not a UTF-8 path";
+        return false;
+    }
+    const HANDLE file =
+        ::CreateFileW(native.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                      FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        error = describe(::GetLastError());
+        return false;
+    }
+    bool ok = writeAll(file, text) && ::FlushFileBuffers(file);
+    const DWORD cause = ok ? 0 : ::GetLastError();
+    ok = ::CloseHandle(file) && ok;
+    if (!ok) {
+        error = describe(cause);
+        ::DeleteFileW(native.c_str());
+    }
+    return ok;
+}
+
 bool WriteInPlace(const std::string& path, const std::string& text) {
     fs::path native;
     if (!NativePath(path, native)) {

@@ -108,6 +108,10 @@ int runEdit(const EditArguments& args) {
                       ? " (a new file, written on the first save)"
                       : "")
               << "; open this address, and press Ctrl-C to stop:\n";
+    for (const std::string& recovery : session.recoveryFiles()) {
+        std::cerr << "zuno-keymap edit: a recovery file of an earlier session exists: " << recovery
+                  << " (the page offers to open it)\n";
+    }
     std::cout << url << std::endl;
     if (!args.noBrowser) {
         openBrowser(url);
@@ -120,7 +124,7 @@ int runEdit(const EditArguments& args) {
         std::cerr << "zuno-keymap edit: unsaved changes were written to " << recovery << "\n";
     } else if (session.unsaved()) {
         std::cerr << "zuno-keymap edit: unsaved changes could not be written beside " << file
-                  << "\n";
+                  << " nor in " << editor::RecoveryFolder() << "\n";
         return kUsage;
     }
     return kClean;

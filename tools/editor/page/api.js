@@ -31,7 +31,10 @@ export const api = {
   putDocument: (text) => call('PUT', '/api/document', text),
   check: () => must(call('GET', '/api/check')),
   render: () => must(call('GET', '/api/render.svg')),
-  save: (force) => call('POST', force ? '/api/save?force=1' : '/api/save', {}),
+  // force: overwrite a file changed on disk; drop: write without what the library does not keep.
+  save: ({ force = false, drop = false } = {}) =>
+    call('POST', `/api/save?${new URLSearchParams({ force: force ? 1 : 0, drop: drop ? 1 : 0 })}`, {}),
+  recovery: (n) => call('GET', `/api/recovery?n=${n}`),
   schema: () => must(call('GET', '/api/schema')),
   types: async () => (await must(call('GET', '/api/types'))).types,
   item: (type) => must(call('GET', `/api/item?type=${encodeURIComponent(type)}`)),

@@ -190,19 +190,43 @@ async function step(direction) {
   updateButtons();
 }
 
-async function save(force = false) {
+async function save(options = {}) {
   await state.queue;
-  const answer = await api.save(force);
+  const answer = await api.save(options);
   if (answer.status === 200) {
     setUnsaved(false);
     $('conflict').hidden = true;
+    $('file-name').textContent = state.name;
     status(`Saved ${state.name}`);
+  } else if (answer.status === 409 && answer.data.lost) {
+    // The file holds what the library does not keep: the user decides.
+    const list = answer.data.lost.join('\n  ');
+    if (window.confirm(`Saving drops ${answer.data.lost.length} element(s) of ${state.name} ` +
+        `that this editor does not know:\n  ${list}\nSave anyway?`)) {
+      await save({ ...options, drop: true });
+    } else {
+      status('Not saved: the file holds elements the editor would drop');
+    }
   } else if (answer.status === 409) {
-    $('conflict-text').textContent = `Not saved: ${answer.data.error}`;
+    $('conflict-text').textContent =
+      `${state.name} was changed by another program since you opened it. ` +
+      'Overwrite it with your version, or reload to see the other version.';
     $('conflict').hidden = false;
     status('Not saved: the file changed on disk');
   } else {
     status(`Not saved: ${(answer.data && answer.data.error) || `HTTP ${answer.status}`}`);
+  }
+}
+
+// A recovery file of an earlier session: offered once, opened as an edit.
+async function offerRecovery(files) {
+  if (!files || files.length === 0) return;
+  if (!window.confirm(`Unsaved changes of an earlier session were kept in ${files[0]}. Open them?`)) {
+    return;
+  }
+  const answer = await api.recovery(0);
+  if (answer.ok) {
+    await apply(typeof answer.data === 'string' ? JSON.parse(answer.data) : answer.data);
   }
 }
 
@@ -292,7 +316,7 @@ stage.addEventListener('drop', (e) => {
 });
 
 $('save').addEventListener('click', () => save());
-$('overwrite').addEventListener('click', () => save(true));
+$('overwrite').addEventListener('click', () => save({ force: true }));
 $('conflict-cancel').addEventListener('click', () => { $('conflict').hidden = true; });
 $('undo').addEventListener('click', () => step('undo'));
 $('redo').addEventListener('click', () => step('redo'));
@@ -323,6 +347,7 @@ async function start() {
     updateButtons();
     performance.mark('keymap-shown');
     window.editorReady = true;
+    await offerRecovery(info.recovery);
   } catch (error) {
     status(`Cannot reach the editor: ${error.message}`);
   }

@@ -203,6 +203,7 @@ const EditorApi::Route* EditorApi::findRoute(const std::string& path) {
         {"/api/render.svg", "GET", false, &EditorApi::getRender},
         {"/api/save", "POST", true, &EditorApi::postSave},
         {"/api/state", "GET", false, &EditorApi::getState},
+        {"/api/recovery", "GET", false, &EditorApi::getRecovery},
         {"/api/schema", "GET", false, &EditorApi::getSchema},
         {"/api/types", "GET", false, &EditorApi::getTypes},
         {"/api/item", "GET", false, &EditorApi::getItem},
@@ -372,17 +373,32 @@ HttpResponse EditorApi::postSave(const HttpRequest& request) {
             return error;
         }
     }
-    const std::string force = request.query("force");
+    const auto flag = [&request](const char* name) {
+        const std::string value = request.query(name);
+        return value == "1" || value == "true";
+    };
     std::string message;
-    switch (session_.save(force == "1" || force == "true", message)) {
+    switch (session_.save(flag("force"), flag("drop"), message)) {
         case EditorSession::SaveResult::Saved: {
             Object::Ptr body = newObject();
             body->set("saved", true);
             body->set("file", session_.file());
             return respondJson(200, body);
         }
-        case EditorSession::SaveResult::Conflict:
-            return respondError(409, message + "; save with ?force=1 to overwrite it");
+        case EditorSession::SaveResult::Conflict: {
+            Object::Ptr extra = newObject();
+            extra->set("conflict", true);
+            return respondError(409, message, extra);
+        }
+        case EditorSession::SaveResult::WouldLose: {
+            Object::Ptr extra = newObject();
+            Array::Ptr lost = new Array();
+            for (const std::string& path : session_.lost()) {
+                lost->add(path);
+            }
+            extra->set("lost", lost);
+            return respondError(409, message, extra);
+        }
         case EditorSession::SaveResult::Failed:
             break;
     }
@@ -400,7 +416,30 @@ HttpResponse EditorApi::getState(const HttpRequest&) {
     body->set("width", options.width);
     body->set("height", options.height);
     body->set("background", !options.background.bytes.empty());
+    Array::Ptr recovery = new Array();
+    for (const std::string& path : session_.recoveryFiles()) {
+        recovery->add(path);
+    }
+    body->set("recovery", recovery);
+    Array::Ptr lost = new Array();
+    for (const std::string& path : session_.lost()) {
+        lost->add(path);
+    }
+    body->set("lost", lost);
     return respondJson(200, body);
+}
+
+HttpResponse EditorApi::getRecovery(const HttpRequest& request) {
+    // Only the recovery files the session found can be read, by number.
+    const std::vector<std::string>& files = session_.recoveryFiles();
+    int index = 0;
+    std::string text;
+    if (!readInt(request.query("n").empty() ? "0" : request.query("n"), index) || index < 0 ||
+        static_cast<std::size_t>(index) >= files.size() ||
+        !ReadWholeFile(files[static_cast<std::size_t>(index)], text)) {
+        return respondError(404, "no such recovery file");
+    }
+    return respond(200, kJson, text);
 }
 
 HttpResponse EditorApi::getSchema(const HttpRequest&) {

@@ -52,6 +52,7 @@ private:
     HttpResponse getRender(const HttpRequest& request);
     HttpResponse postSave(const HttpRequest& request);
     HttpResponse getState(const HttpRequest& request);
+    HttpResponse getRecovery(const HttpRequest& request);
     HttpResponse getSchema(const HttpRequest& request);
     HttpResponse getTypes(const HttpRequest& request);
     HttpResponse getItem(const HttpRequest& request);

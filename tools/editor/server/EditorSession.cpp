@@ -11,6 +11,9 @@
 #include <Poco/FileStream.h>
 #include <Poco/Path.h>
 #include <Poco/StreamCopier.h>
+#include <zuno-keymapmanager/api/TextFile.h>
+
+#include "LostElements.h"
 
 namespace zunokeymap {
 namespace editor {
@@ -38,6 +41,33 @@ bool ReadWholeFile(const std::string& path, std::string& bytes) {
         return false;
     }
 }
+
+namespace {
+
+// "NAME.recovery.EXT" for the first, "NAME.recovery-N.EXT" after it.
+std::string recoveryName(const Poco::Path& edited, int n) {
+    const std::string extension = edited.getExtension().empty() ? "json" : edited.getExtension();
+    return edited.getBaseName() + ".recovery" + (n == 1 ? std::string() : "-" + std::to_string(n)) +
+           "." + extension;
+}
+
+std::vector<std::string> findRecoveryFiles(const std::string& file) {
+    std::vector<std::string> found;
+    const Poco::Path edited(file);
+    for (const std::string& folder : {edited.parent().toString(), RecoveryFolder()}) {
+        for (int n = 1; n < 1000 && !folder.empty(); ++n) {
+            Poco::Path candidate(Poco::Path::forDirectory(folder));
+            candidate.setFileName(recoveryName(edited, n));
+            if (!PathExists(candidate.toString())) {
+                break;
+            }
+            found.push_back(candidate.toString());
+        }
+    }
+    return found;
+}
+
+}  // namespace
 
 bool PathExists(const std::string& path) {
     try {
@@ -68,6 +98,10 @@ EditorSession::EditorSession(std::string file, bool joystick, render::RenderOpti
         doc.reset(km::ReadKeymapDocument(km::DocumentOrigin::BuiltIn, kBlankDocument, "", joystick_,
                                          ignored));
     }
+    if (opened_ == Opened::Loaded) {
+        lost_ = LostOnSave(fileBytes_, *doc);
+    }
+    recoveryFiles_ = findRecoveryFiles(file_);
     if (opened_ == Opened::Loaded || opened_ == Opened::Missing) {
         std::string text = km::SaveKeymapConfigAndInfoToText(doc.get());
         savedText_ = text;
@@ -127,7 +161,7 @@ std::string EditorSession::renderSvg() const {
     return render::RenderSvg(*doc_, *report_, render_);
 }
 
-EditorSession::SaveResult EditorSession::save(bool force, std::string& message) {
+EditorSession::SaveResult EditorSession::save(bool force, bool dropLost, std::string& message) {
     std::lock_guard<std::mutex> lock(mutex_);
     if (!doc_) {
         message = "no document is held";
@@ -142,18 +176,28 @@ EditorSession::SaveResult EditorSession::save(bool force, std::string& message) 
                          : "the file was removed since it was opened or last saved";
         return SaveResult::Conflict;
     }
-    km::SaveKeymapConfigAndInfo(file_, doc_.get());
-    std::string written;
-    if (!ReadWholeFile(file_, written) || written != text_) {
-        // The library's save says nothing of failures: reading back does.
-        message = "the file could not be written";
+    if (!lost_.empty() && !dropLost) {
+        message = "saving would drop " + std::to_string(lost_.size()) +
+                  (lost_.size() == 1 ? " element" : " elements") +
+                  " of the file that the library does not keep";
+        return SaveResult::WouldLose;
+    }
+    std::string error;
+    if (!km::WriteTextFile(file_, text_, error)) {
+        message = "the file could not be written: " + error;
         return SaveResult::Failed;
     }
     fileExisted_ = true;
-    fileBytes_ = written;
+    fileBytes_ = text_;
     savedText_ = text_;
+    lost_.clear();
     message.clear();
     return SaveResult::Saved;
+}
+
+std::vector<std::string> EditorSession::lost() const {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return lost_;
 }
 
 std::string EditorSession::writeRecovery() {
@@ -161,23 +205,40 @@ std::string EditorSession::writeRecovery() {
     if (!doc_ || text_ == savedText_) {
         return std::string();
     }
-    Poco::Path path(file_);
-    const std::string base = path.getBaseName();
-    const std::string extension = path.getExtension().empty() ? "json" : path.getExtension();
-    for (int n = 1; n < 1000; ++n) {
-        std::ostringstream name;
-        name << base << ".recovery" << (n == 1 ? std::string() : "-" + std::to_string(n)) << '.'
-             << extension;
-        path.setFileName(name.str());
-        const std::string candidate = path.toString();
-        if (PathExists(candidate)) {
+    const Poco::Path edited(file_);
+    for (const std::string& folder : {edited.parent().toString(), RecoveryFolder()}) {
+        if (folder.empty()) {
             continue;
         }
-        km::SaveKeymapConfigAndInfo(candidate, doc_.get());
-        std::string written;
-        return ReadWholeFile(candidate, written) && written == text_ ? candidate : std::string();
+        try {
+            Poco::File(folder).createDirectories();
+        } catch (const Poco::Exception&) {
+            continue;
+        }
+        for (int n = 1; n < 1000; ++n) {
+            Poco::Path candidate(Poco::Path::forDirectory(folder));
+            candidate.setFileName(recoveryName(edited, n));
+            std::string error;
+            if (km::WriteNewTextFile(candidate.toString(), text_, file_, error)) {
+                return candidate.toString();
+            }
+            if (!PathExists(candidate.toString())) {
+                break;  // not a taken name: this folder takes no file at all
+            }
+        }
     }
     return std::string();
+}
+
+std::string RecoveryFolder() {
+    try {
+        return Poco::Path(Poco::Path::dataHome())
+            .pushDirectory("zuno-keymap")
+            .pushDirectory("recovery")
+            .toString();
+    } catch (const Poco::Exception&) {
+        return std::string();
+    }
 }
 
 }  // namespace editor

@@ -13,6 +13,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include <zuno-keymapmanager/keymapmanager.h>
 
@@ -34,7 +35,12 @@ public:
     };
 
     /// The outcome of save().
-    enum class SaveResult { Saved, Conflict, Failed };
+    enum class SaveResult {
+        Saved,
+        Conflict,   ///< the file changed on disk
+        WouldLose,  ///< the file holds elements the library does not keep (see lost())
+        Failed,
+    };
 
     /// Opens `file` (UTF-8) as a keymap, or, with `joystick`, as a gamepad
     /// keymap. `render` gives the picture's size and background.
@@ -61,14 +67,29 @@ public:
     /// The picture of the held document.
     std::string renderSvg() const;
 
-    /// Writes the held document to the file through the library's save,
-    /// unless the file changed on disk since it was opened or last saved by
-    /// this session and `force` is false (then nothing is written).
-    SaveResult save(bool force, std::string& message);
+    /// Replaces the file by the held document in one step (never writing
+    /// into it), unless the file changed on disk since it was opened or last
+    /// saved by this session and `force` is false, or the file held elements
+    /// the library does not keep and `dropLost` is false: then nothing is
+    /// written.
+    SaveResult save(bool force, bool dropLost, std::string& message);
 
-    /// With unsaved changes, writes them to a new file beside the edited one
-    /// and returns its name; otherwise returns an empty string.
+    /// The JSON paths of what the file held when opened that the library
+    /// does not keep (unknown item types and members), until a save drops
+    /// them.
+    std::vector<std::string> lost() const;
+
+    /// With unsaved changes, writes them to a new recovery file and returns
+    /// its name; otherwise, or when none could be written, an empty string.
+    /// The file is made beside the edited one (NAME.recovery.json, or
+    /// NAME.recovery-2.json and so on), never over anything that exists, with
+    /// the edited file's permissions; where that folder cannot be written,
+    /// in RecoveryFolder().
     std::string writeRecovery();
+
+    /// The recovery files of earlier sessions on this file, beside it and in
+    /// RecoveryFolder(), found when the session was opened.
+    const std::vector<std::string>& recoveryFiles() const { return recoveryFiles_; }
 
 private:
     void hold(std::unique_ptr<km::KeymapConfig> doc, std::string text);
@@ -87,7 +108,13 @@ private:
     std::string savedText_;  ///< the saved form of what the file holds for us
     bool fileExisted_ = false;
     std::string fileBytes_;  ///< the file's bytes when opened or last saved
+    std::vector<std::string> lost_;
+    std::vector<std::string> recoveryFiles_;
 };
+
+/// Where recovery files go when the edited file's folder cannot be written:
+/// a folder in the user's data directory.
+std::string RecoveryFolder();
 
 /// Reads the whole file `path` (UTF-8); false when it cannot be read.
 bool ReadWholeFile(const std::string& path, std::string& bytes);
