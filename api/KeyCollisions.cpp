@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
+#include <unordered_map>
 
 #include "api/TriggerRules.h"
 #include "zuno-keymapmanager/api/KeyTriggers.h"
@@ -116,57 +117,23 @@ private:
     std::vector<Slot> slots_;
 };
 
-// The pairs already found, in one flat table: a crowded keymap has tens of
-// thousands, and a node apiece would cost an allocation each.
-class PairSet {
-public:
-    /// Whether the pair `id` is in the set.
-    bool contains(std::uint64_t id) const {
-        if (slots_.empty()) {
-            return false;
-        }
-        for (std::size_t slot = slotOf(id, slots_.size()); slots_[slot] != kEmpty;
-             slot = (slot + 1) & (slots_.size() - 1)) {
-            if (slots_[slot] == id) {
-                return true;
-            }
-        }
-        return false;
+// Two triggers are the same when their first and second keys match alike
+// (the second of a single key is unset in both).
+bool sameKey(const ConfigKey& a, const ConfigKey& b) {
+    return a.isSet() == b.isSet() && (!a.isSet() || sameBucket(a, b));
+}
+
+struct SameTrigger {
+    bool operator()(const Trigger* a, const Trigger* b) const {
+        return a->hash == b->hash && sameKey(*a->first, *b->first) &&
+               sameKey(*a->second, *b->second);
     }
+};
 
-    /// Adds the pair `id`, which is not in the set yet.
-    void insert(std::uint64_t id) {
-        if ((size_ + 1) * 2 > slots_.size()) {
-            std::vector<std::uint64_t> old(std::max<std::size_t>(64, slots_.size() * 2), kEmpty);
-            old.swap(slots_);
-            for (const std::uint64_t kept : old) {
-                if (kept != kEmpty) {
-                    place(kept);
-                }
-            }
-        }
-        place(id);
-        ++size_;
+struct TriggerHash {
+    std::size_t operator()(const Trigger* t) const {
+        return t->second->isSet() ? t->hash * 31 + hashOf(*t->second) : t->hash;
     }
-
-private:
-    // No pair has this id: its first index would exceed every second one.
-    static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
-
-    static std::size_t slotOf(std::uint64_t id, std::size_t size) {
-        return static_cast<std::size_t>((id * 0x9E3779B97F4A7C15ull) >> 32) & (size - 1);
-    }
-
-    void place(std::uint64_t id) {
-        std::size_t slot = slotOf(id, slots_.size());
-        while (slots_[slot] != kEmpty) {
-            slot = (slot + 1) & (slots_.size() - 1);
-        }
-        slots_[slot] = id;
-    }
-
-    std::vector<std::uint64_t> slots_;
-    std::size_t size_ = 0;
 };
 
 }  // namespace
@@ -187,38 +154,51 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
     }
     const TriggerIndex index(triggers);
 
+    // Each distinct trigger asks its bucket once; a repeat of it only adds
+    // its own item. A bucket holds only keys alike in device and code, so a
+    // crowded one has few distinct triggers (combinations of a key and a
+    // modifier) and the work stays linear in the items.
     std::vector<Collision> collisions;
-    PairSet known;
+    std::vector<std::vector<int>> members;
+    std::unordered_map<const Trigger*, std::size_t, TriggerHash, SameTrigger> seen;
+    seen.reserve(triggers.size());
     for (const Trigger& trigger : triggers) {
-        const int i = trigger.item;
-        // An item listed twice (two of its keys alike) is asked once.
-        int previous = -1;
-        // A crowded key finds dozens of pairs per trigger: describe it once.
-        std::string keys;
+        const auto found = seen.emplace(&trigger, members.size());
+        if (!found.second) {
+            members[found.first->second].push_back(trigger.item);
+            continue;
+        }
+        members.emplace_back(1, trigger.item);
+        std::vector<int>& group = members.back();
+        int previous = -1;  // an item listed twice (two of its keys alike) is asked once
         index.forEach(trigger.hash, [&](const Trigger& other) {
             const int j = other.item;
-            if (j == i || j == previous || !sameBucket(*other.first, *trigger.first)) {
+            if (j == trigger.item || j == previous || !sameBucket(*other.first, *trigger.first)) {
                 return;
             }
             previous = j;
-            const int a = i < j ? i : j;
-            const int b = i < j ? j : i;
-            const std::uint64_t id =
-                (static_cast<std::uint64_t>(a) << 32) | static_cast<std::uint32_t>(b);
-            // A pair already found needs no second asking.
-            if (!known.contains(id) &&
-                Fires(*items[static_cast<std::size_t>(j)], *trigger.first, *trigger.second)) {
-                known.insert(id);
-                if (keys.empty()) {  // a description is never empty
-                    KeyTrigger described;
-                    described.first = *trigger.first;
-                    described.second = *trigger.second;
-                    described.combination = trigger.second->isSet();
-                    keys = DescribeKeyTrigger(described);
-                }
-                collisions.push_back({a, b, keys});
+            if (Fires(*items[static_cast<std::size_t>(j)], *trigger.first, *trigger.second)) {
+                group.push_back(j);
             }
         });
+    }
+    for (const Trigger& trigger : triggers) {
+        const auto found = seen.find(&trigger);
+        if (found == seen.end()) {
+            continue;  // reported already, with its first trigger
+        }
+        std::vector<int> group = std::move(members[found->second]);
+        seen.erase(found);
+        std::sort(group.begin(), group.end());
+        group.erase(std::unique(group.begin(), group.end()), group.end());
+        if (group.size() < 2) {
+            continue;
+        }
+        KeyTrigger described;
+        described.first = *trigger.first;
+        described.second = *trigger.second;
+        described.combination = trigger.second->isSet();
+        collisions.push_back({std::move(group), DescribeKeyTrigger(described)});
     }
     return collisions;
 }

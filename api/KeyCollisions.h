@@ -1,7 +1,7 @@
 //
 // KeyCollisions.h
 //
-// Pairs of items that the same key or key combination fires, found in time
+// Items that the same key or key combination fires, found in time and space
 // linear in the number of items.
 //
 
@@ -15,19 +15,20 @@
 
 namespace zunokeymapmanager {
 namespace check {
-
+/// One key or combination and every item it fires.
 struct Collision {
-    int first = 0;     ///< the smaller item index
-    int second = 0;    ///< the larger one
-    std::string keys;  ///< the key or combination both fire on, as people read it
+    std::vector<int> items;  ///< two or more item indices, ascending
+    std::string keys;        ///< the key or combination, as people read it
 };
 
-/// Every pair of `items` that one trigger of either fires, each pair once.
+/// Every key or combination that fires two or more of `items`: the items
+/// whose trigger it is, and the items it fires by their own match rules. One
+/// collision per distinct trigger, however many items share it, so a
+/// document of N items on one key gives one collision, not N*(N-1)/2 pairs.
 /// The items are indexed by what their keys match on (device and scan code,
-/// or device and name for gamepad keys); only items sharing a bucket with a
-/// trigger are asked, by their own match rules. The pairs come in the order
-/// of the plain walk: by the item whose trigger found them, then its trigger,
-/// then the other item's index.
+/// or device and name for gamepad keys); a trigger asks only the items
+/// sharing its bucket. Collisions come in the order of their first trigger
+/// (by item, then the item's own trigger order).
 std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items);
 
 }  // namespace check

@@ -124,13 +124,14 @@ std::vector<ItemNames> namesOfItems(const KeymapConfig& doc, const std::vector<i
 
 void addCollisions(const KeymapConfig& doc, const std::vector<int>& element,
                    std::vector<check::Collision> collisions, CheckReport& report) {
+    // A message names a few items; the finding's list holds them all.
+    constexpr std::size_t kNamed = 5;
     const std::vector<ItemNames> names = namesOfItems(doc, element);
-    static const std::string kAnd = " and ";
-    static const std::string kCollide = " collide: both fire on ";
     report.findings.reserve(report.findings.size() + collisions.size());
     for (check::Collision& collision : collisions) {
-        const std::size_t first = static_cast<std::size_t>(collision.first);
-        const std::size_t second = static_cast<std::size_t>(collision.second);
+        const std::vector<int>& group = collision.items;
+        const std::size_t first = static_cast<std::size_t>(group[0]);
+        const std::size_t second = static_cast<std::size_t>(group[1]);
         report.findings.emplace_back();
         Finding& finding = report.findings.back();
         finding.kind = FindingKind::KeyCollision;
@@ -141,13 +142,23 @@ void addCollisions(const KeymapConfig& doc, const std::vector<int>& element,
         finding.other_index = element[second];
         finding.other_type = doc.items[second]->type;
         finding.keys = std::move(collision.keys);
-        finding.message.reserve(names[first].label.size() + kAnd.size() +
-                                names[second].label.size() + kCollide.size() + finding.keys.size());
-        finding.message.append(names[first].label)
-            .append(kAnd)
-            .append(names[second].label)
-            .append(kCollide)
-            .append(finding.keys);
+        finding.items.reserve(group.size());
+        for (const int i : group) {
+            finding.items.push_back(element[static_cast<std::size_t>(i)]);
+        }
+        std::string& message = finding.message;
+        const std::size_t named = group.size() <= kNamed ? group.size() : kNamed - 1;
+        for (std::size_t k = 0; k < named; ++k) {
+            if (k > 0) {
+                message += k + 1 == group.size() ? " and " : ", ";
+            }
+            message += names[static_cast<std::size_t>(group[k])].label;
+        }
+        if (named < group.size()) {
+            message += " and " + std::to_string(group.size() - named) + " more";
+        }
+        message += group.size() == 2 ? " collide: both fire on " : " collide: all fire on ";
+        message += finding.keys;
     }
 }
 

@@ -150,6 +150,42 @@ void BM_CheckDocument_Baseline(benchmark::State& state) {
     state.counters["bar"] = 3;
 }
 
+// A hostile document: every item on one key. Reported as one finding per
+// key, its check stays within a few loads; as pairs it was quadratic.
+const std::string& oneKeyText() {
+    static const std::string text = [] {
+        std::string items;
+        for (int i = 0; i < 10000; ++i) {
+            items += std::string(i == 0 ? "" : ",") +
+                     R"({"type":"Click","key":{"device":"keyboard","scan_code":16,)"
+                     R"("virtual_key":81,"text":"Q","composable_key_index":0,)"
+                     R"("composable_key_type":0,"modifier":0},)"
+                     R"("icon":{"rel_position":{"rel_x":0.5,"rel_y":0.5}},)"
+                     R"("rel_work_position":{"rel_x":0.5,"rel_y":0.5}})";
+        }
+        return R"({"info":{"background_color":"00000000","visibility":true},"keymaps":[)" + items +
+               R"(],"param":{}})";
+    }();
+    return text;
+}
+
+void BM_CheckOneKey(benchmark::State& state) {
+    for (auto _ : state) {
+        const km::CheckReport report = km::CheckKeymapDocument(oneKeyText(), false);
+        benchmark::DoNotOptimize(report.findings.data());
+    }
+    state.counters["bar"] = 3;
+}
+
+void BM_CheckOneKey_Baseline(benchmark::State& state) {
+    for (auto _ : state) {
+        km::KeymapConfig* doc = km::LoadKeymapConfigAndInfo(benchdocs::kHostTextPath, oneKeyText());
+        benchmark::DoNotOptimize(doc);
+        delete doc;
+    }
+    state.counters["bar"] = 3;
+}
+
 // The whole check at growing sizes, fitted: it must come out linear.
 void BM_CheckDocumentGrowth(benchmark::State& state) {
     const std::string& text = spreadText(static_cast<std::size_t>(state.range(0)));
@@ -166,6 +202,8 @@ BENCHMARK(BM_CheckCollisions)->Arg(20000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CheckCollisions_Baseline)->Arg(20000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CheckDocument)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CheckDocument_Baseline)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CheckOneKey)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CheckOneKey_Baseline)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CheckDocumentGrowth)
     ->Arg(1000)
     ->Arg(2000)

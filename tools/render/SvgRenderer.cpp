@@ -130,7 +130,8 @@ std::vector<Problems> problemsByItem(const km::CheckReport& report, std::size_t 
             }
             ++count;
         } else if (finding.kind == km::FindingKind::KeyCollision) {
-            for (const int index : {finding.item_index, finding.other_index}) {
+            const std::vector<int> pair{finding.item_index, finding.other_index};
+            for (const int index : finding.items.empty() ? pair : finding.items) {
                 if (known(index)) {
                     Problems& p = result[static_cast<std::size_t>(index)];
                     p.collision = true;

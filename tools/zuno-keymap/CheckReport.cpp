@@ -62,6 +62,12 @@ void writeFinding(JsonWriter& out, const km::Finding& finding) {
         .value(finding.line_text)
         .key("keys")
         .value(finding.keys)
+        .key("items")
+        .beginArray();
+    for (const int index : finding.items) {
+        out.value(index);
+    }
+    out.endArray()
         .key("message")
         .value(finding.message)
         .key("suggestion")
@@ -107,7 +113,12 @@ void writeClassicLists(JsonWriter& out, const std::vector<km::Finding>& findings
                 .value(finding.other_type)
                 .key("keys")
                 .value(finding.keys)
-                .endObject();
+                .key("items")
+                .beginArray();
+            for (const int index : finding.items) {
+                out.value(index);
+            }
+            out.endArray().endObject();
         }
     }
     // One entry for each run of failing lines in the same list of an item.

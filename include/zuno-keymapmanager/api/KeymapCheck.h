@@ -25,7 +25,7 @@ enum class FindingKind {
     UnknownType,       ///< an element of "keymaps" whose type the library drops on load
     Schema,            ///< a member missing, unknown, of the wrong JSON type or out of range
     InvalidItem,       ///< an item the library loads but calls invalid
-    KeyCollision,      ///< two items fired by the same key or key combination
+    KeyCollision,      ///< two or more items fired by the same key or key combination
     MacroLine,         ///< a Macro line that fails the grammar check
     KeyText,           ///< a key whose "text" is not the caption of its code
     UnsetPosition,     ///< a (0, 0) position, which means "not set"
@@ -50,7 +50,7 @@ struct ZUNO_KM_API Finding {
     int item_index = -1;
     /// Its "type" as written, empty for none.
     std::string item_type;
-    /// For a collision: the other item's index and type (item_index < other_index).
+    /// For a collision: the second item's index and type (item_index < other_index).
     int other_index = -1;
     std::string other_type;  ///< the other item's "type"
     /// For a Macro line: its one-based number and its text.
@@ -60,8 +60,12 @@ struct ZUNO_KM_API Finding {
     std::string message;
     /// What to write instead ("Swipehold", "rel_x"), empty when nothing fits.
     std::string suggestion;
-    /// For a collision: the key or combination both items fire on ("Q+Ctrl").
+    /// For a collision: the key or combination the items fire on ("Q+Ctrl").
     std::string keys;
+    /// For a collision: the index in "keymaps" of every item the key fires,
+    /// ascending (item_index and other_index are the first two). One finding
+    /// names them all, however many share the key.
+    std::vector<int> items;
 };
 
 /// The outcome of CheckKeymapDocument.
