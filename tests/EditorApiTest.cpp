@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 #include <filesystem>
 
 #include "CheckReport.h"
@@ -262,6 +267,48 @@ TEST(EditorApi, RecoveryFileHoldsUnsavedChangesOnly) {
     EXPECT_EQ(f.dir.read("doc.recovery.json"), "an older recovery stays");
     EXPECT_EQ(f.dir.read("doc.json"), twoItems());
 }
+
+// A file with what the library does not keep: the save names it and asks.
+TEST(EditorApi, ASaveThatWouldDropElementsAsksFirst) {
+    const std::string withUnknown =
+        testsupport::documentWith(testsupport::freshItemText("Click") + R"(,{"type":"Clik"})");
+    Fixture f(withUnknown);
+    const Poco::JSON::Object::Ptr state = parseObject(f.call("GET", "/api/state").body);
+    ASSERT_EQ(state->getArray("lost")->size(), 1U);
+    const HttpResponse refused = f.call("POST", "/api/save");
+    EXPECT_EQ(refused.status, 409);
+    EXPECT_EQ(parseObject(refused.body)->getArray("lost")->getElement<std::string>(0),
+              "keymaps[1] (type \"Clik\")");
+    EXPECT_EQ(f.dir.read("doc.json"), withUnknown);
+    EXPECT_EQ(f.call("POST", "/api/save?drop=1").status, 200);
+    EXPECT_EQ(f.dir.read("doc.json"), f.call("GET", "/api/document").body);
+    EXPECT_EQ(f.call("POST", "/api/save").status, 200) << "asked once";
+}
+
+#ifndef _WIN32
+// Recovery files are made, never found: a link planted under the name is
+// passed over, and the copy is as private as the file.
+TEST(EditorApi, RecoveryFilesAreNewPrivateAndOfferedNextTime) {
+    Fixture f;
+    chmod(f.dir.path("doc.json").c_str(), 0600);
+    ASSERT_EQ(f.call("PUT", "/api/document", testsupport::documentWith("")).status, 200);
+    const std::string elsewhere = f.dir.path("elsewhere.json");
+    ASSERT_EQ(symlink(elsewhere.c_str(), f.dir.path("doc.recovery.json").c_str()), 0);
+    const std::string recovery = f.session->writeRecovery();
+    EXPECT_EQ(std::filesystem::u8path(recovery).filename().u8string(), "doc.recovery-2.json");
+    EXPECT_FALSE(PathExists(elsewhere)) << "the link was not followed";
+    struct stat info {};
+    ASSERT_EQ(stat(recovery.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0600U);
+
+    EditorSession next(f.dir.path("doc.json"), false, {});
+    EditorApi api(next, kToken, kPort);
+    ASSERT_EQ(next.recoveryFiles().size(), 1U) << "the dangling link is no recovery file";
+    const HttpResponse offered = api.handle(request("GET", "/api/recovery?n=0", kToken, kPort, ""));
+    EXPECT_EQ(offered.body, f.call("GET", "/api/document").body);
+    EXPECT_EQ(api.handle(request("GET", "/api/recovery?n=1", kToken, kPort, "")).status, 404);
+}
+#endif
 
 TEST(EditorApi, TokensAreLongRandomAndComparedWhole) {
     const std::string a = EditorApi::MakeToken();

@@ -130,4 +130,56 @@ TEST(SaveSafetyPosix, ReadOnlyFileIsNotReplaced) {
     EXPECT_EQ(dir.entries(), std::vector<std::string>{"keymap.json"});
 }
 
+// A replaced file is a new file: a hard link keeps the old text, which is
+// how a reader can tell that no byte was written in place.
+TEST(SaveSafetyPosix, TheSaveReplacesRatherThanRewrites) {
+    DocPtr doc(km::LoadKeymapConfigAndInfo(kBlank, ""));
+    TempDir dir;
+    const std::string path = dir.file(std::string(250, 'k'));
+    writeBytes(path, kOldText);
+    ASSERT_EQ(link(path.c_str(), dir.file("other").c_str()), 0);
+    EXPECT_TRUE(km::SaveKeymapConfigAndInfo(path, doc.get()));
+    EXPECT_EQ(readBytes(path), saveText(doc.get()));
+    EXPECT_EQ(readBytes(dir.file("other")), kOldText);
+}
+
+// A pipe in the file's place: nobody reads it, and no save may wait for
+// one. The host's save returns, the checked write refuses it.
+TEST(SaveSafetyPosix, APipeInTheFilesPlaceNeverBlocks) {
+    DocPtr doc(km::LoadKeymapConfigAndInfo(kBlank, ""));
+    TempDir dir;
+    const std::string path = dir.file("keymap.json");
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    EXPECT_TRUE(km::SaveKeymapConfigAndInfo(path, doc.get()));
+    std::string error;
+    EXPECT_FALSE(km::WriteTextFile(path, "{}", error));
+    EXPECT_EQ(error, "not a regular file");
+}
+
+// A save killed midway leaves its temporary file; the next save of the same
+// file removes it, its writer being gone.
+TEST(SaveSafetyPosix, AKilledSavesLeftoverGoesWithTheNextSave) {
+    DocPtr doc(km::LoadKeymapConfigAndInfo(kBlank, ""));
+    TempDir dir;
+    const std::string path = dir.file("keymap.json");
+    writeBytes(path, kOldText);
+    std::fflush(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        const rlimit small{100, 100};  // SIGXFSZ kills it in the middle of the write
+        setrlimit(RLIMIT_FSIZE, &small);
+        std::string error;
+        km::WriteTextFile(path, std::string(4096, ' '), error);
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    ASSERT_EQ(dir.entries().size(), 2U) << "the killed save left its file";
+    EXPECT_EQ(readBytes(path), kOldText);
+    std::string error;
+    EXPECT_TRUE(km::WriteTextFile(path, saveText(doc.get()), error)) << error;
+    EXPECT_EQ(dir.entries(), std::vector<std::string>{"keymap.json"});
+}
+
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <list>
@@ -280,7 +281,107 @@ TEST(Tool, NonAsciiFileNamesAndExactBytes) {
     }
 }
 
+// A tool that writes keeps everything it read, or writes nothing: an element
+// the library does not keep is named, and only --force drops it.
+TEST(Tool, WritesLoseNothingUnlessForced) {
+    const std::string known = documentWith(item("Click", kQ));
+    const std::string unknownMember = set(known, "$schema", "\"x\"");
+    const std::string unknownType = documentWith(item("Click", kQ) + R"(,{"type":"Clik"})");
+    struct Row {
+        const char* what;
+        std::string text;               // the file before
+        std::vector<std::string> args;  // FILE is appended
+        int status;
+        std::string err;  // must appear in the standard error
+        bool written;
+    };
+    const std::vector<Row> rows = {
+        {"a misspelt type set",
+         known,
+         {"set", "--", "keymaps[0].type=Swipehlod"},
+         1,
+         "keymaps[0] (type \"Swipehlod\")",
+         false},
+        {"a misspelt member set",
+         known,
+         {"set", "--", "keymaps[0].colour=1"},
+         2,
+         "no member",
+         false},
+        {"an unknown top-level member",
+         unknownMember,
+         {"fmt", "--in-place"},
+         1,
+         "  $schema\n",
+         false},
+        {"to standard output too", unknownMember, {"fmt"}, 1, "$schema", false},
+        {"forced", unknownMember, {"fmt", "--in-place", "--force"}, 0, "", true},
+        {"an unknown type kept by add",
+         unknownType,
+         {"add", "--key", "W", "--", "Click"},
+         1,
+         "keymaps[1] (type \"Clik\")",
+         false},
+        {"set forced", unknownType, {"set", "--force", "--", "keymaps[0].key=W"}, 0, "", true},
+        {"set on a clean file", known, {"set", "--", "keymaps[0].key=W"}, 0, "", true},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        TempFile file;
+        file.write(row.text);
+        std::vector<std::string> args = row.args;
+        // "--" stands for FILE where it goes before other arguments.
+        const auto dashes = std::find(args.begin(), args.end(), "--");
+        if (dashes != args.end()) {
+            *dashes = file.path();
+        } else {
+            args.push_back(file.path());
+        }
+        const Result result = run(args);
+        EXPECT_EQ(result.status, row.status) << result.err;
+        EXPECT_NE(result.err.find(row.err), std::string::npos) << result.err;
+        EXPECT_EQ(file.read() != row.text, row.written);
+    }
+}
+
 #ifndef _WIN32
+// Twenty tools adding to one file at once: the folder lock keeps every item.
+TEST(Tool, ParallelAddsKeepEveryItem) {
+    TempDir dir;
+    const std::string file = dir.file("k.json");
+    std::vector<std::thread> adders;
+    for (int i = 0; i < 20; ++i) {
+        adders.emplace_back([&file] { RunProgram(kTool, {"add", file, "Click"}); });
+    }
+    for (std::thread& adder : adders) {
+        adder.join();
+    }
+    EXPECT_EQ(loadText(readBytes(file))->items.size(), 20U);
+}
+
+// '-' is standard output for every -o; output that cannot be written is an
+// error, not a silent loss.
+TEST(Tool, StandardOutputIsAnOutputLikeAnyOther) {
+    struct Row {
+        std::string shell;  // run with the tool as $0
+        int status;
+        std::string out;
+    };
+    const std::vector<Row> rows = {
+        {"exec \"$0\" fmt -o - " + kShooter, 0, "\"keymaps\""},
+        {"exec \"$0\" render -o - " + kShooter, 0, "<svg"},
+        {"exec \"$0\" fmt -o /dev/stdout " + kShooter, 0, "\"keymaps\""},
+        {"exec \"$0\" fmt " + kShooter + " >&-", 2, ""},
+        {"exec \"$0\" fmt " + kShooter + " >/dev/full", 2, ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.shell);
+        const Result result = RunProgram("/bin/sh", {"-c", row.shell, kTool});
+        EXPECT_EQ(result.status, row.status) << result.err;
+        EXPECT_NE(result.out.find(row.out), std::string::npos);
+    }
+}
+
 // Started without a standard input (as some job runners start programs), the
 // tool says it cannot read it, as for any unreadable file: no crash.
 TEST(Tool, ClosedStandardInputIsAnInputError) {

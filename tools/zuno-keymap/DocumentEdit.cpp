@@ -4,6 +4,7 @@
 
 #include "DocumentEdit.h"
 
+#include <algorithm>
 #include <iostream>
 #include <sstream>
 
@@ -241,17 +242,19 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
         return kProblems;
     }
     const std::string after = SavedText(edited.get());
+    // An edit the library does not keep is refused: a member it does not
+    // know as a usage error, anything else (a misspelt type drops its item)
+    // as what would be lost.
+    const std::vector<std::string> dropped = LostOnSave(text.str(), *edited);
     const Object::Ptr saved = parseObject(after);
     for (const std::string& path : kept) {
-        if (saved.isNull() || !HasMember(saved, path)) {
+        const bool droppedItself = std::find(dropped.begin(), dropped.end(), path) != dropped.end();
+        if (droppedItself || (dropped.empty() && (saved.isNull() || !HasMember(saved, path)))) {
             std::cerr << "zuno-keymap " << command << ": the document has no member " << path
                       << "; " << file << " is left as it was\n";
             return kUsage;
         }
     }
-    // An edit the library does not keep (a misspelt type drops its item, a
-    // misspelt member is dropped) is refused the same way.
-    const std::vector<std::string> dropped = LostOnSave(text.str(), *edited);
     if (!force && !dropped.empty()) {
         std::cerr << LostElementsMessage(command, file, dropped);
         return kProblems;

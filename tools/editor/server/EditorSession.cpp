@@ -4,7 +4,10 @@
 
 #include "EditorSession.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <sstream>
+#include <utility>
 
 #include <Poco/Exception.h>
 #include <Poco/File.h>
@@ -51,17 +54,36 @@ std::string recoveryName(const Poco::Path& edited, int n) {
            "." + extension;
 }
 
+// The recovery files of `file` in its folder and the recovery folder, in the
+// order they were made (by number), that are regular files.
 std::vector<std::string> findRecoveryFiles(const std::string& file) {
+    namespace fs = std::filesystem;
     std::vector<std::string> found;
     const Poco::Path edited(file);
+    const std::string ours = edited.getBaseName() + ".recovery";
     for (const std::string& folder : {edited.parent().toString(), RecoveryFolder()}) {
-        for (int n = 1; n < 1000 && !folder.empty(); ++n) {
-            Poco::Path candidate(Poco::Path::forDirectory(folder));
-            candidate.setFileName(recoveryName(edited, n));
-            if (!PathExists(candidate.toString())) {
-                break;
+        std::vector<std::pair<int, std::string>> numbered;
+        std::error_code code;
+        fs::directory_iterator entries(fs::u8path(folder.empty() ? std::string(".") : folder),
+                                       code);
+        for (; !code && entries != fs::directory_iterator(); entries.increment(code)) {
+            const std::string name = entries->path().filename().u8string();
+            // Regular files only: a link under the name is nobody's recovery.
+            std::error_code status;
+            if (name.compare(0, ours.size(), ours) != 0 ||
+                !fs::is_regular_file(entries->symlink_status(status))) {
+                continue;
             }
-            found.push_back(candidate.toString());
+            for (int n = 1; n < 1000; ++n) {
+                if (name == recoveryName(edited, n)) {
+                    numbered.emplace_back(n, entries->path().u8string());
+                    break;
+                }
+            }
+        }
+        std::sort(numbered.begin(), numbered.end());
+        for (auto& entry : numbered) {
+            found.push_back(std::move(entry.second));
         }
     }
     return found;
@@ -222,7 +244,9 @@ std::string EditorSession::writeRecovery() {
             if (km::WriteNewTextFile(candidate.toString(), text_, file_, error)) {
                 return candidate.toString();
             }
-            if (!PathExists(candidate.toString())) {
+            std::error_code code;
+            if (!std::filesystem::exists(std::filesystem::symlink_status(
+                    std::filesystem::u8path(candidate.toString()), code))) {
                 break;  // not a taken name: this folder takes no file at all
             }
         }
