@@ -14,6 +14,7 @@
 #include <Poco/TemporaryFile.h>
 
 #include "EditorApi.h"
+#include "HttpWire.h"
 
 using namespace zunokeymap::editor;
 
@@ -71,7 +72,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     }
     request.body = data.substr(at);
 
+    // The same bytes as a head on the wire: parsed strictly or refused.
+    const RequestHead head = ParseRequestHead(data.substr(0, data.find("\n\n")));
+    if (head.status != 0 && head.status != 400 && head.status != 411 && head.status != 501 &&
+        head.status != 505) {
+        std::abort();
+    }
+
     const HttpResponse response = editor.api->handle(request);
+    if (FormatResponse(response, true).compare(0, 9, "HTTP/1.1 ") != 0) {
+        std::abort();
+    }
     switch (response.status) {
         case 200:
         case 400:

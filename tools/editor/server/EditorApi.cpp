@@ -220,6 +220,10 @@ const EditorApi::Route* EditorApi::findRoute(const std::string& path) {
     return nullptr;
 }
 
+HttpResponse EditorApi::ErrorResponse(int status, const std::string& message) {
+    return respondError(status, message);
+}
+
 HttpResponse EditorApi::screen(const HttpRequest& request) const {
     HttpResponse pass;
     pass.status = 0;

@@ -41,6 +41,9 @@ public:
     /// A fresh token: 256 random bits from the system, as hexadecimal.
     static std::string MakeToken();
 
+    /// The answer the API gives for an error: `{"status": N, "error": message}`.
+    static HttpResponse ErrorResponse(int status, const std::string& message);
+
 private:
     struct Route;
     static const Route* findRoute(const std::string& path);

@@ -1,7 +1,8 @@
 //
 // EditorServer.h
 //
-// The editor's HTTP server: Poco's HTTPServer on 127.0.0.1, handing every
+// The editor's HTTP server on 127.0.0.1: Poco's TCPServer, with each
+// connection reading HTTP/1.1 itself against deadlines and handing every
 // request to EditorApi. It reads at most EditorApi::kMaxBody bytes of a body
 // and only after EditorApi::screen let the request through.
 //
@@ -15,7 +16,7 @@
 
 namespace Poco {
 namespace Net {
-class HTTPServer;
+class TCPServer;
 }
 }  // namespace Poco
 
@@ -36,11 +37,12 @@ public:
 
     /// Serves on threads of its own until stop() or destruction.
     void start();
-    /// Stops accepting and waits for the requests under way.
+    /// Stops accepting and waits (bounded by the request deadlines) for the
+    /// requests under way, so that nothing they use is torn down under them.
     void stop();
 
 private:
-    std::unique_ptr<Poco::Net::HTTPServer> server_;
+    std::unique_ptr<Poco::Net::TCPServer> server_;
     int port_ = 0;
 };
 
