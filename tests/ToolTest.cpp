@@ -109,6 +109,10 @@ TEST(Tool, CommandsStatusAndOutput) {
         {2, {"fmt", "--in-place", kBlank}, {}},
         {2, {"fmt", "--in-place", "blank"}, {}},
         {2, {"check", "--", "--json"}, {"--json: error: cannot read"}},
+        // Keys the tool would store but no device has.
+        {2, {"add", b, "Click", "--key", "joystick: A"}, {}, "", "", "has no blanks"},
+        {2, {"add", b, "Click", "--key", "keyboard:-1"}, {}, "", "", "has the code -1"},
+        {2, {"add", b, "Click", "--key", "keyboard:0x7fffffff"}, {}, "", "", "has the code"},
         {2, {"key", "keyboard", "thirty"}, {}, "", "", "no keyboard key named 'thirty'"},
         {2, {"key", "pad", "A"}, {}, "", "", "no device 'pad'"},
         {2, {"macro", "explain"}, {}},
@@ -344,7 +348,35 @@ TEST(Tool, WritesLoseNothingUnlessForced) {
     }
 }
 
+// A document's text is shown, never obeyed: escape sequences in a key's
+// text or a type reach the terminal as visible escapes.
+TEST(Tool, DocumentTextCannotDriveTheTerminal) {
+    TempFile file;
+    const std::string hostile =
+        R"({"device":"keyboard","text":"\u001b]0;owned\u0007\u001b[2J\u00c2\u009b",)"
+        R"("scan_code":16,"virtual_key":81})";
+    file.write(documentWith(item("Click", hostile) + "," + item("Click", hostile)));
+    for (const std::vector<std::string>& args :
+         {std::vector<std::string>{"check", file.path()}, {"list", file.path()}}) {
+        SCOPED_TRACE(args[0]);
+        const Result result = run(args);
+        EXPECT_EQ(result.out.find('\x1b'), std::string::npos) << result.out;
+        EXPECT_EQ(result.out.find("\xc2\x9b"), std::string::npos);
+    }
+    EXPECT_NE(run({"check", file.path()}).out.find("\\x1b]0;owned\\x07"), std::string::npos);
+}
+
 #ifndef _WIN32
+// A file name that is not UTF-8 still gives valid JSON.
+TEST(Tool, CheckJsonIsValidForAnyFileName) {
+    TempDir dir;
+    const std::string path = dir.file("k\xff.json");
+    writeBytes(path, documentWith(item("Click", kQ)));
+    const Result result = run({"check", "--json", path});
+    EXPECT_NO_THROW(Poco::JSON::Parser().parse(result.out)) << result.out;
+    EXPECT_NE(result.out.find("k\xef\xbf\xbd.json"), std::string::npos) << result.out;
+}
+
 // Twenty tools adding to one file at once: the folder lock keeps every item.
 TEST(Tool, ParallelAddsKeepEveryItem) {
     TempDir dir;

@@ -4,6 +4,10 @@
 
 #include "CheckReport.h"
 
+#include <sstream>
+
+#include "TerminalText.h"
+
 namespace zunokeymap {
 
 namespace km = zunokeymapmanager;
@@ -174,7 +178,10 @@ void WriteCheckReportJson(JsonWriter& out, const std::string& source,
     out.endArray().endObject();
 }
 
-void PrintCheckReport(std::ostream& out, const std::string& source, const km::CheckReport& report) {
+void PrintCheckReport(std::ostream& terminal, const std::string& source,
+                      const km::CheckReport& report) {
+    // Built whole, then made safe to print: the document's own text is in it.
+    std::ostringstream out;
     for (const km::Finding& finding : report.findings) {
         out << source << ": " << km::FindingSeverityName(finding.severity) << ": ";
         // A failed load's message and a collision's name their places themselves.
@@ -210,6 +217,7 @@ void PrintCheckReport(std::ostream& out, const std::string& source, const km::Ch
         out << problems << " problem(s): " << errors << " error(s), " << warnings << " warning(s)";
     }
     out << " (" << report.items << " items)\n";
+    terminal << ForTerminal(out.str());
 }
 
 bool CheckFails(const km::CheckReport& report, bool strict) {

@@ -6,16 +6,31 @@
 
 #include <string>
 
+#include "TerminalText.h"
+
 namespace zunokeymap {
 
 namespace {
 
 // Escaped as Poco's stringifier escapes: control characters as \uXXXX,
-// everything else, UTF-8 included, as it stands.
+// everything else, UTF-8 included, as it stands. A byte that is not UTF-8
+// (a file name from a system that allows them) becomes U+FFFD, so the
+// output is always valid JSON.
 void appendString(std::string_view text, std::string& out) {
     static const char kHex[] = "0123456789ABCDEF";
     out += '"';
-    for (const char c : text) {
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const char c = text[at];
+        const std::size_t length = Utf8SequenceAt(text, at);
+        if (length != 1) {
+            if (length == 0) {
+                out += "\xEF\xBF\xBD";  // U+FFFD
+            } else {
+                out.append(text, at, length);
+                at += length - 1;
+            }
+            continue;
+        }
         switch (c) {
             case '"':
                 out += "\\\"";

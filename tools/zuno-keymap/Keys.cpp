@@ -127,8 +127,18 @@ bool KeyNamed(const std::string& device, const std::string& name, km::ConfigKey&
         error = "no device '" + device + "' (keyboard, mouse or joystick)";
         return false;
     }
+    if (name.find_first_of(" \t\r\n\v\f") != std::string::npos) {
+        error = "a key name has no blanks: '" + name + "'";
+        return false;
+    }
     int code = 0;
     const bool numeric = ParseInt(name, code);
+    // A code is a key's number on its device: never negative, and the
+    // largest one means "no key".
+    if (numeric && (code < 0 || code == km::kUnsetKeyCode)) {
+        error = "no " + device + " key has the code " + name;
+        return false;
+    }
     if (device == "joystick") {
         if (name.empty()) {
             error = "a gamepad control needs a name";

@@ -13,6 +13,7 @@
 
 #include "CommandLine.h"
 #include "Common.h"
+#include "TerminalText.h"
 
 namespace zunokeymap {
 
@@ -54,8 +55,10 @@ int runList(const std::string& file, bool joystick) {
             widths[c] = std::max(widths[c], row[c].size());
         }
     }
-    std::cout << loaded.source << ": " << (loaded.doc->info->is_joystick ? "gamepad" : "keymap")
-              << " document, " << loaded.doc->items.size() << " items\n";
+    // Types and key names come from the document: printed safely.
+    std::cout << ForTerminal(loaded.source) << ": "
+              << (loaded.doc->info->is_joystick ? "gamepad" : "keymap") << " document, "
+              << loaded.doc->items.size() << " items\n";
     for (const auto& row : rows) {
         std::string line;
         for (std::size_t c = 0; c < row.size(); ++c) {
@@ -64,7 +67,7 @@ int runList(const std::string& file, bool joystick) {
                 line += std::string(widths[c] - row[c].size() + 2, ' ');
             }
         }
-        std::cout << line << "\n";
+        std::cout << ForTerminal(line) << "\n";
     }
     return kClean;
 }
