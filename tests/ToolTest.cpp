@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <list>
 #include <thread>
@@ -364,6 +365,17 @@ TEST(Tool, DocumentTextCannotDriveTheTerminal) {
         EXPECT_EQ(result.out.find("\xc2\x9b"), std::string::npos);
     }
     EXPECT_NE(run({"check", file.path()}).out.find("\\x1b]0;owned\\x07"), std::string::npos);
+}
+
+// A background of any size is looked at before it is read.
+TEST(Tool, HugeBackgroundsAreRefusedUnread) {
+    TempDir dir;
+    const std::string image = dir.file("shot.png");
+    writeBytes(image, std::string("\x89PNG\r\n\x1a\n", 8));
+    std::filesystem::resize_file(std::filesystem::u8path(image), 3ULL << 30);  // sparse
+    const Result result = run({"render", kShooter, "--background", image});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_NE(result.err.find("larger than 32 MiB"), std::string::npos) << result.err;
 }
 
 #ifndef _WIN32

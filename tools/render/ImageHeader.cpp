@@ -76,6 +76,39 @@ std::string readJpeg(const std::string& s, std::uint32_t& width, std::uint32_t& 
 
 }  // namespace
 
+namespace {
+
+std::string base64(const std::string& bytes) {
+    static const char kDigits[] =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string out;
+    out.reserve((bytes.size() + 2) / 3 * 4);
+    std::size_t i = 0;
+    const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(bytes[k]); };
+    for (; i + 3 <= bytes.size(); i += 3) {
+        const unsigned v = (byte(i) << 16) | (byte(i + 1) << 8) | byte(i + 2);
+        out += kDigits[(v >> 18) & 63];
+        out += kDigits[(v >> 12) & 63];
+        out += kDigits[(v >> 6) & 63];
+        out += kDigits[v & 63];
+    }
+    if (i < bytes.size()) {
+        const bool two = i + 1 < bytes.size();
+        const unsigned v = (byte(i) << 16) | (two ? byte(i + 1) << 8 : 0);
+        out += kDigits[(v >> 18) & 63];
+        out += kDigits[(v >> 12) & 63];
+        out += two ? kDigits[(v >> 6) & 63] : '=';
+        out += '=';
+    }
+    return out;
+}
+
+}  // namespace
+
+std::string DataUri(const std::string& mime, const std::string& bytes) {
+    return "data:" + mime + ";base64," + base64(bytes);
+}
+
 std::string ReadBackground(std::string bytes, Background& out) {
     static const char kPng[] = "\x89PNG\r\n\x1A\n";
     std::uint32_t width = 0;
@@ -100,6 +133,7 @@ std::string ReadBackground(std::string bytes, Background& out) {
         return "the image size " + std::to_string(width) + "x" + std::to_string(height) +
                " is not usable";
     }
+    out.uri = DataUri(mime, bytes);
     out.bytes = std::move(bytes);
     out.mime = mime;
     out.width = static_cast<int>(width);

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "ItemShapes.h"
+#include "ImageHeader.h"
 #include "SvgWriter.h"
 
 namespace zunokeymap {
@@ -66,31 +67,6 @@ void markerFill(SvgWriter& svg, const std::string& rgba) {
     svg.attr("fill", "#" + colour.substr(0, 6));
     const int alpha = std::stoi(colour.substr(6, 2), nullptr, 16);
     svg.attr("fill-opacity", alpha / 255.0);
-}
-
-std::string base64(const std::string& bytes) {
-    static const char kDigits[] =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string out;
-    out.reserve((bytes.size() + 2) / 3 * 4);
-    std::size_t i = 0;
-    const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(bytes[k]); };
-    for (; i + 3 <= bytes.size(); i += 3) {
-        const unsigned v = (byte(i) << 16) | (byte(i + 1) << 8) | byte(i + 2);
-        out += kDigits[(v >> 18) & 63];
-        out += kDigits[(v >> 12) & 63];
-        out += kDigits[(v >> 6) & 63];
-        out += kDigits[v & 63];
-    }
-    if (i < bytes.size()) {
-        const bool two = i + 1 < bytes.size();
-        const unsigned v = (byte(i) << 16) | (two ? byte(i + 1) << 8 : 0);
-        out += kDigits[(v >> 18) & 63];
-        out += kDigits[(v >> 12) & 63];
-        out += two ? kDigits[(v >> 6) & 63] : '=';
-        out += '=';
-    }
-    return out;
 }
 
 // What the check says of one item: its marks and the reasons for its tooltip.
@@ -332,7 +308,8 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
         svg.open("image").attr("class", "background").attr("x", 0).attr("y", 0);
         svg.attr("width", canvas.width).attr("height", canvas.height);
         svg.attr("preserveAspectRatio", "none");
-        svg.attr("xlink:href", "data:" + background.mime + ";base64," + base64(background.bytes));
+        svg.attr("xlink:href", background.uri.empty() ? DataUri(background.mime, background.bytes)
+                                                      : background.uri);
         svg.close();
     }
 

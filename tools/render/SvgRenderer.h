@@ -21,6 +21,9 @@ struct Background {
     std::string mime;   ///< "image/png" or "image/jpeg"
     int width = 0;      ///< in pixels, read from the image
     int height = 0;
+    /// The image as a data: URI, made once by ReadBackground so that every
+    /// picture of an editing session embeds it without encoding it again.
+    std::string uri;
 };
 
 struct RenderOptions {

@@ -4,6 +4,9 @@
 
 #include "ScreenOptions.h"
 
+#include <cstdint>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include <ImageHeader.h>
@@ -45,9 +48,24 @@ std::string ReadScreenOptions(const std::string& size, const std::string& backgr
     if (background.empty()) {
         return std::string();
     }
+    // Looked at before it is read: a huge file would be read whole first.
+    std::error_code code;
+    std::filesystem::path native;
+    try {
+        native = std::filesystem::u8path(background);
+    } catch (const std::exception&) {
+        return "cannot read the background '" + background + "'";
+    }
+    const std::uintmax_t bytesOnDisk = std::filesystem::file_size(native, code);
+    if (!code && bytesOnDisk > render::kMaxBackgroundBytes) {
+        return "the background '" + background + "' is larger than 32 MiB";
+    }
     std::string bytes;
     if (background == "-" || !ReadInput(background, bytes)) {
         return "cannot read the background '" + background + "'";
+    }
+    if (bytes.size() > render::kMaxBackgroundBytes) {
+        return "the background '" + background + "' is larger than 32 MiB";
     }
     const std::string error = render::ReadBackground(std::move(bytes), out.background);
     if (!error.empty()) {
