@@ -72,6 +72,9 @@ test('open a document and see every item', async ({ page }) => {
   const count = JSON.parse(fs.readFileSync(file, 'utf8')).keymaps.length;
   await expect(page.locator('#picture g.item[data-item-index]')).toHaveCount(count);
   await expect(page.locator('#palette button')).toHaveCount(18);
+  expect(page.url()).not.toContain('token'); // out of the address bar and the history
+  await page.reload();
+  await page.waitForFunction(() => window.editorReady === true);
   await pick(page, 1);
   await expect(page.locator('#panel h2')).toContainText('keymaps[1]');
   await page.setViewportSize({ width: 1440, height: 810 });
@@ -162,7 +165,26 @@ test('saving over a file changed on disk is refused', async ({ page }) => {
   fs.writeFileSync(file, '{"changed": "elsewhere"}');
   await page.getByRole('button', { name: 'Save' }).click();
   await expect(page.locator('#conflict')).toBeVisible();
+  await expect(page.locator('#conflict-text')).toContainText('changed by another program');
   expect(fs.readFileSync(file, 'utf8')).toBe('{"changed": "elsewhere"}');
+  editor.stop();
+});
+
+test('a file with elements the editor does not know is saved only when the user agrees', async ({ page }) => {
+  const file = copyExample('shooter.json');
+  const text = fs.readFileSync(file, 'utf8').replace('"keymaps"', '"notes": "mine", "keymaps"');
+  fs.writeFileSync(file, text);
+  const { editor } = await open(page, file);
+  await pick(page, 2);
+  await page.keyboard.press('ArrowRight');
+  page.once('dialog', (dialog) => dialog.dismiss());
+  await page.getByRole('button', { name: 'Save' }).click();
+  await expect(page.locator('#status')).toContainText('would drop');
+  expect(fs.readFileSync(file, 'utf8')).toBe(text);
+  page.once('dialog', (dialog) => dialog.accept());
+  await page.getByRole('button', { name: 'Save' }).click();
+  await expect(page.locator('#status')).toContainText('Saved');
+  expect(JSON.parse(fs.readFileSync(file, 'utf8')).notes).toBeUndefined();
   editor.stop();
 });
 

@@ -4,9 +4,11 @@
 // zuno-keymap edit: a keymap in the browser, served from this process.
 //
 
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <Poco/Environment.h>
@@ -15,6 +17,8 @@
 #include <Poco/Path.h>
 #include <Poco/Process.h>
 #include <Poco/StringTokenizer.h>
+#include <Poco/TemporaryFile.h>
+#include <zuno-keymapmanager/api/TextFile.h>
 
 #include "CommandLine.h"
 #include "Common.h"
@@ -46,17 +50,39 @@ namespace {
 }
 
 // A browser that cannot be started is no error: the address is printed.
-void openBrowser(const std::string& url) {
+// Opens the page. The address holds the token, so it goes to the browser
+// inside a file only this user may read, never on a command line that every
+// local user can list. Returns the folder of that file, removed at the end.
+std::string openBrowser(const std::string& url) {
+    namespace fs = std::filesystem;
+    std::string folder;
     try {
+        folder = Poco::TemporaryFile::tempName();
+        const fs::path dir = fs::u8path(folder);
+        fs::create_directory(dir);
+        fs::permissions(dir, fs::perms::owner_all, fs::perm_options::replace);
+        const fs::path page = dir / "open-editor.html";
+        std::string error;
+        if (!km::WriteNewTextFile(page.u8string(),
+                                  "<!DOCTYPE html><meta charset=\"utf-8\">"
+                                  "<meta http-equiv=\"refresh\" content=\"0;url=" +
+                                      url + "\"><title>zuno-keymap edit</title>\n",
+                                  "", error)) {
+            return folder;
+        }
+        fs::permissions(page, fs::perms::owner_read | fs::perms::owner_write,
+                        fs::perm_options::replace);
 #if defined(_WIN32)
-        Poco::Process::launch("rundll32", {"url.dll,FileProtocolHandler", url});
+        Poco::Process::launch("rundll32", {"url.dll,FileProtocolHandler", page.u8string()});
 #else
         if (onPath("xdg-open")) {
-            Poco::Process::launch("xdg-open", {url});
+            Poco::Process::launch("xdg-open", {page.u8string()});
         }
 #endif
-    } catch (const Poco::Exception&) {
+    } catch (const std::exception&) {
+        // No browser: the address printed above still opens the page.
     }
+    return folder;
 }
 
 struct EditArguments {
@@ -113,12 +139,17 @@ int runEdit(const EditArguments& args) {
                   << " (the page offers to open it)\n";
     }
     std::cout << url << std::endl;
+    std::string handOver;
     if (!args.noBrowser) {
-        openBrowser(url);
+        handOver = openBrowser(url);
     }
 
     editor::WaitForTermination();
     server->stop();
+    if (!handOver.empty()) {
+        std::error_code ignored;
+        std::filesystem::remove_all(std::filesystem::u8path(handOver), ignored);
+    }
     const std::string recovery = session.writeRecovery();
     if (!recovery.empty()) {
         std::cerr << "zuno-keymap edit: unsaved changes were written to " << recovery << "\n";

@@ -1,7 +1,14 @@
 // The editor server's HTTP contract (docs/editor.md), as functions. The
 // token comes from the page's own address and goes out as a Bearer header.
+// It leaves the address bar (and so the history) at once, kept for this tab
+// only, where a reload finds it.
 
-const token = new URLSearchParams(location.search).get('token') || '';
+const token = new URLSearchParams(location.search).get('token') ||
+  sessionStorage.getItem('zuno-keymap-token') || '';
+if (token) {
+  sessionStorage.setItem('zuno-keymap-token', token);
+  history.replaceState(null, '', location.pathname);
+}
 
 async function call(method, path, body) {
   const headers = { Authorization: `Bearer ${token}` };

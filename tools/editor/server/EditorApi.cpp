@@ -186,6 +186,10 @@ std::string EditorApi::MakeToken() {
     Poco::RandomInputStream random;
     unsigned char bytes[32] = {};
     random.read(reinterpret_cast<char*>(bytes), sizeof(bytes));
+    if (random.gcount() != static_cast<std::streamsize>(sizeof(bytes))) {
+        // A guessable token would open the door to every local process.
+        throw Poco::IOException("cannot read random bytes for the editor's token");
+    }
     static const char kHex[] = "0123456789abcdef";
     std::string token;
     for (unsigned char byte : bytes) {
