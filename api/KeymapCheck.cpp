@@ -5,12 +5,14 @@
 #include "zuno-keymapmanager/api/KeymapCheck.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 #include <memory>
 
 #include "api/CheckFindings.h"
 #include "api/KeyCollisions.h"
 #include "document/DocumentIO.h"
+#include "document/JsonSyntax.h"
 #include "zuno-keymapmanager/document/ConfigInfo.h"
 #include "zuno-keymapmanager/document/ConfigParam.h"
 #include "zuno-keymapmanager/document/EmbededConfig.h"
@@ -64,6 +66,8 @@ const char* FindingKindName(FindingKind kind) {
             return "unset-position";
         case FindingKind::ZeroRadius:
             return "zero-radius";
+        case FindingKind::DuplicateMember:
+            return "duplicate-member";
         case FindingKind::JoystickMismatch:
             return "joystick-mismatch";
     }
@@ -75,6 +79,9 @@ const char* FindingSeverityName(FindingSeverity severity) {
 }
 
 namespace {
+
+// As deep as the parser nests.
+constexpr std::size_t kParserDepth = 128;
 
 // The index in "keymaps" of each loaded item: the elements the load kept,
 // which are those of a known type.
@@ -198,6 +205,17 @@ void checkText(const std::string& text, bool joystick, const std::string& source
     }
     if (!progress.root.isNull()) {
         std::vector<Finding> shape;
+        // The parser keeps the last of two members of one name in silence.
+        for (const std::string& path : document::DuplicateMembers(text, kParserDepth)) {
+            int item = -1;
+            if (path.compare(0, 8, "keymaps[") == 0) {
+                item = std::atoi(path.c_str() + 8);
+            }
+            const std::string name = path.substr(path.find_last_of(".]") + 1);
+            shape.push_back(check::MakeFinding(
+                FindingKind::DuplicateMember, FindingSeverity::Warning, path, item, std::string(),
+                "\"" + name + "\" is written twice in one object: only the last one counts"));
+        }
         check::CheckDocumentShape(progress.root, joystick, shape);
         check::CheckSchema(progress.root, shape);
         std::stable_sort(shape.begin(), shape.end(), [](const Finding& a, const Finding& b) {

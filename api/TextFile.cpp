@@ -14,7 +14,7 @@ bool WriteTextFile(const std::string& path, const std::string& text) {
 }
 
 bool WriteTextFile(const std::string& path, const std::string& text, std::string& error) {
-    return document::ReplaceFile(path, text, error) == document::ReplaceResult::Replaced;
+    return document::ReplaceWhole(path, text, error) == document::ReplaceResult::Replaced;
 }
 
 bool WriteNewTextFile(const std::string& path, const std::string& text, const std::string& like,

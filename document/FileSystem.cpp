@@ -65,7 +65,7 @@ std::string ReadBytes(const std::string& path) {
 
 bool WriteFile(const std::string& path, const std::string& text) {
     std::string error;
-    switch (ReplaceFile(path, text, error)) {
+    switch (ReplaceWhole(path, text, error)) {
         case ReplaceResult::Replaced:
             return true;
         case ReplaceResult::NotReplaceable:

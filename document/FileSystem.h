@@ -30,7 +30,7 @@ FileKind KindOf(const std::string& path);
 /// opened, Poco::ReadFileException when reading fails.
 std::string ReadBytes(const std::string& path);
 
-/// How ReplaceFile ended.
+/// How ReplaceWhole ended.
 enum class ReplaceResult {
     Replaced,  ///< the target now holds the whole text
     /// Nothing was written and no new file could take the target's place
@@ -48,9 +48,9 @@ enum class ReplaceResult {
 /// possible). Temporary files left by an earlier save of the same target
 /// that was killed midway are removed first. `error` names the cause of a
 /// result other than Replaced.
-ReplaceResult ReplaceFile(const std::string& path, const std::string& text, std::string& error);
+ReplaceResult ReplaceWhole(const std::string& path, const std::string& text, std::string& error);
 
-/// The library's save of `text` to `path`: ReplaceFile, and where that is
+/// The library's save of `text` to `path`: ReplaceWhole, and where that is
 /// not possible, WriteInPlace; false when the file could not be written.
 /// A target the user may not write (on Windows, a read-only file) is left
 /// alone.

@@ -110,7 +110,7 @@ ReplaceResult fail(ReplaceResult result, std::string& error, const std::string& 
 
 }  // namespace
 
-ReplaceResult ReplaceFile(const std::string& path, const std::string& text, std::string& error) {
+ReplaceResult ReplaceWhole(const std::string& path, const std::string& text, std::string& error) {
     // A symbolic link stays a link: the file it points to is replaced.
     std::string target = path;
     struct stat linkInfo {};

@@ -132,7 +132,7 @@ bool moveOver(const fs::path& tempPath, const fs::path& target, bool& held) {
 
 }  // namespace
 
-ReplaceResult ReplaceFile(const std::string& path, const std::string& text, std::string& error) {
+ReplaceResult ReplaceWhole(const std::string& path, const std::string& text, std::string& error) {
     fs::path target;
     if (!NativePath(path, target)) {
         error = "not a UTF-8 path";

@@ -6,6 +6,8 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <set>
+#include <string>
 #include <vector>
 
 namespace zunokeymapmanager {
@@ -15,9 +17,13 @@ namespace {
 
 class Scanner {
 public:
-    Scanner(const std::string& text, std::size_t maxDepth) : s_(text), maxDepth_(maxDepth) {}
+    Scanner(const std::string& text, std::size_t maxDepth, bool trackMembers)
+        : s_(text), maxDepth_(maxDepth), track_(trackMembers) {}
 
     SyntaxReport run() {
+        if (s_.compare(0, 3, "\xEF\xBB\xBF") == 0) {
+            return fail("byte-order mark at the start: save as UTF-8 without BOM");
+        }
         skipSpace();
         if (atEnd()) {
             return fail("the document is empty");
@@ -38,6 +44,9 @@ public:
                     if (s_[i_] == '{' || s_[i_] == '[') {
                         const char open = s_[i_];
                         stack_.push_back(open);
+                        if (track_) {
+                            frames_.emplace_back();
+                        }
                         if (stack_.size() > maxDepth_) {
                             return fail("arrays and objects are nested too deeply");
                         }
@@ -47,6 +56,7 @@ public:
                         if (!atEnd() && s_[i_] == close) {
                             ++i_;
                             stack_.pop_back();
+                            popFrame();
                             state = State::AfterValue;
                         } else {
                             state = open == '{' ? State::MemberName : State::Value;
@@ -61,7 +71,13 @@ public:
                         return fail(atEnd() ? "unexpected end of text, a member name is expected"
                                             : "a member name in double quotes is expected");
                     }
-                    string();
+                    {
+                        const std::size_t nameStart = i_ + 1;
+                        string();
+                        if (track_ && !failed_) {
+                            member(s_.substr(nameStart, i_ - 1 - nameStart));
+                        }
+                    }
                     skipSpace();
                     if (failed_) {
                         return report_;
@@ -84,10 +100,14 @@ public:
                     }
                     if (s_[i_] == ',') {
                         ++i_;
+                        if (track_ && !inObject) {
+                            ++frames_.back().index;
+                        }
                         state = inObject ? State::MemberName : State::Value;
                     } else if (s_[i_] == (inObject ? '}' : ']')) {
                         ++i_;
                         stack_.pop_back();
+                        popFrame();
                     } else {
                         return fail(inObject ? "',' or '}' is expected after a member value"
                                              : "',' or ']' is expected after an array element");
@@ -99,6 +119,40 @@ public:
     }
 
 private:
+    // Where the scan is, for naming a member by its path: an object's member
+    // names so far and the current one, or an array's element index.
+    struct Frame {
+        std::set<std::string> names;
+        std::string name;
+        std::size_t index = 0;
+    };
+
+    void popFrame() {
+        if (track_) {
+            frames_.pop_back();
+        }
+    }
+
+    void member(const std::string& name) {
+        Frame& frame = frames_.back();
+        frame.name = name;
+        if (!frame.names.insert(name).second) {
+            report_.duplicates.push_back(path());
+        }
+    }
+
+    std::string path() const {
+        std::string out;
+        for (std::size_t k = 0; k < frames_.size(); ++k) {
+            if (stack_[k] == '[') {
+                out += "[" + std::to_string(frames_[k].index) + "]";
+            } else {
+                out += (out.empty() ? "" : ".") + frames_[k].name;
+            }
+        }
+        return out;
+    }
+
     bool atEnd() const { return i_ >= s_.size(); }
     unsigned char at(std::size_t k) const {
         return k < s_.size() ? static_cast<unsigned char>(s_[k]) : 0;
@@ -307,6 +361,8 @@ private:
     int line_ = 1;
     std::size_t lineStart_ = 0;
     std::vector<char> stack_;
+    const bool track_;
+    std::vector<Frame> frames_;
     bool failed_ = false;
     SyntaxReport report_;
 };
@@ -314,7 +370,11 @@ private:
 }  // namespace
 
 SyntaxReport ScanJson(const std::string& text, std::size_t maxDepth) {
-    return Scanner(text, maxDepth).run();
+    return Scanner(text, maxDepth, false).run();
+}
+
+std::vector<std::string> DuplicateMembers(const std::string& text, std::size_t maxDepth) {
+    return Scanner(text, maxDepth, true).run().duplicates;
 }
 
 }  // namespace document

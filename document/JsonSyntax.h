@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace zunokeymapmanager {
 namespace document {
@@ -25,11 +26,18 @@ struct SyntaxReport {
     /// The first character of the top-level value ('{', '[', '"', 't', ...),
     /// or 0 when there is none.
     char topLevel = 0;
+    /// The JSON paths of members named twice in one object, when asked for.
+    std::vector<std::string> duplicates;
 };
 
 /// Scans `text`; containers nested deeper than `maxDepth` are an error, as
 /// they are for the parser.
 SyntaxReport ScanJson(const std::string& text, std::size_t maxDepth);
+
+/// The JSON paths ("keymaps[2].type") of the members that `text` names a
+/// second time in one object, in text order. The parser keeps the last of
+/// them in silence; the check reports them. Stops at a syntax error.
+std::vector<std::string> DuplicateMembers(const std::string& text, std::size_t maxDepth);
 
 }  // namespace document
 }  // namespace zunokeymapmanager

@@ -96,6 +96,11 @@ TEST(KeymapCheck, FindsEachHandWrittenMistakeWithItsPath) {
          "keymaps[0].rel_radius", ""},
         {"second item on the same key", documentWith(click + "," + placed("Macro")), false,
          K::KeyCollision, kWarning, "keymaps[0]", ""},
+        {"a type written twice, the last one winning",
+         documentWith("{\"type\": \"Macro\", " + click.substr(click.find('{') + 1)), false,
+         K::DuplicateMember, kWarning, "keymaps[0].type", ""},
+        {"a byte-order mark", "\xEF\xBB\xBF" + documentWith(click), false, K::LoadFailed, kError,
+         "", ""},
     };
     for (const Mistake& mistake : mistakes) {
         SCOPED_TRACE(mistake.name);

@@ -94,6 +94,7 @@ TEST(LoadDiagnostic, PointsAtTheFirstSyntaxError) {
         {"{\"a\":[1, 2e999]}", 1, 10},
         {"{\n\"a\":\n\"x\ny\"}", 3, 3},
         {std::string(129, '[') + std::string(129, ']'), 1, 129},
+        {"\xEF\xBB\xBF{}", 1, 1},
     };
     for (const auto& [text, line, column] : cases) {
         SCOPED_TRACE(text);
@@ -103,6 +104,12 @@ TEST(LoadDiagnostic, PointsAtTheFirstSyntaxError) {
                   std::make_tuple(Problem::Malformed, line, column, std::string()))
             << d.message;
     }
+    // Editors on some systems write one; the message says what to do.
+    km::LoadDiagnostic bom;
+    DocPtr doc(km::LoadKeymapConfigAndInfo("bom.json", "\xEF\xBB\xBF{}", &bom));
+    EXPECT_NE(bom.message.find("byte-order mark at the start: save as UTF-8 without BOM"),
+              std::string::npos)
+        << bom.message;
 }
 
 TEST(LoadDiagnostic, UnreadableFilesAreToldApartFromBadText) {

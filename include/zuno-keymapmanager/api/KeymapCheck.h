@@ -31,6 +31,7 @@ enum class FindingKind {
     UnsetPosition,     ///< a (0, 0) position, which means "not set"
     ZeroRadius,        ///< a drag radius of 0
     JoystickMismatch,  ///< "is_joystick" disagrees with how the document is loaded
+    DuplicateMember,   ///< a member named twice in one object: only the last counts
 };
 
 /// How bad a finding is.
@@ -87,7 +88,7 @@ struct ZUNO_KM_API CheckReport {
 
 /// A short stable name of `kind` ("load-failed", "unknown-type", "schema",
 /// "invalid-item", "key-collision", "macro-line", "key-text",
-/// "unset-position", "zero-radius", "joystick-mismatch").
+/// "unset-position", "zero-radius", "joystick-mismatch", "duplicate-member").
 ZUNO_KM_API const char* FindingKindName(FindingKind kind);
 
 /// "error" or "warning".
