@@ -8,6 +8,8 @@
 
 #define VALIJSON_USE_EXCEPTIONS 1
 
+#include <map>
+
 #include <Poco/JSON/Parser.h>
 #include <valijson/adapters/poco_json_adapter.hpp>
 #include <valijson/schema.hpp>
@@ -30,21 +32,41 @@ using Poco::Dynamic::Var;
 using Poco::JSON::Object;
 
 // Parsed once, on first use; read-only after that, so threads may share it.
+// An element of "keymaps" is checked against its own type's definition
+// directly: through the schema's if/then chain every element would try all
+// eighteen, which made the schema most of the check.
 struct CompiledSchema {
     CompiledSchema() {
         std::string text;
         for (std::size_t i = 0; i < kKeymapSchemaPartCount; ++i) {
             text += kKeymapSchemaParts[i];
         }
-        Poco::JSON::Parser parser;
-        const Var parsed = parser.parse(text);
-        root = parsed.extract<Object::Ptr>();
+        root = Poco::JSON::Parser().parse(text).extract<Object::Ptr>();
+        // The document without the per-type rules: an item's own members
+        // are each checked below.
+        const Var shell = Poco::JSON::Parser().parse(text);
+        Object::Ptr item =
+            shell.extract<Object::Ptr>()->getObject("definitions")->getObject("item");
+        item->remove("allOf");
         valijson::SchemaParser schemaParser(valijson::SchemaParser::kDraft7);
-        schemaParser.populateSchema(valijson::adapters::PocoJsonAdapter(parsed), schema);
+        schemaParser.populateSchema(valijson::adapters::PocoJsonAdapter(shell), document);
+        const Object::Ptr definitions = root->getObject("definitions");
+        const Poco::JSON::Array::Ptr names = definitions->getObject("item")
+                                                 ->getObject("properties")
+                                                 ->getObject("type")
+                                                 ->getArray("enum");
+        for (std::size_t i = 0; i < names->size(); ++i) {
+            const std::string name = names->getElement<std::string>(static_cast<unsigned>(i));
+            Object::Ptr one = new Object();
+            one->set("$ref", "#/definitions/" + name);
+            one->set("definitions", definitions);
+            valijson::SchemaParser parser(valijson::SchemaParser::kDraft7);
+            parser.populateSchema(valijson::adapters::PocoJsonAdapter(Var(one)), items[name]);
+        }
     }
-
     Object::Ptr root;
-    valijson::Schema schema;
+    valijson::Schema document;
+    std::map<std::string, valijson::Schema> items;
 };
 
 const CompiledSchema& compiled() {
@@ -235,7 +257,34 @@ void CheckSchema(const Object::Ptr& root, std::vector<Finding>& out) {
     const Var document(root);
     valijson::Validator validator;
     valijson::ValidationResults results;
-    validator.validate(schema.schema, VarRefAdapter(document), &results);
+    validator.validate(schema.document, VarRefAdapter(document), &results);
+
+    // Each element against its type, its errors placed under its path.
+    const Poco::JSON::Array::Ptr elements = root->getArray("keymaps");
+    const std::size_t count = elements.isNull() ? 0 : elements->size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const Var element = elements->get(static_cast<unsigned>(i));
+        if (element.type() != typeid(Object::Ptr)) {
+            continue;
+        }
+        const Object::Ptr item = element.extract<Object::Ptr>();
+        const Var type = item.isNull() ? Var() : item->get("type");
+        const auto found =
+            type.isString() ? schema.items.find(type.extract<std::string>()) : schema.items.end();
+        if (found == schema.items.end()) {
+            continue;
+        }
+        valijson::ValidationResults itemResults;
+        validator.validate(found->second, VarRefAdapter(element), &itemResults);
+        valijson::ValidationResults::Error error;
+        while (itemResults.popError(error)) {
+            std::vector<std::string> context = {"<root>", "[keymaps]",
+                                                "[" + std::to_string(i) + "]"};
+            context.insert(context.end(), error.context.begin() + (error.context.empty() ? 0 : 1),
+                           error.context.end());
+            results.pushError(context, error.description);
+        }
+    }
 
     const SchemaPaths paths(schema.root, document);
     const Translator translator(paths, root);

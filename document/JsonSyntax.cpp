@@ -4,10 +4,11 @@
 
 #include "document/JsonSyntax.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zunokeymapmanager {
@@ -75,7 +76,7 @@ public:
                         const std::size_t nameStart = i_ + 1;
                         string();
                         if (track_ && !failed_) {
-                            member(s_.substr(nameStart, i_ - 1 - nameStart));
+                            member(std::string_view(s_).substr(nameStart, i_ - 1 - nameStart));
                         }
                     }
                     skipSpace();
@@ -121,9 +122,11 @@ public:
 private:
     // Where the scan is, for naming a member by its path: an object's member
     // names so far and the current one, or an array's element index.
+    // Names are views into the text: objects have a few dozen members, and
+    // comparing views beats building a set of strings for each.
     struct Frame {
-        std::set<std::string> names;
-        std::string name;
+        std::vector<std::string_view> names;
+        std::string_view name;
         std::size_t index = 0;
     };
 
@@ -133,11 +136,13 @@ private:
         }
     }
 
-    void member(const std::string& name) {
+    void member(std::string_view name) {
         Frame& frame = frames_.back();
         frame.name = name;
-        if (!frame.names.insert(name).second) {
+        if (std::find(frame.names.begin(), frame.names.end(), name) != frame.names.end()) {
             report_.duplicates.push_back(path());
+        } else {
+            frame.names.push_back(name);
         }
     }
 
@@ -147,7 +152,8 @@ private:
             if (stack_[k] == '[') {
                 out += "[" + std::to_string(frames_[k].index) + "]";
             } else {
-                out += (out.empty() ? "" : ".") + frames_[k].name;
+                out += out.empty() ? "" : ".";
+                out += frames_[k].name;
             }
         }
         return out;
