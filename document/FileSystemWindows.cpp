@@ -219,8 +219,11 @@ bool WriteInPlace(const std::string& path, const std::string& text) {
     if (!NativePath(path, native)) {
         return false;
     }
-    const HANDLE file = ::CreateFileW(native.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
-                                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    // Shared as a plain stream would share it: a holder that lets others
+    // write lets this write too.
+    const HANDLE file = ::CreateFileW(native.c_str(), GENERIC_WRITE,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         return false;
     }
@@ -232,8 +235,13 @@ bool WriteInPlace(const std::string& path, const std::string& text) {
     if (ok && disk && static_cast<LONGLONG>(text.size()) > size.QuadPart) {
         FILE_ALLOCATION_INFO allocation{};
         allocation.AllocationSize.QuadPart = static_cast<LONGLONG>(text.size());
-        ok =
-            ::SetFileInformationByHandle(file, FileAllocationInfo, &allocation, sizeof(allocation));
+        // Only a full disk stops the write; a file system (or an emulation)
+        // that cannot reserve is written as before.
+        if (!::SetFileInformationByHandle(file, FileAllocationInfo, &allocation,
+                                          sizeof(allocation))) {
+            const DWORD error = ::GetLastError();
+            ok = error != ERROR_DISK_FULL && error != ERROR_HANDLE_DISK_FULL;
+        }
     }
     ok = ok && writeAll(file, text);
     if (ok && disk) {

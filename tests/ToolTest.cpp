@@ -3,6 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
@@ -424,6 +432,36 @@ TEST(Tool, StandardOutputIsAnOutputLikeAnyOther) {
         EXPECT_EQ(result.status, row.status) << result.err;
         EXPECT_NE(result.out.find(row.out), std::string::npos);
     }
+}
+
+// With no thread to be had, a malformed file is still reported like any
+// other (exit 1), not an abort: the tools load without the host's callback
+// thread. Root ignores the limit, so root runs the tool as nobody.
+TEST(Tool, NoThreadsLeftIsNoCrash) {
+    TempFile file;
+    file.write("{\"keymaps\": [");
+    chmod(file.path().c_str(), 0644);
+    std::fflush(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) {
+            _exit(100);
+        }
+        const rlimit none{1, 1};
+        setrlimit(RLIMIT_NPROC, &none);
+        const int null = open("/dev/null", O_WRONLY);
+        dup2(null, STDOUT_FILENO);
+        dup2(null, STDERR_FILENO);
+        execl(kTool.c_str(), kTool.c_str(), "check", file.path().c_str(), nullptr);
+        _exit(101);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (WIFEXITED(status) && WEXITSTATUS(status) >= 100) {
+        GTEST_SKIP() << "cannot run the tool as another user here";
+    }
+    ASSERT_TRUE(WIFEXITED(status)) << "killed by signal " << WTERMSIG(status);
+    EXPECT_EQ(WEXITSTATUS(status), 1);
 }
 
 // Started without a standard input (as some job runners start programs), the

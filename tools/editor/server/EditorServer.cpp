@@ -156,7 +156,15 @@ private:
         }
         head.request.body = buffer_.substr(0, head.contentLength);
         buffer_.erase(0, head.contentLength);
-        answer(api_.handle(head.request), head.keepAlive);
+        HttpResponse response;
+        try {
+            response = api_.handle(head.request);
+        } catch (const std::exception& error) {
+            // Out of memory or threads for this request: it fails, the server stays.
+            response =
+                EditorApi::ErrorResponse(500, std::string("the editor ran out: ") + error.what());
+        }
+        answer(response, head.keepAlive);
         return head.keepAlive;
     }
 
