@@ -267,7 +267,7 @@ void CheckSchema(const Object::Ptr& root, std::vector<Finding>& out) {
         if (element.type() != typeid(Object::Ptr)) {
             continue;
         }
-        const Object::Ptr item = element.extract<Object::Ptr>();
+        const Object::Ptr& item = element.extract<Object::Ptr>();
         const Var type = item.isNull() ? Var() : item->get("type");
         const auto found =
             type.isString() ? schema.items.find(type.extract<std::string>()) : schema.items.end();

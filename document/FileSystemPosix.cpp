@@ -26,7 +26,7 @@ namespace {
 
 // A temporary file whose process is gone, or that has sat for this long, was
 // left by a save that never finished.
-constexpr std::time_t kStaleSeconds = 60 * 60;
+constexpr std::time_t kStaleSeconds = std::time_t{60} * 60;
 
 // Writes the whole text at the file's offset, retrying short writes and
 // interruptions.
@@ -53,7 +53,9 @@ int createBeside(const std::string& dir, const std::string& prefix, mode_t mode,
                  std::string& tempPath) {
     TempSuffixes suffixes(static_cast<unsigned>(::getpid()));
     for (int attempt = 0; attempt < 64; ++attempt) {
-        tempPath = dir + "/" + prefix + std::to_string(::getpid()) + "-" + suffixes.next();
+        tempPath = dir;
+        tempPath.append("/").append(prefix).append(std::to_string(::getpid()));
+        tempPath.append("-").append(suffixes.next());
         const int fd =
             ::open(tempPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode);
         if (fd >= 0) {
@@ -80,7 +82,8 @@ void removeStaleTemps(const std::string& dir, const std::string& prefix) {
         if (name.compare(0, prefix.size(), prefix) != 0) {
             continue;
         }
-        const std::string path = dir + "/" + name;
+        std::string path = dir;
+        path.append("/").append(name);
         struct stat info {};
         if (::lstat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) {
             continue;

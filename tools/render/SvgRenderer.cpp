@@ -13,8 +13,8 @@
 #include <cmath>
 #include <vector>
 
-#include "ItemShapes.h"
 #include "ImageHeader.h"
+#include "ItemShapes.h"
 #include "SvgWriter.h"
 
 namespace zunokeymap {

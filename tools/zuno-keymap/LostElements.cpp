@@ -43,7 +43,7 @@ bool knownItem(const Var& element) {
     if (!isObject(element)) {
         return true;
     }
-    const Object::Ptr object = element.extract<Object::Ptr>();
+    const Object::Ptr& object = element.extract<Object::Ptr>();
     if (!object->has("type") || !object->get("type").isString()) {
         return true;
     }
@@ -90,7 +90,8 @@ void compare(const Var& given, const Var& saved, const Var& other, const std::st
     if (isObject(given)) {
         for (const auto& entry : *given.extract<Object::Ptr>()) {
             const std::string& name = entry.first;
-            const std::string memberPath = path.empty() ? name : path + "." + name;
+            std::string memberPath = path;
+            memberPath.append(path.empty() ? "" : ".").append(name);
             const Var kept = member(saved, name);
             const Var keptOther = member(other, name);
             if (kept.isEmpty() && keptOther.isEmpty()) {
@@ -103,7 +104,7 @@ void compare(const Var& given, const Var& saved, const Var& other, const std::st
             }
         }
     } else if (isArray(given)) {
-        const Array::Ptr array = given.extract<Array::Ptr>();
+        const Array::Ptr& array = given.extract<Array::Ptr>();
         for (std::size_t i = 0; i < array->size(); ++i) {
             const std::string elementPath = path + "[" + std::to_string(i) + "]";
             if (element(saved, i).isEmpty() && element(other, i).isEmpty()) {

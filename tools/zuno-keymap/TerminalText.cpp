@@ -51,10 +51,8 @@ std::string ForTerminal(std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t length = Utf8SequenceAt(text, at);
         const auto c = static_cast<unsigned char>(text[at]);
-        if (length == 0) {
-            escape("\\x", c);
-            ++at;
-        } else if (length == 1 && ((c < 0x20 && c != '\n' && c != '\t') || c == 0x7F)) {
+        const bool control = length == 1 && ((c < 0x20 && c != '\n' && c != '\t') || c == 0x7F);
+        if (length == 0 || control) {
             escape("\\x", c);
             ++at;
         } else if (length == 2 && c == 0xC2 && static_cast<unsigned char>(text[at + 1]) < 0xA0) {

@@ -35,7 +35,7 @@ using Clock = std::chrono::steady_clock;
 constexpr auto kHeadTime = std::chrono::seconds(5);
 constexpr auto kBodyTime = std::chrono::seconds(10);
 constexpr std::size_t kBodyBytesPerSecond = 1U << 20;
-constexpr std::size_t kMaxHead = 64U * 1024U;
+constexpr std::size_t kMaxHead = std::size_t{64} * 1024;
 constexpr int kMaxRequestsPerConnection = 1000;
 const Poco::Timespan kSendTime(10, 0);
 
@@ -121,7 +121,7 @@ private:
                 return false;  // an idle connection simply closes
             }
         }
-        if (end == std::string::npos || end > kMaxHead) {
+        if (end > kMaxHead) {  // not found (npos) or found too late
             answer(EditorApi::ErrorResponse(431, "the request head is too large"), false);
             return false;
         }
