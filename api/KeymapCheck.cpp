@@ -185,6 +185,26 @@ void checkLoaded(const KeymapConfig& doc, const json::ArrayPtr& elements, CheckR
     addCollisions(doc, element, check::FindCollisions(doc.items), report);
 }
 
+// Gives every finding the line and column its path names in the text, in
+// one scan whatever their number.
+void locate(const std::string& text, CheckReport& report) {
+    if (report.findings.empty()) {
+        return;
+    }
+    std::vector<std::string> paths;
+    paths.reserve(report.findings.size());
+    for (const Finding& finding : report.findings) {
+        paths.push_back(finding.path);
+    }
+    const std::vector<document::TextPosition> at = document::LocatePaths(text, paths, kParserDepth);
+    for (std::size_t k = 0; k < report.findings.size(); ++k) {
+        Finding& finding = report.findings[k];
+        const bool syntax = finding.kind == FindingKind::LoadFailed && report.diagnostic.line > 0;
+        finding.text_line = syntax ? report.diagnostic.line : at[k].line;
+        finding.text_column = syntax ? report.diagnostic.column : at[k].column;
+    }
+}
+
 void checkText(const std::string& text, bool joystick, const std::string& source,
                CheckReport& report) {
     KeymapConfig doc;
@@ -232,6 +252,7 @@ void checkText(const std::string& text, bool joystick, const std::string& source
     if (loaded) {
         checkLoaded(doc, progress.elements, report);
     }
+    locate(text, report);
 }
 
 }  // namespace

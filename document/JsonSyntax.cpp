@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace zunokeymapmanager {
@@ -18,8 +19,12 @@ namespace {
 
 class Scanner {
 public:
-    Scanner(const std::string& text, std::size_t maxDepth, bool trackMembers)
-        : s_(text), maxDepth_(maxDepth), track_(trackMembers) {}
+    Scanner(const std::string& text, std::size_t maxDepth, bool trackMembers,
+            std::unordered_map<std::string, TextPosition>* wanted = nullptr)
+        : s_(text),
+          maxDepth_(maxDepth),
+          track_(trackMembers || wanted != nullptr),
+          wanted_(wanted) {}
 
     SyntaxReport run() {
         if (s_.compare(0, 3, "\xEF\xBB\xBF") == 0) {
@@ -42,11 +47,18 @@ public:
                     if (atEnd()) {
                         return fail("unexpected end of text, a value is expected");
                     }
+                    if (wanted_ != nullptr) {
+                        const auto found = wanted_->find(cur_);
+                        if (found != wanted_->end()) {
+                            found->second = {line_, static_cast<int>(i_ - lineStart_) + 1};
+                        }
+                    }
                     if (s_[i_] == '{' || s_[i_] == '[') {
                         const char open = s_[i_];
                         stack_.push_back(open);
                         if (track_) {
                             frames_.emplace_back();
+                            lens_.push_back(cur_.size());
                         }
                         if (stack_.size() > maxDepth_) {
                             return fail("arrays and objects are nested too deeply");
@@ -60,6 +72,9 @@ public:
                             popFrame();
                             state = State::AfterValue;
                         } else {
+                            if (track_ && open == '[') {
+                                element();
+                            }
                             state = open == '{' ? State::MemberName : State::Value;
                         }
                         break;
@@ -103,6 +118,7 @@ public:
                         ++i_;
                         if (track_ && !inObject) {
                             ++frames_.back().index;
+                            element();
                         }
                         state = inObject ? State::MemberName : State::Value;
                     } else if (s_[i_] == (inObject ? '}' : ']')) {
@@ -126,37 +142,38 @@ private:
     // comparing views beats building a set of strings for each.
     struct Frame {
         std::vector<std::string_view> names;
-        std::string_view name;
         std::size_t index = 0;
     };
 
+    // The path of the value being read, kept as it goes: cur_ holds it, and
+    // lens_ where each open container's own path ends in it.
     void popFrame() {
         if (track_) {
             frames_.pop_back();
+            cur_.resize(lens_.back());
+            lens_.pop_back();
         }
+    }
+
+    void element() {
+        cur_.resize(lens_.back());
+        cur_ += '[';
+        cur_ += std::to_string(frames_.back().index);
+        cur_ += ']';
     }
 
     void member(std::string_view name) {
+        cur_.resize(lens_.back());
+        if (!cur_.empty()) {
+            cur_ += '.';
+        }
+        cur_ += name;
         Frame& frame = frames_.back();
-        frame.name = name;
         if (std::find(frame.names.begin(), frame.names.end(), name) != frame.names.end()) {
-            report_.duplicates.push_back(path());
+            report_.duplicates.push_back(cur_);
         } else {
             frame.names.push_back(name);
         }
-    }
-
-    std::string path() const {
-        std::string out;
-        for (std::size_t k = 0; k < frames_.size(); ++k) {
-            if (stack_[k] == '[') {
-                out += "[" + std::to_string(frames_[k].index) + "]";
-            } else {
-                out += out.empty() ? "" : ".";
-                out += frames_[k].name;
-            }
-        }
-        return out;
     }
 
     bool atEnd() const { return i_ >= s_.size(); }
@@ -368,7 +385,10 @@ private:
     std::size_t lineStart_ = 0;
     std::vector<char> stack_;
     const bool track_;
+    std::unordered_map<std::string, TextPosition>* wanted_;
     std::vector<Frame> frames_;
+    std::string cur_;
+    std::vector<std::size_t> lens_;
     bool failed_ = false;
     SyntaxReport report_;
 };
@@ -381,6 +401,39 @@ SyntaxReport ScanJson(const std::string& text, std::size_t maxDepth) {
 
 std::vector<std::string> DuplicateMembers(const std::string& text, std::size_t maxDepth) {
     return Scanner(text, maxDepth, true).run().duplicates;
+}
+
+std::vector<TextPosition> LocatePaths(const std::string& text,
+                                      const std::vector<std::string>& paths, std::size_t maxDepth) {
+    // Each path and every path it lies under: a member that is missing is
+    // found at the object that lacks it.
+    std::unordered_map<std::string, TextPosition> wanted;
+    for (const std::string& path : paths) {
+        for (std::size_t end = path.size();; --end) {
+            if (end == path.size() || path[end] == '.' || path[end] == '[') {
+                wanted.emplace(path.substr(0, end), TextPosition());
+            }
+            if (end == 0) {
+                break;
+            }
+        }
+    }
+    Scanner(text, maxDepth, false, &wanted).run();
+    std::vector<TextPosition> positions;
+    positions.reserve(paths.size());
+    for (const std::string& path : paths) {
+        TextPosition at;
+        for (std::size_t end = path.size(); at.line == 0;) {
+            at = wanted[path.substr(0, end)];
+            if (end == 0) {
+                break;
+            }
+            const std::size_t cut = path.find_last_of(".[", end - 1);
+            end = cut == std::string::npos ? 0 : cut;
+        }
+        positions.push_back(at);
+    }
+    return positions;
 }
 
 }  // namespace document

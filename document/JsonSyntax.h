@@ -34,6 +34,19 @@ struct SyntaxReport {
 /// they are for the parser.
 SyntaxReport ScanJson(const std::string& text, std::size_t maxDepth);
 
+/// A place in a text: one-based line, and column in bytes; 0 for none.
+struct TextPosition {
+    int line = 0;
+    int column = 0;
+};
+
+/// Where the value each of `paths` ("keymaps[2].key.text", "" for the whole
+/// document) starts in `text`; for a path that names nothing (a missing
+/// member), where the nearest value it lies under starts. One scan, however
+/// many paths.
+std::vector<TextPosition> LocatePaths(const std::string& text,
+                                      const std::vector<std::string>& paths, std::size_t maxDepth);
+
 /// The JSON paths ("keymaps[2].type") of the members that `text` names a
 /// second time in one object, in text order. The parser keeps the last of
 /// them in silence; the check reports them. Stops at a syntax error.

@@ -11,6 +11,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include <map>
+
 #include "tests/TestSupport.h"
 
 namespace {
@@ -113,6 +117,47 @@ TEST(KeymapCheck, FindsEachHandWrittenMistakeWithItsPath) {
         EXPECT_EQ(found->suggestion, mistake.suggestion) << found->message;
         EXPECT_EQ(report.findings.size(), 1U) << report.findings.back().message;
     }
+}
+
+// Line and column (one-based, in bytes) of the byte at `offset` of `text`.
+std::pair<int, int> placeOf(const std::string& text, std::size_t offset) {
+    const std::size_t lineStart = text.rfind('\n', offset - 1);
+    const int line = 1 + static_cast<int>(std::count(text.begin(), text.begin() + offset, '\n'));
+    return {line,
+            static_cast<int>(offset - (lineStart == std::string::npos ? 0 : lineStart + 1)) + 1};
+}
+
+TEST(KeymapCheck, FindingsKnowTheirLineAndColumnInAnyLayout) {
+    const std::string wheel = placed("Wheel", [](Object& i) {
+        i.set("sensitivty", 5);
+        at(i, "icon")->remove("description");
+    });
+    const Poco::JSON::Object::Ptr tree = parseObject(documentWith(wheel));
+    std::ostringstream pretty;
+    std::ostringstream minified;
+    Poco::JSON::Stringifier::stringify(tree, pretty, 4);
+    Poco::JSON::Stringifier::stringify(tree, minified, 0);
+    std::string crlf;
+    for (const char c : pretty.str()) {
+        crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    }
+    for (const std::string& text : {pretty.str(), minified.str(), crlf}) {
+        SCOPED_TRACE(text.size());
+        const km::CheckReport report = km::CheckKeymapDocument(text, false);
+        // The unknown member: at its value. The missing one: at the icon.
+        const std::size_t value = text.find_first_of("5", text.find("\"sensitivty\""));
+        const std::size_t icon = text.find('{', text.find("\"icon\""));
+        std::map<std::string, std::pair<int, int>> found;
+        for (const km::Finding& f : report.findings) {
+            found[f.path] = {f.text_line, f.text_column};
+        }
+        EXPECT_EQ(found["keymaps[0].sensitivty"], placeOf(text, value));
+        EXPECT_EQ(found["keymaps[0].icon.description"], placeOf(text, icon));
+    }
+    const km::CheckReport broken = km::CheckKeymapDocument("{\n  \"info\" {}\n}", false);
+    ASSERT_FALSE(broken.findings.empty());
+    EXPECT_EQ(std::make_pair(broken.findings[0].text_line, broken.findings[0].text_column),
+              std::make_pair(2, 10));
 }
 
 TEST(KeymapCheck, ReportsEveryMissingMemberInOneRun) {

@@ -32,7 +32,12 @@ km::CheckReport checkOne(const std::string& source, bool joystick, Loaded& loade
     return km::CheckKeymapDocument(loaded.text, loaded.joystick, loaded.source);
 }
 
-int runCheck(const std::vector<std::string>& files, bool asJson, bool joystick, bool strict) {
+int runCheck(const std::vector<std::string>& files, const std::string& format, bool joystick,
+             bool strict) {
+    const bool asJson = format == "json";
+    const ReportFormat lines = format == "gcc"      ? ReportFormat::Gcc
+                               : format == "github" ? ReportFormat::Github
+                                                    : ReportFormat::Text;
     int status = kClean;
     std::size_t total = 0;
     std::string json;
@@ -50,7 +55,7 @@ int runCheck(const std::vector<std::string>& files, bool asJson, bool joystick, 
         if (asJson) {
             WriteCheckReportJson(writer, loaded.source, report);
         } else {
-            PrintCheckReport(std::cout, loaded.source, report);
+            PrintCheckReport(std::cout, loaded.source, report, lines);
         }
     }
     if (asJson) {
@@ -66,6 +71,7 @@ void AddCheckCommand(CLI::App& app) {
     struct Options {
         std::vector<std::string> files;
         bool json = false;
+        std::string format = "text";
         bool joystick = false;
         bool strict = false;
     };
@@ -79,24 +85,33 @@ void AddCheckCommand(CLI::App& app) {
         "  - a failed load, with where it failed (JSON path or line and column), the\n"
         "    failing item's type and what was wrong;\n"
         "  - invalid items (index, type and why);\n"
-        "  - key collisions: pairs of items that the same key or key combination fires,\n"
-        "    direction keys and pair keys included;\n"
+        "  - key collisions: each key or key combination that fires two or more items,\n"
+        "    direction keys and pair keys included, naming all of them;\n"
         "  - Macro items whose press or release lines fail the grammar check;\n"
         "  - items of an unknown type, with the nearest type name;\n"
         "  - every member the format's schema does not allow: missing, unknown,\n"
         "    of the wrong JSON type, outside its names, colour pattern or range;\n"
         "  - key texts that are not the caption of their code, work positions left\n"
         "    at (0, 0), drag radii of 0, and an is_joystick that disagrees with\n"
-        "    --joystick.\n\n"
+        "    --joystick;\n"
+        "  - members written twice in one object (only the last counts).\n"
+        "Every finding names its JSON path and its line and column in the file.\n\n"
         "Exit status: 0 when every document is clean, 1 on an error, an invalid\n"
         "item, a key collision or a bad Macro line (with --strict, on any warning),\n"
         "2 on a usage error or when a file cannot be read.\n");
     command.add_option("FILE", options->files, "documents to check")->required();
-    command.add_flag("--json", options->json, "write the report as JSON");
+    command.add_flag("--json", options->json, "write the report as JSON (--format json)");
+    command
+        .add_option("--format", options->format,
+                    "text (the default); json; gcc: FILE:LINE:COL: error|warning: message "
+                    "[kind], as compilers write, for editors' problem matchers; github: "
+                    "workflow annotations")
+        ->check(CLI::IsMember({"text", "json", "gcc", "github"}));
     command.add_flag("--joystick", options->joystick, "load the documents as gamepad documents");
     command.add_flag("--strict", options->strict, "fail on warnings too");
     OnRun(command, [options] {
-        return runCheck(options->files, options->json, options->joystick, options->strict);
+        return runCheck(options->files, options->json ? "json" : options->format, options->joystick,
+                        options->strict);
     });
 }
 

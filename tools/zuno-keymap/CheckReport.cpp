@@ -66,6 +66,10 @@ void writeFinding(JsonWriter& out, const km::Finding& finding) {
         .value(finding.line_text)
         .key("keys")
         .value(finding.keys)
+        .key("text_line")
+        .value(finding.text_line)
+        .key("text_column")
+        .value(finding.text_column)
         .key("items")
         .beginArray();
     for (const int index : finding.items) {
@@ -178,45 +182,107 @@ void WriteCheckReportJson(JsonWriter& out, const std::string& source,
     out.endArray().endObject();
 }
 
+namespace {
+
+// What a finding is about and what is wrong, as one line for people:
+// "keymaps[3] (Swipehold): ...".
+std::string describe(const km::Finding& finding) {
+    std::string out;
+    // A failed load's message and a collision's name their places themselves.
+    if (finding.kind != km::FindingKind::LoadFailed &&
+        finding.kind != km::FindingKind::KeyCollision) {
+        const bool whole =
+            finding.item_index >= 0 && (finding.kind == km::FindingKind::InvalidItem ||
+                                        finding.kind == km::FindingKind::MacroLine);
+        if (whole) {
+            out += "keymaps[" + std::to_string(finding.item_index) + "]";
+        } else {
+            out += finding.path;
+        }
+        if (!finding.item_type.empty() && finding.kind != km::FindingKind::UnknownType) {
+            out += " (" + finding.item_type + ")";
+        }
+        if (whole || !finding.path.empty()) {
+            out += ": ";
+        }
+    }
+    return out + finding.message;
+}
+
+// A workflow command's text and property escapes (%, CR, LF; in a property
+// also : and ,).
+std::string githubEscaped(const std::string& text, bool property) {
+    std::string out;
+    for (const char c : text) {
+        switch (c) {
+            case '%':
+                out += "%25";
+                break;
+            case '\r':
+                out += "%0D";
+                break;
+            case '\n':
+                out += "%0A";
+                break;
+            case ':':
+                out += property ? "%3A" : ":";
+                break;
+            case ',':
+                out += property ? "%2C" : ",";
+                break;
+            default:
+                out += c;
+        }
+    }
+    return out;
+}
+
+}  // namespace
+
 void PrintCheckReport(std::ostream& terminal, const std::string& source,
-                      const km::CheckReport& report) {
+                      const km::CheckReport& report, ReportFormat format) {
     // Built whole, then made safe to print: the document's own text is in it.
     std::ostringstream out;
     for (const km::Finding& finding : report.findings) {
-        out << source << ": " << km::FindingSeverityName(finding.severity) << ": ";
-        // A failed load's message and a collision's name their places themselves.
-        if (finding.kind != km::FindingKind::LoadFailed &&
-            finding.kind != km::FindingKind::KeyCollision) {
-            const bool whole =
-                finding.item_index >= 0 && (finding.kind == km::FindingKind::InvalidItem ||
-                                            finding.kind == km::FindingKind::MacroLine);
-            if (whole) {
-                out << "keymaps[" << finding.item_index << "]";
-            } else if (!finding.path.empty()) {
-                out << finding.path;
-            }
-            if (!finding.item_type.empty() && finding.kind != km::FindingKind::UnknownType) {
-                out << " (" << finding.item_type << ")";
-            }
-            if (whole || !finding.path.empty()) {
-                out << ": ";
-            }
+        const char* severity = km::FindingSeverityName(finding.severity);
+        const char* kind = km::FindingKindName(finding.kind);
+        const bool placed = finding.text_line > 0;
+        switch (format) {
+            case ReportFormat::Gcc:
+                out << source;
+                if (placed) {
+                    out << ':' << finding.text_line << ':' << finding.text_column;
+                }
+                out << ": " << severity << ": " << describe(finding) << " [" << kind << "]\n";
+                break;
+            case ReportFormat::Github:
+                out << "::" << severity << " file=" << githubEscaped(source, true);
+                if (placed) {
+                    out << ",line=" << finding.text_line << ",col=" << finding.text_column;
+                }
+                out << ",title=" << kind << "::" << githubEscaped(describe(finding), false) << "\n";
+                break;
+            case ReportFormat::Text:
+                out << source << ": " << severity << ": " << describe(finding) << "\n";
+                break;
         }
-        out << finding.message << "\n";
     }
-    const std::size_t errors = report.errors();
-    const std::size_t warnings = report.warnings();
-    const std::size_t problems = report.problems();
-    out << source << ": ";
-    if (problems == 0) {
-        out << "ok";
-        if (warnings > 0) {
-            out << ", " << warnings << " warning(s)";
+    if (format == ReportFormat::Text) {
+        const std::size_t errors = report.errors();
+        const std::size_t warnings = report.warnings();
+        const std::size_t problems = report.problems();
+        out << source << ": ";
+        if (problems == 0) {
+            out << "ok";
+            if (warnings > 0) {
+                out << ", " << warnings << " warning(s)";
+            }
+        } else {
+            out << problems << " problem(s): " << errors << " error(s), " << warnings
+                << " warning(s)";
         }
-    } else {
-        out << problems << " problem(s): " << errors << " error(s), " << warnings << " warning(s)";
+        out << " (" << report.items << " items)\n";
     }
-    out << " (" << report.items << " items)\n";
     terminal << ForTerminal(out.str());
 }
 

@@ -24,10 +24,18 @@ namespace zunokeymap {
 void WriteCheckReportJson(JsonWriter& out, const std::string& source,
                           const zunokeymapmanager::CheckReport& report);
 
-/// The lines `check` prints for one document: one per finding,
-/// "SOURCE: SEVERITY: keymaps[3] (Swipehold): ...", then a summary line.
+/// How `check` prints findings as lines.
+enum class ReportFormat {
+    Text,    ///< "SOURCE: SEVERITY: keymaps[3] (Swipehold): ...", then a summary line
+    Gcc,     ///< "SOURCE:LINE:COLUMN: SEVERITY: ... [kind]", as compilers write
+    Github,  ///< "::SEVERITY file=SOURCE,line=L,col=C,title=kind::...", workflow commands
+};
+
+/// The lines `check` prints for one document, one per finding, with the
+/// document's own text made safe for a terminal.
 void PrintCheckReport(std::ostream& out, const std::string& source,
-                      const zunokeymapmanager::CheckReport& report);
+                      const zunokeymapmanager::CheckReport& report,
+                      ReportFormat format = ReportFormat::Text);
 
 /// Whether `check` fails on this report: on any error or problem, and with
 /// `strict` on any warning.

@@ -63,6 +63,12 @@ struct ZUNO_KM_API Finding {
     std::string suggestion;
     /// For a collision: the key or combination the items fire on ("Q+Ctrl").
     std::string keys;
+    /// Where in the document's text the value `path` names starts (for a
+    /// missing member, the object that lacks it; for a malformed document,
+    /// the syntax error): one-based line, and column in bytes; 0 when the
+    /// text does not show it.
+    int text_line = 0;
+    int text_column = 0;  ///< see text_line
     /// For a collision: the index in "keymaps" of every item the key fires,
     /// ascending (item_index and other_index are the first two). One finding
     /// names them all, however many share the key.
