@@ -383,6 +383,28 @@ TEST(Tool, DocumentTextCannotDriveTheTerminal) {
     EXPECT_NE(run({"check", file.path()}).out.find("\\x1b]0;owned\\x07"), std::string::npos);
 }
 
+// A folder is checked file by file, and the run ends with what it found.
+TEST(Tool, FoldersAreCheckedWithASummary) {
+    TempDir dir;
+    std::filesystem::create_directories(std::filesystem::u8path(dir.file("a/b")));
+    const std::string clean = readBytes(kShooter);
+    for (int i = 0; i < 200; ++i) {
+        writeBytes(dir.file((i % 2 == 0 ? "a/" : "a/b/") + std::to_string(i) + ".json"), clean);
+    }
+    writeBytes(dir.file("collide.json"),
+               documentWith(item("Spell", kQ) + "," + item("Staring", kQ)));
+    writeBytes(dir.file("broken.json"), "{\"keymaps\": [");
+    writeBytes(dir.file("package.json"), "{\"name\": \"not a keymap\"}");
+    writeBytes(dir.file("notes.txt"), "not JSON at all");
+    const Result result = run({"check", dir.file("")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(
+        result.out.find("203 files: 200 clean, 1 with warnings, 1 with errors, 1 not keymaps"),
+        std::string::npos)
+        << result.out.substr(result.out.size() > 300 ? result.out.size() - 300 : 0);
+    EXPECT_NE(result.out.find("package.json: not a keymap document, skipped"), std::string::npos);
+}
+
 // A background of any size is looked at before it is read.
 TEST(Tool, HugeBackgroundsAreRefusedUnread) {
     TempDir dir;

@@ -4,14 +4,20 @@
 // zuno-keymap check: everything that keeps a keymap from working as meant.
 //
 
+#include <algorithm>
+#include <atomic>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 #include "CheckReport.h"
 #include "CommandLine.h"
 #include "Common.h"
+#include "TerminalText.h"
 
 namespace zunokeymap {
 
@@ -32,26 +38,117 @@ km::CheckReport checkOne(const std::string& source, bool joystick, Loaded& loade
     return km::CheckKeymapDocument(loaded.text, loaded.joystick, loaded.source);
 }
 
-int runCheck(const std::vector<std::string>& files, const std::string& format, bool joystick,
+// The documents to check: each FILE as given, each folder's *.json files
+// (recursively, in name order). `fromFolder` marks the latter.
+void collect(const std::vector<std::string>& given, std::vector<std::string>& files,
+             std::vector<bool>& fromFolder) {
+    namespace fs = std::filesystem;
+    for (const std::string& name : given) {
+        std::error_code code;
+        fs::path native;
+        try {
+            native = fs::u8path(name);
+        } catch (const std::exception&) {
+        }
+        if (name == "-" || !fs::is_directory(native, code)) {
+            files.push_back(name);
+            fromFolder.push_back(false);
+            continue;
+        }
+        std::vector<std::string> found;
+        for (fs::recursive_directory_iterator entry(native, code), end; !code && entry != end;
+             entry.increment(code)) {
+            if (entry->path().extension() == ".json" && entry->is_regular_file(code)) {
+                found.push_back(entry->path().u8string());
+            }
+        }
+        std::sort(found.begin(), found.end());
+        files.insert(files.end(), found.begin(), found.end());
+        fromFolder.insert(fromFolder.end(), found.size(), true);
+    }
+}
+
+// What a folder may hold besides keymaps: JSON with neither member.
+bool notAKeymap(const Loaded& loaded) {
+    const std::string& text = loaded.text;
+    return loaded.diagnostic.failed && text.find("\"keymaps\"") == std::string::npos &&
+           text.find("\"info\"") == std::string::npos;
+}
+
+struct Checked {
+    Loaded loaded;  ///< without its document and text, once checked
+    km::CheckReport report;
+    bool notAKeymap = false;
+};
+
+// Checks every file on all cores; the results stay in file order.
+std::vector<Checked> checkAll(const std::vector<std::string>& files, bool joystick) {
+    std::vector<Checked> results(files.size());
+    std::atomic<std::size_t> next{0};
+    const auto work = [&] {
+        for (std::size_t i = next++; i < files.size(); i = next++) {
+            Checked& result = results[i];
+            result.report = checkOne(files[i], joystick, result.loaded);
+            result.notAKeymap = notAKeymap(result.loaded);
+            // A folder of large keymaps need not be held whole.
+            result.loaded.doc.reset();
+            std::string().swap(result.loaded.text);
+        }
+    };
+    std::vector<std::thread> workers;
+    const std::size_t cores = std::max(1U, std::thread::hardware_concurrency());
+    try {
+        for (std::size_t k = 1; k < std::min(cores, files.size()); ++k) {
+            workers.emplace_back(work);
+        }
+    } catch (const std::system_error&) {
+        // No more threads: the ones there are (and this one) do the rest.
+    }
+    work();
+    for (std::thread& worker : workers) {
+        worker.join();
+    }
+    return results;
+}
+
+int runCheck(const std::vector<std::string>& given, const std::string& format, bool joystick,
              bool strict) {
     const bool asJson = format == "json";
     const ReportFormat lines = format == "gcc"      ? ReportFormat::Gcc
                                : format == "github" ? ReportFormat::Github
                                                     : ReportFormat::Text;
+    std::vector<std::string> files;
+    std::vector<bool> fromFolder;
+    collect(given, files, fromFolder);
+    const bool summarize = files.size() != given.size() || given.size() > 1;
+
     int status = kClean;
     std::size_t total = 0;
+    std::size_t clean = 0;
+    std::size_t warned = 0;
+    std::size_t failed = 0;
+    std::size_t others = 0;
     std::string json;
     JsonWriter writer(json, true);
     writer.beginObject().key("documents").beginArray();
-    for (const std::string& file : files) {
-        Loaded loaded;
-        const km::CheckReport report = checkOne(file, joystick, loaded);
+    std::vector<Checked> results = checkAll(files, joystick);
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        const Loaded& loaded = results[i].loaded;
+        const km::CheckReport& report = results[i].report;
+        if (fromFolder[i] && results[i].notAKeymap) {
+            ++others;
+            if (!asJson && lines == ReportFormat::Text) {
+                std::cout << ForTerminal(loaded.source) << ": not a keymap document, skipped\n";
+            }
+            continue;
+        }
         total += report.problems();
         if (loaded.unreadable) {
             status = kUsage;
         } else if (CheckFails(report, strict) && status == kClean) {
             status = kProblems;
         }
+        ++(report.errors() > 0 ? failed : report.findings.empty() ? clean : warned);
         if (asJson) {
             WriteCheckReportJson(writer, loaded.source, report);
         } else {
@@ -59,8 +156,29 @@ int runCheck(const std::vector<std::string>& files, const std::string& format, b
         }
     }
     if (asJson) {
-        writer.endArray().key("problems").value(total).endObject();
+        writer.endArray().key("problems").value(total);
+        writer.key("summary")
+            .beginObject()
+            .key("files")
+            .value(files.size())
+            .key("clean")
+            .value(clean)
+            .key("with_warnings")
+            .value(warned)
+            .key("with_errors")
+            .value(failed)
+            .key("not_keymaps")
+            .value(others)
+            .endObject();
+        writer.endObject();
         std::cout << json << "\n";
+    } else if (summarize && lines == ReportFormat::Text) {
+        std::cout << files.size() << " files: " << clean << " clean, " << warned
+                  << " with warnings, " << failed << " with errors";
+        if (others > 0) {
+            std::cout << ", " << others << " not keymaps";
+        }
+        std::cout << "\n";
     }
     return status;
 }
@@ -95,11 +213,16 @@ void AddCheckCommand(CLI::App& app) {
         "    at (0, 0), drag radii of 0, and an is_joystick that disagrees with\n"
         "    --joystick;\n"
         "  - members written twice in one object (only the last counts).\n"
-        "Every finding names its JSON path and its line and column in the file.\n\n"
+        "Every finding names its JSON path and its line and column in the file.\n"
+        "A folder is checked file by file (every *.json below it, on all cores); JSON\n"
+        "files there with neither \"keymaps\" nor \"info\" are not keymaps and are\n"
+        "skipped. Several files end with a summary: files, clean, with warnings, with\n"
+        "errors.\n\n"
         "Exit status: 0 when every document is clean, 1 on an error, an invalid\n"
         "item, a key collision or a bad Macro line (with --strict, on any warning),\n"
         "2 on a usage error or when a file cannot be read.\n");
-    command.add_option("FILE", options->files, "documents to check")->required();
+    command.add_option("FILE", options->files, "documents to check, or folders of them (*.json)")
+        ->required();
     command.add_flag("--json", options->json, "write the report as JSON (--format json)");
     command
         .add_option("--format", options->format,
