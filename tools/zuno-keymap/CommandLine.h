@@ -22,6 +22,7 @@ std::unique_ptr<CLI::App> MakeApp(const std::string& description, const std::str
                                   const std::string& version);
 
 void AddCheckCommand(CLI::App& app);
+void AddDiffCommand(CLI::App& app);
 void AddFmtCommand(CLI::App& app);
 void AddListCommand(CLI::App& app);
 void AddNewCommand(CLI::App& app);

@@ -4,6 +4,8 @@
 
 #include "JsonWriter.h"
 
+#include <cmath>
+#include <cstdio>
 #include <string>
 
 #include "TerminalText.h"
@@ -152,6 +154,14 @@ JsonWriter& JsonWriter::value(const std::string& text) {
 JsonWriter& JsonWriter::integer(long long number) {
     place();
     _out += std::to_string(number);
+    return *this;
+}
+
+JsonWriter& JsonWriter::value(double number) {
+    place();
+    char text[32];
+    std::snprintf(text, sizeof text, "%.15g", std::isfinite(number) ? number : 0.0);
+    _out += text;
     return *this;
 }
 

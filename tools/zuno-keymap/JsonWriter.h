@@ -36,6 +36,8 @@ public:
     JsonWriter& value(const char* text);
     JsonWriter& value(const std::string& text);
     JsonWriter& value(bool flag);
+    /// A finite number, with up to 15 significant digits.
+    JsonWriter& value(double number);
 
     template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer> &&
                                                             !std::is_same_v<Integer, bool>>>

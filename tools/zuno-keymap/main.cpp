@@ -30,6 +30,7 @@ int main(int argc, char** argv) {
         "Run 'zuno-keymap COMMAND --help' for a command's options.\n",
         ZUNO_KEYMAP_VERSION);
     AddCheckCommand(*app);
+    AddDiffCommand(*app);
     AddFmtCommand(*app);
     AddListCommand(*app);
     AddNewCommand(*app);
