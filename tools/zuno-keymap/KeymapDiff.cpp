@@ -157,6 +157,19 @@ int bestMatch(const km::ConfigItem& item, const std::vector<km::ConfigItem*>& ol
     return best;
 }
 
+// An item added (at `index` of the new document) or removed (of the old).
+KeymapChange whole(KeymapChange::Kind kind, const km::ConfigItem& item, int index) {
+    const bool added = kind == KeymapChange::Kind::Added;
+    KeymapChange change;
+    change.kind = kind;
+    (added ? change.newIndex : change.oldIndex) = index;
+    change.type = item.type;
+    change.label = item.icon.description;
+    (added ? change.to : change.from) = item.icon.rel_position;
+    (added ? change.after : change.before) = keysOf(item);
+    return change;
+}
+
 // Marks the entries of `sequence` (-1 for none) that lie on one longest
 // strictly increasing run, found in n log n.
 std::vector<bool> longestIncreasing(const std::vector<int>& sequence) {
@@ -265,14 +278,7 @@ std::vector<KeymapChange> DiffKeymaps(const km::KeymapConfig& before,
     for (std::size_t n = 0; n < now.size(); ++n) {
         const int o = pairOf[n];
         if (o < 0) {
-            KeymapChange change;
-            change.kind = KeymapChange::Kind::Added;
-            change.newIndex = static_cast<int>(n);
-            change.type = now[n]->type;
-            change.label = now[n]->icon.description;
-            change.to = now[n]->icon.rel_position;
-            change.after = keysOf(*now[n]);
-            changes.push_back(change);
+            changes.push_back(whole(KeymapChange::Kind::Added, *now[n], static_cast<int>(n)));
         } else if (newText[n] != oldText[static_cast<std::size_t>(o)] || !inOrder[n]) {
             compareItems(*old[static_cast<std::size_t>(o)], o, *now[n], static_cast<int>(n),
                          !inOrder[n], changes);
@@ -280,14 +286,7 @@ std::vector<KeymapChange> DiffKeymaps(const km::KeymapConfig& before,
     }
     for (std::size_t o = 0; o < old.size(); ++o) {
         if (!taken[o]) {
-            KeymapChange change;
-            change.kind = KeymapChange::Kind::Removed;
-            change.oldIndex = static_cast<int>(o);
-            change.type = old[o]->type;
-            change.label = old[o]->icon.description;
-            change.from = old[o]->icon.rel_position;
-            change.before = keysOf(*old[o]);
-            changes.push_back(change);
+            changes.push_back(whole(KeymapChange::Kind::Removed, *old[o], static_cast<int>(o)));
         }
     }
     const bool joystick = after.info != nullptr && after.info->is_joystick;
