@@ -17,7 +17,6 @@ namespace {
 
 namespace km = zunokeymapmanager;
 using Poco::Dynamic::Var;
-using Poco::JSON::Array;
 using Poco::JSON::Object;
 
 std::string jsonOf(const Var& value) {
@@ -59,8 +58,10 @@ void members(const Var& before, const Var& after, const std::string& path,
             }
         }
         for (const std::string& name : names) {
-            members(a->has(name) ? a->get(name) : Var(), b->has(name) ? b->get(name) : Var(),
-                    path.empty() ? name : path + "." + name, out, base);
+            std::string below = path;
+            below.append(path.empty() ? "" : ".").append(name);
+            members(a->has(name) ? a->get(name) : Var(), b->has(name) ? b->get(name) : Var(), below,
+                    out, base);
         }
         return;
     }
@@ -230,6 +231,8 @@ std::vector<KeymapChange> DiffKeymaps(const km::KeymapConfig& before,
     const std::vector<km::ConfigItem*>& now = after.items;
     std::vector<std::string> oldText;
     std::vector<std::string> newText;
+    oldText.reserve(old.size());
+    newText.reserve(now.size());
     for (const km::ConfigItem* item : old) {
         oldText.push_back(itemText(*item));
     }
