@@ -38,6 +38,16 @@ std::string keysOf(const km::ConfigItem& item) {
     return keys.empty() ? "-" : keys;
 }
 
+// `base` as a change of `kind` at `path` from `before` to `after`.
+KeymapChange valued(KeymapChange base, KeymapChange::Kind kind, const std::string& path,
+                    const std::string& before, const std::string& after) {
+    base.kind = kind;
+    base.path = path;
+    base.before = before;
+    base.after = after;
+    return base;
+}
+
 bool isKeyObject(const Var& value) {
     return value.type() == typeid(Object::Ptr) && value.extract<Object::Ptr>()->has("device");
 }
@@ -68,12 +78,7 @@ void members(const Var& before, const Var& after, const std::string& path,
     const std::string was = before.isEmpty() ? std::string("(none)") : jsonOf(before);
     const std::string is = after.isEmpty() ? std::string("(none)") : jsonOf(after);
     if (was != is) {
-        KeymapChange change = base;
-        change.kind = KeymapChange::Kind::Changed;
-        change.path = path;
-        change.before = was;
-        change.after = is;
-        out.push_back(change);
+        out.push_back(valued(base, KeymapChange::Kind::Changed, path, was, is));
     }
 }
 
@@ -104,12 +109,7 @@ void compareItems(const km::ConfigItem& a, int oldIndex, const km::ConfigItem& b
     const std::string keysBefore = keysOf(a);
     const std::string keysAfter = keysOf(b);
     if (keysBefore != keysAfter) {
-        KeymapChange change = base;
-        change.kind = KeymapChange::Kind::Rebound;
-        change.path = prefix;
-        change.before = keysBefore;
-        change.after = keysAfter;
-        out.push_back(change);
+        out.push_back(valued(base, KeymapChange::Kind::Rebound, prefix, keysBefore, keysAfter));
     }
     // The rest, member by member; what is told above is left out here, and
     // so is a touch point that moved along with its marker.
