@@ -4,6 +4,7 @@
 // zuno-keymap edit: a keymap in the browser, served from this process.
 //
 
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -118,6 +119,10 @@ int runEdit(const EditArguments& args) {
 
     editor::PrepareForTermination();
     editor::EditorApi api(session, editor::EditorApi::MakeToken(), port);
+    // Only for tests of the page against a slow server: never set by the tool.
+    if (const char* delay = std::getenv("ZUNO_KEYMAP_EDITOR_TEST_DELAY_MS")) {
+        api.setTestDelay(std::atoi(delay));
+    }
     std::unique_ptr<editor::EditorServer> server;
     try {
         server.reset(new editor::EditorServer(api, port));

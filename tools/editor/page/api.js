@@ -1,7 +1,11 @@
-// The editor server's HTTP contract (docs/editor.md), as functions. The
-// token comes from the page's own address and goes out as a Bearer header.
-// It leaves the address bar (and so the history) at once, kept for this tab
-// only, where a reload finds it.
+// Everything the page asks of the library goes through here, as the
+// editor's HTTP contract (docs/editor.md) by default. The transport is one
+// function, call(method, path, body) -> {status, ok, data}, so that the same
+// page can talk to another implementation of the contract.
+//
+// The token comes from the page's own address and goes out as a Bearer
+// header. It leaves the address bar (and so the history) at once, kept for
+// this tab only, where a reload finds it.
 
 const token = new URLSearchParams(location.search).get('token') ||
   sessionStorage.getItem('zuno-keymap-token') || '';
@@ -10,19 +14,39 @@ if (token) {
   history.replaceState(null, '', location.pathname);
 }
 
-async function call(method, path, body) {
+// No answer within this time counts as a lost answer: the request is retried.
+const ANSWER_TIME = 30000;
+
+async function httpCall(method, path, body) {
   const headers = { Authorization: `Bearer ${token}` };
-  const init = { method, headers, cache: 'no-store' };
+  const init = { method, headers, cache: 'no-store', signal: AbortSignal.timeout(ANSWER_TIME) };
   if (body !== undefined) {
     headers['Content-Type'] = 'application/json';
     init.body = typeof body === 'string' ? body : JSON.stringify(body);
   }
-  const response = await fetch(path, init);
+  let response;
+  try {
+    response = await fetch(path, init);
+  } catch (error) {
+    return { status: 0, ok: false, data: { error: `the editor cannot be reached (${error.message})` } };
+  }
   const type = response.headers.get('Content-Type') || '';
-  const data = type.startsWith('application/json') ? await response.json() : await response.text();
-  return { status: response.status, ok: response.ok, data,
-    unsaved: response.headers.get('X-Keymap-Unsaved') };
+  let data;
+  try {
+    data = type.startsWith('application/json') ? await response.json()
+      : type.startsWith('image/') ? await response.blob() : await response.text();
+  } catch (error) {
+    return { status: 0, ok: false, data: { error: `the answer was cut off (${error.message})` } };
+  }
+  return { status: response.status, ok: response.ok, data };
 }
+
+let transport = httpCall;
+
+/// Replaces the transport, for a page that reaches the library another way.
+export function setTransport(call) { transport = call; }
+
+export function call(method, path, body) { return transport(method, path, body); }
 
 async function must(promise) {
   const answer = await promise;
@@ -32,20 +56,28 @@ async function must(promise) {
   return answer.data;
 }
 
+const query = (params) => new URLSearchParams(params).toString();
+
 export const api = {
   state: () => must(call('GET', '/api/state')),
-  document: () => call('GET', '/api/document'),
+  /// The held document, its ids, check report and picture, and the history's state.
+  snapshot: () => must(call('GET', '/api/snapshot')),
+  /// Applies edits in order: {client, seq, ops} -> the snapshot with "results".
+  edit: (body) => call('POST', '/api/edit', body),
   putDocument: (text) => call('PUT', '/api/document', text),
-  check: () => must(call('GET', '/api/check')),
-  render: () => must(call('GET', '/api/render.svg')),
+  /// Takes the file as it is on disk now (an undoable step): the snapshot.
+  reload: () => call('POST', '/api/reload', {}),
   // force: overwrite a file changed on disk; drop: write without what the library does not keep.
   save: ({ force = false, drop = false } = {}) =>
-    call('POST', `/api/save?${new URLSearchParams({ force: force ? 1 : 0, drop: drop ? 1 : 0 })}`, {}),
-  recovery: (n) => call('GET', `/api/recovery?n=${n}`),
+    call('POST', `/api/save?${query({ force: force ? 1 : 0, drop: drop ? 1 : 0 })}`, {}),
+  recovery: (n) => call('GET', `/api/recovery?${query({ n })}`),
   schema: () => must(call('GET', '/api/schema')),
   types: async () => (await must(call('GET', '/api/types'))).types,
-  item: (type) => must(call('GET', `/api/item?type=${encodeURIComponent(type)}`)),
-  key: (params) => must(call('GET', `/api/key?${new URLSearchParams(params)}`)),
+  shapes: () => must(call('GET', '/api/shapes')),
+  background: () => call('GET', '/api/background'),
+  key: (params) => must(call('GET', `/api/key?${query(params)}`)),
+  /// The items that the keys fire: [{index, role, rel_x, rel_y}].
+  trigger: async (keys) => (await must(call('POST', '/api/trigger', { keys }))).items,
   macroCheck: async (lines) => (await must(call('POST', '/api/macro/check', { lines }))).bad,
   macroRunning: async (lines) => (await must(call('POST', '/api/macro/running', { lines }))).lines,
 };

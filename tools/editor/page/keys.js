@@ -1,7 +1,8 @@
 // Turning what the browser reports into the keys the library knows: keyboard
 // keys as PC set-1 scan codes (256 added for extended keys), mouse buttons as
-// the library's button codes, gamepad buttons (standard mapping) by name. The
-// caption of every key comes from the server.
+// the library's button codes, gamepad controls (standard mapping) by name.
+// The caption of every key comes from the server. Pure: no DOM, so that the
+// capture rules can be tested without a browser.
 
 const plain = ['Escape', 'Digit1', 'Digit2', 'Digit3', 'Digit4', 'Digit5', 'Digit6', 'Digit7',
   'Digit8', 'Digit9', 'Digit0', 'Minus', 'Equal', 'Backspace', 'Tab', 'KeyQ', 'KeyW', 'KeyE',
@@ -28,7 +29,63 @@ for (const [code, scan] of Object.entries({
 export function keyboardKey(event) {
   const scan = scanCodes.get(event.code);
   if (scan === undefined) return null;
-  return { device: 'keyboard', scan_code: scan, virtual_key: event.keyCode || 0 };
+  return { device: 'keyboard', scan_code: scan,
+    virtual_key: event.keyCode || modifierKeys[event.code] || 0 };
+}
+
+// Windows virtual keys of the modifiers, for a modifier known only by its code.
+const modifierKeys = { ControlLeft: 17, ControlRight: 17, ShiftLeft: 16, ShiftRight: 16,
+  AltLeft: 18, AltRight: 18, MetaLeft: 91, MetaRight: 92 };
+
+export const isModifier = (code) => code in modifierKeys;
+
+/// Captures one key or a combination from key events, as a person means it:
+/// a modifier held while another key goes down makes a combination (the
+/// library keeps it as the key and its "second_key": Ctrl+G is G with Ctrl);
+/// a modifier pressed and released alone is itself the key; Escape alone
+/// cancels. down() and up() answer null while undecided, else
+/// {cancel: true}, {error}, or {keys: [key, second key?]}.
+export class ChordCapture {
+  constructor() { this.held = []; }
+
+  down(event) {
+    if (event.repeat) return null;
+    if (event.code === 'Escape' && this.held.length === 0) return { cancel: true };
+    if (isModifier(event.code)) {
+      if (!this.held.includes(event.code)) this.held.push(event.code);
+      return null;
+    }
+    const key = keyboardKey(event);
+    if (!key) return { error: `the key ${event.code || event.key} has no scan code` };
+    if (this.held.length === 0) return { keys: [key] };
+    return { keys: [key, keyboardKey({ code: this.held[0] })] };
+  }
+
+  up(event) {
+    if (!this.held.includes(event.code)) return null;
+    this.held = this.held.filter((code) => code !== event.code);
+    return { keys: [keyboardKey({ code: event.code })] };
+  }
+}
+
+/// The steps to bind `members` (the key members of an item, by name), in the
+/// order people expect: up, right, down, left for a direction pad; one
+/// combination for a key and its second key; one key for anything else.
+export function bindingSteps(members) {
+  const directions = [['top_key', 'up'], ['right_key', 'right'], ['bottom_key', 'down'], ['left_key', 'left']];
+  if (directions.every(([member]) => members.includes(member))) {
+    return directions.map(([member, word]) => ({ members: [member], prompt: `Press the key for ${word}` }));
+  }
+  return members.filter((member) => !member.endsWith('second_key')).map((member) => {
+    const second = member === 'key' ? 'second_key'
+      : member.endsWith('.key') ? member.replace(/key$/, 'second_key') : null;
+    const name = member.replace(/\.key$/, '').replace(/_key$/, '').replace(/_/g, ' ');
+    return {
+      members: second && members.includes(second) ? [member, second] : [member],
+      prompt: member === 'key' ? 'Press the key (hold Ctrl, Shift or Alt for a combination)'
+        : `Press the key for ${name}`,
+    };
+  });
 }
 
 // DOM button numbers to the library's mouse codes and their virtual keys.
@@ -47,12 +104,31 @@ export function wheelKey(event) {
 const padNames = ['A', 'B', 'X', 'Y', 'LB', 'RB', 'LT', 'RT', 'Back', 'Start', 'LS', 'RS',
   'DPad_Up', 'DPad_Down', 'DPad_Left', 'DPad_Right', 'Guide'];
 
-/// The first pressed gamepad button as the library's key parameters, or null.
-export function pressedGamepadKey() {
-  for (const pad of navigator.getGamepads ? navigator.getGamepads() : []) {
-    if (!pad) continue;
-    const index = pad.buttons.findIndex((button) => button.pressed);
-    if (index >= 0) return { device: 'joystick', text: padNames[index] || `Button_${index}` };
+const stickNames = ['Left_Stick', 'Left_Stick', 'Right_Stick', 'Right_Stick'];
+
+/// What changed between two readings of a gamepad ({buttons: [{pressed,
+/// value}], axes: [numbers]}): a button, trigger or D-pad pressed, or a stick
+/// pushed past half way, as the library's key parameters; null for nothing.
+export function gamepadChange(before, now) {
+  if (!now) return null;
+  for (let i = 0; i < now.buttons.length; i++) {
+    const was = before && before.buttons[i];
+    const pressed = now.buttons[i].pressed || now.buttons[i].value > 0.5;
+    const wasPressed = was && (was.pressed || was.value > 0.5);
+    if (pressed && !wasPressed) return { device: 'joystick', text: padNames[i] || `Button_${i}` };
+  }
+  for (let i = 0; i < now.axes.length; i++) {
+    const was = before ? Math.abs(before.axes[i] || 0) : 0;
+    if (Math.abs(now.axes[i]) > 0.5 && was <= 0.5) {
+      return { device: 'joystick', text: stickNames[i] || `Axis_${i}` };
+    }
   }
   return null;
+}
+
+/// The browser's gamepads as plain readings.
+export function readGamepads(source = globalThis.navigator) {
+  const pads = source && source.getGamepads ? [...source.getGamepads()] : [];
+  return pads.map((pad) => pad && {
+    buttons: pad.buttons.map((b) => ({ pressed: b.pressed, value: b.value })), axes: [...pad.axes] });
 }

@@ -1,280 +1,285 @@
-// The editor page: holds the document as the server last accepted it, sends
-// every change through the server (which loads, checks and draws it with the
-// library), and keeps undo and redo over whole documents.
+// The editor page: one store, filled from the server's answers; one render
+// function that draws every view from it; and actions that turn what the
+// user does into operations for the server (operations.js). The server
+// applies them to the document it holds, through the library, and answers
+// with the document, its check and its picture, which the page then shows.
 
 import { api } from './api.js';
-import { History } from './history.js';
-import { keyboardKey, mouseKey, wheelKey, pressedGamepadKey } from './keys.js';
-import { Panel } from './panel.js';
+import { Gestures, undoState } from './history.js';
+import { ItemList } from './itemlist.js';
+import { bindingSteps } from './keys.js';
+import { KeyCapture } from './capture.js';
+import { MacroTools } from './macrotools.js';
+import { OpQueue, op } from './operations.js';
+import { Panel, resolve } from './panel.js';
 import { Picture } from './picture.js';
+import { Store, focusItem, fromSnapshot, indexOf, problemCount } from './store.js';
+import { TestMode } from './testmode.js';
+import { arrange } from './arrange.js';
 
 const $ = (id) => document.getElementById(id);
-const state = { doc: null, text: '', schema: {}, report: null, selected: -1, errors: {},
-  unsaved: false, queue: Promise.resolve(), name: '' };
-const history = new History();
+const store = new Store(undefined, (fn) => requestAnimationFrame(fn));
+const gestures = new Gestures();
+let schema = {};
+let shapes = { handles: {}, keys: {}, kinds: {} };
+let colours = {};
 
-const picture = new Picture($('picture'), {
-  select: (index) => select(index),
-  move: (index, part, dx, dy) => moveItem(index, part, dx, dy),
+// ---- talking to the server -------------------------------------------------
+
+const queue = new OpQueue((body) => api.edit(body), answered,
+  (trouble) => store.update({ trouble: trouble || '' }));
+
+function answered(data, ops, failures) {
+  if (!data) {
+    store.update({ status: `Not applied: ${failures[0].error}` });
+    return;
+  }
+  const errors = { ...store.get().errors };
+  const refused = [];
+  data.results.forEach((result, i) => {
+    const sent = ops[i];
+    const path = result.path || '';
+    if (path) delete errors[path];
+    if (!result.ok) {
+      refused.push(result.error);
+      if (path) errors[path] = result.error;
+      if (sent && sent.member && sent.item !== undefined) {
+        const index = data.ids.indexOf(sent.item);
+        if (index >= 0) errors[`keymaps[${index}].${sent.member}`] = result.error;
+      } else if (sent && sent.member) {
+        errors[sent.member] = result.error;
+      }
+    }
+  });
+  store.update((state) => ({ ...fromSnapshot(state, data), errors,
+    status: refused.length ? `Not applied: ${refused[refused.length - 1]}` : state.status }));
+  for (const result of data.results) {
+    if (result.ok && result.unbound && result.unbound.length) {
+      store.update({ status: `Its keys collided and were left unbound: press Enter to bind` });
+    }
+  }
+}
+
+function send(operation) { const done = queue.push(operation); store.changed(); return done; }
+
+// ---- views -----------------------------------------------------------------
+
+const picture = new Picture($('picture'), $('stage'), {
+  select: (ids) => store.update({ selected: ids }),
+  moveItems: (ids, dx, dy) => {
+    const group = gestures.next('drag');
+    for (const id of ids) send(op.move(id, dx, dy, group));
+  },
+  movePoint: (id, member, point, dx, dy) => send({ ...op.move(id, dx, dy, gestures.next('handle')), member, point }),
+  setValue: (id, member, value) => send(op.set(id, member, value)),
+  press: (p) => macro.press(p),
+  bind: (id) => bindItem(id),
+  changed: () => store.changed(),
 });
-const panel = new Panel($('panel'), {
-  change: (path, value) => changeMember(path, value),
-  bind: (path) => captureKey(path),
+
+const itemPanel = new Panel($('panel'), {
+  change: (member, value, id) => send(op.set(id, member, value)),
+  remove: (member, id) => send(op.remove(id, member)),
+  bind: (members, id) => bindMembers(id, members),
   macroCheck: (lines) => api.macroCheck(lines),
   macroRunning: (lines) => api.macroRunning(lines),
 });
 
-function status(text) { $('status').textContent = text; }
+const settingsPanel = new Panel($('settings'), {
+  change: (member, value) => send(op.set(null, member, value)),
+  remove: (member) => send(op.remove(null, member)),
+  bind: () => {},
+  macroCheck: async () => [],
+  macroRunning: async () => [],
+});
 
-function setUnsaved(unsaved) {
-  state.unsaved = unsaved;
-  $('unsaved-mark').hidden = !unsaved;
-  document.title = `${unsaved ? '● ' : ''}${state.name} — keymap editor`;
+const list = new ItemList($('items'), {
+  select: (id, { add, range }) => {
+    const { selected, ids } = store.get();
+    if (add) store.update({ selected: selected.includes(id) ? selected.filter((x) => x !== id) : [...selected, id] });
+    else if (range && selected.length) {
+      const [a, b] = [ids.indexOf(selected[0]), ids.indexOf(id)].sort((x, y) => x - y);
+      store.update({ selected: [selected[0], ...ids.slice(a, b + 1).filter((x) => x !== selected[0])] });
+    } else store.update({ selected: [id] });
+  },
+  toggleHidden: (id) => store.update(({ hidden }) => ({ hidden: hidden.includes(id) ? hidden.filter((x) => x !== id) : [...hidden, id] })),
+});
+
+const capture = new KeyCapture($('capture'), (params) => api.key(params));
+const tester = new TestMode(store, api);
+const macro = new MacroTools(store, {
+  macroItem: () => { const f = focusItem(store.get()); return f && f.item.type === 'Macro' ? f : null; },
+  change: (id, member, lines) => send(op.set(id, member, lines)),
+  area: () => $('panel').querySelector('textarea[name="press_actions"]'),
+});
+
+function render(state) {
+  const unanswered = queue.unanswered();
+  picture.render(state, unanswered, shapes);
+  const focus = focusItem(state);
+  if (state.showSettings) {
+    settingsPanel.show(schema, { properties: { info: schema.properties.info, param: schema.properties.param } },
+      state.doc, { key: 'document', heading: 'Document settings', prefix: '', errors: state.errors, sections: true });
+    $('settings').hidden = false;
+  } else $('settings').hidden = true;
+  if (focus) {
+    const definition = resolve(schema, (schema.definitions || schema.$defs || {})[focus.item.type]);
+    itemPanel.show(schema, definition, focus.item, {
+      key: `${focus.id}:${focus.item.type}`, target: focus.id, heading: `${focus.item.type} — keymaps[${focus.index}]`,
+      prefix: `keymaps[${focus.index}]`, errors: state.errors, keyMembers: shapes.keys[focus.item.type] || [] });
+  } else itemPanel.clear();
+  list.render(state, colours);
+  renderProblems(state);
+  const { canUndo, canRedo } = undoState(state, unanswered);
+  $('undo').disabled = !canUndo || state.mode === 'test';
+  $('redo').disabled = !canRedo || state.mode === 'test';
+  const none = state.selected.length === 0 || state.mode !== 'edit';
+  for (const id of ['duplicate', 'delete']) $(id).disabled = none;
+  for (const button of document.querySelectorAll('[data-arrange]')) {
+    button.disabled = state.selected.length < Number(button.dataset.needs) || state.mode !== 'edit';
+  }
+  $('unsaved-mark').hidden = !state.unsaved && unanswered.length === 0;
+  $('file-name').textContent = state.name + (state.isNew ? ' (new)' : '');
+  const count = problemCount(state.report);
+  $('problem-count').textContent = `${count} ${count === 1 ? 'problem' : 'problems'}`;
+  document.title = `${state.unsaved ? '● ' : ''}${state.name} — ${count} ${count === 1 ? 'problem' : 'problems'} — keymap editor`;
+  $('status').textContent = state.trouble || state.status;
+  $('conflict').hidden = !state.conflict;
+  $('test-keys').setAttribute('aria-pressed', String(state.mode === 'test'));
+  $('record').disabled = state.mode === 'record' || !macro.target();
+  $('pick-point').disabled = state.mode !== 'edit' || !macro.target();
+  $('stop').disabled = state.mode !== 'record' && state.mode !== 'pick';
+  $('document-settings').setAttribute('aria-pressed', String(!!state.showSettings));
+  $('picture').dataset.mode = state.mode;
+  for (const id of ['palette', 'panel', 'settings']) $(id).inert = state.mode === 'test';
+  $('zoom-level').textContent = `${Math.round(state.zoom * 100)}%`;
 }
+store.subscribe(render);
 
-function updateButtons() {
-  $('undo').disabled = !history.canUndo();
-  $('redo').disabled = !history.canRedo();
-  const none = state.selected < 0 || !state.doc || state.selected >= state.doc.keymaps.length;
-  $('delete').disabled = none;
-  $('duplicate').disabled = none;
-}
-
-function select(index) {
-  state.selected = state.doc && index >= 0 && index < state.doc.keymaps.length ? index : -1;
-  state.errors = {};
-  picture.select(state.selected);
-  showPanel();
-  updateButtons();
-}
-
-function showPanel() {
-  if (state.selected < 0) panel.clear();
-  else panel.show(state.schema, state.doc.keymaps[state.selected], state.selected, state.errors);
-}
-
-function showProblems() {
-  const list = $('problems');
+function renderProblems(state) {
   const findings = (state.report && state.report.findings) || [];
-  list.replaceChildren(...findings.map((finding) => {
+  const signature = `${state.version}`;
+  if ($('problems').dataset.version === signature) return;
+  $('problems').dataset.version = signature;
+  const items = findings.map((finding) => {
     const li = document.createElement('li');
     li.className = finding.severity;
     li.tabIndex = 0;
     li.dataset.itemIndex = finding.item_index;
     const where = finding.item_index >= 0 ? `keymaps[${finding.item_index}] (${finding.item_type}): ` : '';
     li.textContent = `${where}${finding.message}`;
-    const pick = () => { if (finding.item_index >= 0) select(finding.item_index); };
+    const pick = () => { if (finding.item_index >= 0) store.update({ selected: [state.ids[finding.item_index]] }); };
     li.addEventListener('click', pick);
     li.addEventListener('keydown', (e) => { if (e.key === 'Enter') pick(); });
     return li;
-  }));
-  if (findings.length === 0) {
+  });
+  if (items.length === 0) {
     const li = document.createElement('li');
     li.className = 'none';
     li.textContent = 'No problems.';
-    list.replaceChildren(li);
+    items.push(li);
+  }
+  $('problems').replaceChildren(...items);
+}
+
+// ---- actions ---------------------------------------------------------------
+
+async function addItem(type, at) {
+  const result = await send(op.add(type, at));
+  if (result.ok) {
+    store.update({ selected: [result.item], showSettings: false });
+    if (result.unbound && result.unbound.length) bindMembers(result.item, result.unbound, 'Its usual keys are taken: ');
   }
 }
 
-async function refreshPicture() {
-  picture.show(await api.render());
+function selectedIds() { return store.get().selected.filter((id) => store.get().ids.includes(id)); }
+
+async function duplicateSelected() {
+  const group = gestures.next('duplicate');
+  const made = await Promise.all(selectedIds().map((id) => send(op.duplicate(id, group))));
+  store.update({ selected: made.filter((r) => r.ok).map((r) => r.item) });
 }
 
-// Every change goes through here, one at a time, in the order made.
-function apply(next, { record = true } = {}) {
-  const run = async () => {
-    const before = state.text;
-    const text = JSON.stringify(next);
-    const answer = await api.putDocument(text);
-    if (answer.status !== 200) {
-      const data = answer.data || {};
-      const path = (data.diagnostic && data.diagnostic.path) || '';
-      const prefix = `keymaps[${state.selected}].`;
-      state.errors = path.startsWith(prefix) ? { [path.slice(prefix.length)]: data.error } : {};
-      status(`Not applied: ${data.error || `HTTP ${answer.status}`}`);
-      showPanel();
-      return false;
-    }
-    if (record) history.record(before);
-    state.doc = next;
-    state.text = text;
-    state.report = answer.data;
-    state.errors = {};
-    setUnsaved(answer.unsaved === 'true');
-    if (state.selected >= next.keymaps.length) state.selected = -1;
-    await refreshPicture();
-    showProblems();
-    showPanel();
-    updateButtons();
-    status('');
-    return true;
-  };
-  state.queue = state.queue.then(run, run);
-  return state.queue;
+function deleteSelected() {
+  const group = gestures.next('delete');
+  for (const id of selectedIds()) send(op.delete(id, group));
+  store.update({ selected: [] });
 }
 
-const clone = () => JSON.parse(state.text);
-const round = (v) => Math.round(v * 10000) / 10000;
-
-function setAt(target, path, value) {
-  const last = path[path.length - 1];
-  const parent = path.slice(0, -1).reduce((at, part) => {
-    if (at[part] === undefined || at[part] === null) at[part] = {};
-    return at[part];
-  }, target);
-  parent[last] = value;
-}
-
-function changeMember(path, value) {
-  if (state.selected < 0) return;
-  const next = clone();
-  setAt(next.keymaps[state.selected], path, value);
-  apply(next);
-}
-
-function moveItem(index, part, dx, dy) {
-  const next = clone();
-  const item = next.keymaps[index];
-  if (!item) return;
-  let point = part === 'touch' ? item.rel_work_position : item.icon && item.icon.rel_position;
-  if (!point) return;
-  const touch = item.rel_work_position;
-  // An unset marker is drawn at the touch point: move it from there.
-  if (part === 'marker' && point.rel_x === 0 && point.rel_y === 0 && touch) {
-    point = item.icon.rel_position = { ...touch };
+function arrangeSelected(how) {
+  const state = store.get();
+  const group = gestures.next(how);
+  for (const { id, dx, dy } of arrange(how, selectedIds().map((id) => ({ id, item: state.doc.keymaps[indexOf(state, id)] })))) {
+    send(op.move(id, dx, dy, group));
   }
-  // A touch point under its marker goes where the marker goes.
-  const moved = [point];
-  if (part === 'marker' && touch && touch.rel_x === point.rel_x && touch.rel_y === point.rel_y) {
-    moved.push(touch);
+}
+
+function nudge(dx, dy, group) {
+  const state = store.get();
+  for (const id of selectedIds()) send(op.move(id, dx / state.width, dy / state.height, group));
+}
+
+// Binds the keys of item `id` that fire it, in the flow its kind asks for.
+function bindItem(id) {
+  const state = store.get();
+  const index = indexOf(state, id);
+  if (index < 0 || state.mode !== 'edit') return;
+  bindMembers(id, shapes.keys[state.doc.keymaps[index].type] || ['key']);
+}
+
+async function bindMembers(id, members, lead = '') {
+  const group = gestures.next('bind');
+  const unset = resolve(schema, { $ref: '#/definitions/key' }).default ||
+    { device: '', text: '', virtual_key: 2147483647, scan_code: 2147483647 };
+  for (const step of bindingSteps(members)) {
+    const keys = await capture.capture(lead + step.prompt, { chord: step.members.length > 1 });
+    if (!keys) return;  // cancelled: what is bound so far stays
+    step.members.forEach((member, k) => send(op.set(id, member, keys[k] || unset, group)));
+    lead = '';
   }
-  for (const p of moved) {
-    p.rel_x = round(Math.min(1, Math.max(0, p.rel_x + dx)));
-    p.rel_y = round(Math.min(1, Math.max(0, p.rel_y + dy)));
-  }
-  apply(next);
-}
-
-async function addItem(type) {
-  const item = await api.item(type);
-  item.icon.rel_position = { rel_x: 0.5, rel_y: 0.5 };
-  item.rel_work_position = { rel_x: 0.5, rel_y: 0.5 };
-  const next = clone();
-  next.keymaps.push(item);
-  if (await apply(next)) select(next.keymaps.length - 1);
-}
-
-async function duplicateItem() {
-  if (state.selected < 0) return;
-  const next = clone();
-  const copy = JSON.parse(JSON.stringify(next.keymaps[state.selected]));
-  for (const point of [copy.icon && copy.icon.rel_position, copy.rel_work_position]) {
-    if (point) { point.rel_x = round(Math.min(1, point.rel_x + 0.02)); point.rel_y = round(Math.min(1, point.rel_y + 0.02)); }
-  }
-  next.keymaps.splice(state.selected + 1, 0, copy);
-  if (await apply(next)) select(state.selected + 1);
-}
-
-function deleteItem() {
-  if (state.selected < 0) return;
-  const next = clone();
-  next.keymaps.splice(state.selected, 1);
-  state.selected = -1;
-  apply(next).then(() => select(-1));
-}
-
-async function step(direction) {
-  const text = direction === 'undo' ? history.undo(state.text) : history.redo(state.text);
-  if (text === null) return;
-  if (!(await apply(JSON.parse(text), { record: false }))) history.revert(direction);
-  updateButtons();
 }
 
 async function save(options = {}) {
-  await state.queue;
+  itemPanel.commitFocused();
+  settingsPanel.commitFocused();
+  macro.commit();
+  store.update({ status: 'Saving…' });
+  await queue.idle();
   const answer = await api.save(options);
+  const name = store.get().name;
   if (answer.status === 200) {
-    setUnsaved(false);
-    $('conflict').hidden = true;
-    $('file-name').textContent = state.name;
-    status(`Saved ${state.name}`);
+    store.update({ unsaved: false, isNew: false, conflict: false, status: `Saved ${name}` });
   } else if (answer.status === 409 && answer.data.lost) {
-    // The file holds what the library does not keep: the user decides.
-    const list = answer.data.lost.join('\n  ');
-    if (window.confirm(`Saving drops ${answer.data.lost.length} element(s) of ${state.name} ` +
-        `that this editor does not know:\n  ${list}\nSave anyway?`)) {
+    const lost = answer.data.lost.join('\n  ');
+    if (window.confirm(`Saving drops ${answer.data.lost.length} element(s) of ${name} ` +
+        `that this editor does not know:\n  ${lost}\nSave anyway?`)) {
       await save({ ...options, drop: true });
     } else {
-      status('Not saved: the file holds elements the editor would drop');
+      store.update({ status: 'Not saved: the file holds elements the editor would drop' });
     }
   } else if (answer.status === 409) {
-    $('conflict-text').textContent =
-      `${state.name} was changed by another program since you opened it. ` +
-      'Overwrite it with your version, or reload to see the other version.';
-    $('conflict').hidden = false;
-    status('Not saved: the file changed on disk');
+    store.update({ conflict: true, status: 'Not saved: the file changed on disk' });
   } else {
-    status(`Not saved: ${(answer.data && answer.data.error) || `HTTP ${answer.status}`}`);
+    store.update({ status: `Not saved: ${(answer.data && answer.data.error) || `HTTP ${answer.status}`}` });
   }
 }
 
-// A recovery file of an earlier session: offered once, opened as an edit.
-async function offerRecovery(files) {
-  if (!files || files.length === 0) return;
-  if (!window.confirm(`Unsaved changes of an earlier session were kept in ${files[0]}. Open them?`)) {
-    return;
-  }
-  const answer = await api.recovery(0);
+async function reload() {
+  await queue.idle();
+  const answer = await api.reload();
   if (answer.ok) {
-    await apply(typeof answer.data === 'string' ? JSON.parse(answer.data) : answer.data);
+    store.update((state) => ({ ...fromSnapshot(state, answer.data), conflict: false, status: 'Reloaded from disk' }));
+  } else {
+    store.update({ status: `Not reloaded: ${answer.data.error}` });
   }
 }
 
-// Binding a key: the next key, mouse button, wheel turn or gamepad button.
-function captureKey(path) {
-  const overlay = $('capture');
-  overlay.hidden = false;
-  overlay.querySelector('.capture-box').focus();
-  let frame = 0;
-  const finish = async (params) => {
-    stop();
-    if (params) changeMember(path, await api.key(params));
-  };
-  const onKey = (e) => {
-    e.preventDefault();
-    e.stopPropagation();
-    const params = keyboardKey(e);
-    if (params) finish(params);
-    else status(`The key ${e.code || e.key} has no scan code`);
-  };
-  const onMouse = (e) => {
-    if (e.target.closest('#capture-cancel')) return;
-    e.preventDefault();
-    finish(mouseKey(e));
-  };
-  const onWheel = (e) => { e.preventDefault(); finish(wheelKey(e)); };
-  const onMenu = (e) => e.preventDefault();
-  const poll = () => {
-    const params = pressedGamepadKey();
-    if (params) finish(params);
-    else frame = requestAnimationFrame(poll);
-  };
-  const stop = () => {
-    overlay.hidden = true;
-    cancelAnimationFrame(frame);
-    window.removeEventListener('keydown', onKey, true);
-    overlay.removeEventListener('mousedown', onMouse);
-    overlay.removeEventListener('wheel', onWheel);
-    overlay.removeEventListener('contextmenu', onMenu);
-    $('capture-cancel').onclick = null;
-  };
-  window.addEventListener('keydown', onKey, true);
-  overlay.addEventListener('mousedown', onMouse);
-  overlay.addEventListener('wheel', onWheel, { passive: false });
-  overlay.addEventListener('contextmenu', onMenu);
-  $('capture-cancel').onclick = () => stop();
-  frame = requestAnimationFrame(poll);
+function setZoom(zoom, keep) {
+  store.update({ zoom });
+  if (keep) requestAnimationFrame(() => requestAnimationFrame(keep));
 }
+
+// ---- input -----------------------------------------------------------------
 
 function typing(target) {
   return target && (target.isContentEditable || /^(INPUT|TEXTAREA|SELECT)$/.test(target.tagName));
@@ -282,74 +287,169 @@ function typing(target) {
 
 document.addEventListener('keydown', (e) => {
   const ctrl = e.ctrlKey || e.metaKey;
+  const state = store.get();
   if (ctrl && e.key.toLowerCase() === 's') { e.preventDefault(); save(); return; }
+  if (capture.active) return;
+  if (state.mode === 'test') { tester.key(e, true); return; }
+  if (state.mode === 'record') { macro.key(e); return; }
   if (typing(e.target)) return;
-  if (ctrl && e.key.toLowerCase() === 'z') { e.preventDefault(); step(e.shiftKey ? 'redo' : 'undo'); return; }
-  if (ctrl && e.key.toLowerCase() === 'y') { e.preventDefault(); step('redo'); return; }
-  if (e.key === 'Delete') { deleteItem(); return; }
+  if (e.key === ' ' && !e.repeat) { picture.spaceHeld = true; e.preventDefault(); return; }
+  if (ctrl && e.key.toLowerCase() === 'z') { e.preventDefault(); send(e.shiftKey ? op.redo() : op.undo()); return; }
+  if (ctrl && e.key.toLowerCase() === 'y') { e.preventDefault(); send(op.redo()); return; }
+  if (e.key === 'Escape') { store.update({ selected: [], showSettings: false }); return; }
+  if (e.target.classList && e.target.classList.contains('handle')) {
+    const step = e.shiftKey ? 10 : 1;
+    const moves = { ArrowLeft: [-step, 0], ArrowRight: [step, 0], ArrowUp: [0, -step], ArrowDown: [0, step] };
+    if (moves[e.key]) { e.preventDefault(); picture.nudgeHandle(e.target, ...moves[e.key]); }
+    return;
+  }
+  if (state.selected.length === 0) return;
+  if (e.key === 'Delete') { deleteSelected(); return; }
+  if (e.key === 'Enter' && !e.target.closest('button, [role=option]')) { e.preventDefault(); bindItem(state.selected[0]); return; }
   const arrows = { ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, -1], ArrowDown: [0, 1] };
-  if (arrows[e.key] && state.selected >= 0 && picture.svg) {
+  if (arrows[e.key] && !e.target.closest('#items')) {
     e.preventDefault();
-    const { width, height } = picture.size();
     const pixels = e.shiftKey ? 10 : 1;
-    moveItem(state.selected, 'marker', arrows[e.key][0] * pixels / width, arrows[e.key][1] * pixels / height);
+    nudge(arrows[e.key][0] * pixels, arrows[e.key][1] * pixels, gestures.forKey(e.code, e.repeat));
   }
 });
 
+document.addEventListener('keyup', (e) => {
+  gestures.keyUp(e.code);
+  if (e.key === ' ') picture.spaceHeld = false;
+  if (store.get().mode === 'test') tester.key(e, false);
+});
+
 window.addEventListener('beforeunload', (e) => {
-  if (!state.unsaved) return;
+  if (!store.get().unsaved && !queue.busy()) return;
   e.preventDefault();
   e.returnValue = '';
 });
 
-// A screenshot dropped on the picture is shown under the items, in this page only.
+$('stage').addEventListener('wheel', (e) => {
+  if (store.get().mode === 'test') return;
+  e.preventDefault();
+  const { zoom, keep } = picture.zoomAt(e.deltaY < 0 ? 1.15 : 1 / 1.15, e.clientX, e.clientY, store.get().zoom);
+  setZoom(zoom, keep);
+}, { passive: false });
+
+// A screenshot dropped on the picture is shown under the items for this session;
+// a palette entry dropped there adds its item at that spot.
 const stage = $('stage');
 stage.addEventListener('dragover', (e) => { e.preventDefault(); $('picture').classList.add('dropping'); });
 stage.addEventListener('dragleave', () => $('picture').classList.remove('dropping'));
 stage.addEventListener('drop', (e) => {
   e.preventDefault();
   $('picture').classList.remove('dropping');
+  const type = e.dataTransfer && e.dataTransfer.getData('application/x-keymap-type');
+  if (type && picture.svg) {
+    const p = picture.point(e);
+    addItem(type, { rel_x: p.x / picture.size.width, rel_y: p.y / picture.size.height });
+    return;
+  }
   const file = [...(e.dataTransfer ? e.dataTransfer.files : [])].find((f) => f.type.startsWith('image/'));
-  if (!file) return;
-  $('picture').style.backgroundImage = `url(${URL.createObjectURL(file)})`;
-  $('picture').classList.add('has-background');
+  if (file) showBackground(file);
 });
 
-$('save').addEventListener('click', () => save());
-$('overwrite').addEventListener('click', () => save({ force: true }));
-$('conflict-cancel').addEventListener('click', () => { $('conflict').hidden = true; });
-$('undo').addEventListener('click', () => step('undo'));
-$('redo').addEventListener('click', () => step('redo'));
-$('delete').addEventListener('click', () => deleteItem());
-$('duplicate').addEventListener('click', () => duplicateItem());
+function showBackground(blob) {
+  $('picture').style.backgroundImage = `url(${URL.createObjectURL(blob)})`;
+  $('picture').classList.add('has-background');
+}
+
+const click = (id, fn) => $(id).addEventListener('click', fn);
+click('save', () => save());
+click('overwrite', () => save({ force: true }));
+click('reload', () => reload());
+click('undo', () => send(op.undo()));
+click('redo', () => send(op.redo()));
+click('delete', () => deleteSelected());
+click('duplicate', () => duplicateSelected());
+click('test-keys', () => tester.toggle());
+click('pick-point', () => macro.pick());
+click('record', () => macro.record());
+click('stop', () => macro.stop());
+click('zoom-in', () => setZoom(Math.min(store.get().zoom * 1.25, 8)));
+click('zoom-out', () => setZoom(Math.max(store.get().zoom / 1.25, 0.25)));
+click('fit', () => { setZoom(1); $('stage').scrollTo(0, 0); });
+click('document-settings', () => store.update(({ showSettings }) => ({ showSettings: !showSettings })));
+for (const button of document.querySelectorAll('[data-arrange]')) {
+  button.addEventListener('click', () => arrangeSelected(button.dataset.arrange));
+}
+$('search').addEventListener('input', (e) => store.update({ search: e.target.value }));
+window.addEventListener('resize', () => { picture.shownWidth = 0; store.changed(); });
+
+// ---- start -----------------------------------------------------------------
+
+function palette(types, kind) {
+  const entries = types.filter((type) => (shapes.kinds[type] || 'both') === 'both' || shapes.kinds[type] === kind)
+    .map((type) => {
+      const definition = (schema.definitions || schema.$defs || {})[type] || {};
+      const purpose = (definition.description || '').replace(/`/g, '').split(/(?<=\.)\s/)[0];
+      const button = document.createElement('button');
+      button.type = 'button';
+      button.draggable = true;
+      button.setAttribute('aria-label', `Add ${type}`);
+      button.title = purpose;
+      const swatch = document.createElement('span');
+      swatch.className = 'swatch';
+      swatch.style.background = colours[type] || '#fff';
+      const name = document.createElement('strong');
+      name.textContent = type;
+      const about = document.createElement('small');
+      about.textContent = purpose;
+      button.append(swatch, name, about);
+      button.addEventListener('click', () => addItem(type));
+      button.addEventListener('dragstart', (e) => {
+        e.dataTransfer.setData('application/x-keymap-type', type);
+        e.dataTransfer.effectAllowed = 'copy';
+      });
+      return button;
+    });
+  $('palette').replaceChildren(...entries);
+}
+
+async function offerRecovery(files) {
+  if (!files || files.length === 0) return;
+  $('recovery-text').textContent = `Unsaved changes of an earlier session were kept in ${files[0]}.`;
+  $('recovery').hidden = false;
+  click('recovery-open', async () => {
+    $('recovery').hidden = true;
+    const answer = await api.recovery(0);
+    if (!answer.ok) { store.update({ status: `Not opened: ${answer.data.error}` }); return; }
+    await queue.idle();
+    const put = await api.putDocument(typeof answer.data === 'string' ? answer.data : JSON.stringify(answer.data));
+    if (put.status !== 200) { store.update({ status: `Not opened: ${put.data.error}` }); return; }
+    const shot = await api.snapshot();
+    store.update((state) => ({ ...fromSnapshot(state, shot), status: 'Opened the recovered changes' }));
+  });
+  click('recovery-ignore', () => { $('recovery').hidden = true; });
+}
 
 async function start() {
   try {
-    const [info, schema, types, held, report, svg] = await Promise.all([api.state(),
-      api.schema(), api.types(), api.document(), api.check(), api.render()]);
-    state.name = info.name;
-    state.schema = schema;
-    state.doc = held.data;
-    state.text = JSON.stringify(held.data);
-    state.report = report;
-    $('file-name').textContent = info.name + (info.new ? ' (new)' : '');
-    setUnsaved(info.unsaved);
-    picture.show(svg);
-    showProblems();
-    $('palette').replaceChildren(...types.map((type) => {
-      const button = document.createElement('button');
-      button.type = 'button';
-      button.textContent = type;
-      button.setAttribute('aria-label', `Add ${type}`);
-      button.addEventListener('click', () => addItem(type));
-      return button;
-    }));
-    updateButtons();
+    const [info, loadedSchema, types, loadedShapes, shot] = await Promise.all([api.state(),
+      api.schema(), api.types(), api.shapes(), api.snapshot()]);
+    schema = loadedSchema;
+    shapes = loadedShapes;
+    store.update((state) => ({ ...fromSnapshot(state, shot), name: info.name, isNew: info.new,
+      width: info.width, height: info.height, joystick: info.joystick }));
+    colours = shapes.colours || {};
+    palette(types, info.joystick ? 'gamepad' : 'keyboard');
+    if (info.background) {
+      const image = await api.background();
+      if (image.ok) showBackground(image.data);
+    }
+    await new Promise((resolve) => requestAnimationFrame(resolve));
     performance.mark('keymap-shown');
     window.editorReady = true;
-    await offerRecovery(info.recovery);
+    // For tests and tools driving the page: every edit answered and drawn.
+    window.editorIdle = async () => {
+      await queue.idle();
+      await new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)));
+    };
+    offerRecovery(info.recovery);
   } catch (error) {
-    status(`Cannot reach the editor: ${error.message}`);
+    store.update({ status: `Cannot reach the editor: ${error.message}` });
   }
 }
 

@@ -1,50 +1,108 @@
-// The server's picture of the document, inline so that its items can be
-// picked and dragged. Items are the <g data-item-index> groups; a drag moves
-// the group on screen and reports the distance, as a fraction of the screen,
-// when the pointer is released.
+// The server's picture of the document, inline, with the editor's layer on
+// top: selection, handles, snapping guides, test-mode marks. Items are the
+// <g data-item-index> groups of the picture. A drag moves the groups on
+// screen at once and reports one distance, as a fraction of the screen, when
+// the pointer is released; the server's next picture then shows the result.
+
+import { snapOffset } from './snapping.js';
+
+const SVG = 'http://www.w3.org/2000/svg';
+
+function svgElement(tag, attributes = {}) {
+  const node = document.createElementNS(SVG, tag);
+  for (const [name, value] of Object.entries(attributes)) node.setAttribute(name, value);
+  return node;
+}
+
+// Members of the item at `member` ("a.b").
+const valueAt = (object, member) =>
+  member.split('.').reduce((at, name) => (at === undefined || at === null ? undefined : at[name]), object);
+
+/// Points of a "(x,y);(x,y)" text.
+export function pointsOf(text) {
+  return [...String(text || '').matchAll(/\(\s*(-?[\d.]+)\s*,\s*(-?[\d.]+)\s*\)/g)]
+    .map((m) => ({ x: Number(m[1]), y: Number(m[2]) }));
+}
 
 export class Picture {
-  /// `handlers`: select(index), move(index, part, dx, dy) with part 'marker' or 'touch'.
-  constructor(host, handlers) {
+  /// `handlers`: select(ids, {add}), moveItems(ids, dx, dy), movePoint(id, member, point, dx, dy),
+  /// setValue(id, member, value), press(point) for pick and record modes, bind(id).
+  constructor(host, stage, handlers) {
     this.host = host;
+    this.stage = stage;
     this.handlers = handlers;
-    this.selected = -1;
+    this.svg = null;
+    this.shownSvg = null;
     this.drag = null;
+    this.size = { width: 1920, height: 1080 };
+    this.view = { zoom: 1 };
     host.addEventListener('pointerdown', (e) => this.down(e));
     host.addEventListener('pointermove', (e) => this.moveTo(e));
     host.addEventListener('pointerup', (e) => this.up(e));
     host.addEventListener('pointercancel', () => this.cancel());
+    // The first click of a double click selected the item (and took the pointer).
+    host.addEventListener('dblclick', () => {
+      if (this.state && this.state.mode === 'edit' && this.state.selected.length) {
+        this.handlers.bind(this.state.selected[0]);
+      }
+    });
   }
 
-  /// Shows `svgText` (from /api/render.svg).
-  show(svgText) {
+  groupOf(target) { return target && target.closest ? target.closest('g.item[data-item-index]') : null; }
+  idOf(group) { return this.state.ids[Number(group.dataset.itemIndex)]; }
+  items() { return this.host.querySelectorAll('g.item[data-item-index]'); }
+
+  /// Draws `state`; `unanswered` are the edits the server has not answered yet.
+  render(state, unanswered, shapes) {
+    this.state = state;
+    this.shapes = shapes;
+    if (state.svg !== this.shownSvg) this.replace(state.svg);
+    if (!this.svg) return;
+    const pending = new Map();
+    for (const o of unanswered) {
+      if (o.op !== 'move' || o.member) continue;
+      const sum = pending.get(o.item) || { dx: 0, dy: 0 };
+      pending.set(o.item, { dx: sum.dx + o.dx, dy: sum.dy + o.dy });
+    }
+    const triggered = new Set(state.triggered.map((t) => t.index));
+    for (const group of this.items()) {
+      const index = Number(group.dataset.itemIndex);
+      const id = state.ids[index];
+      group.classList.toggle('selected', state.selected.includes(id));
+      group.classList.toggle('triggered', triggered.has(index));
+      group.style.display = state.hidden.includes(id) ? 'none' : '';
+      const moved = pending.get(id);
+      const dragging = this.drag && this.drag.kind === 'items' && this.drag.ids.includes(id);
+      if (!dragging) {
+        if (moved) group.setAttribute('transform', `translate(${moved.dx * this.size.width} ${moved.dy * this.size.height})`);
+        else group.removeAttribute('transform');
+      }
+    }
+    if (!this.drag) this.drawOverlay(state, pending);
+    this.fit(state);
+  }
+
+  replace(svgText) {
+    this.shownSvg = svgText;
+    if (!svgText) return;
     const parsed = new DOMParser().parseFromString(svgText, 'image/svg+xml');
     const svg = parsed.documentElement;
     if (svg.nodeName !== 'svg') return;
-    // Touch points just above their markers (captions stay on top), so that
-    // both can be grabbed.
-    for (const touch of svg.querySelectorAll('g.item .touch')) {
-      const marker = touch.parentNode.querySelector('.marker');
-      if (marker) marker.after(touch);
-      touch.setAttribute('r', Math.max(Number(touch.getAttribute('r')) || 0, 6));
-    }
     this.svg = document.importNode(svg, true);
-    this.host.replaceChildren(this.svg);
-    this.select(this.selected);
-  }
-
-  items() { return this.host.querySelectorAll('g.item[data-item-index]'); }
-
-  select(index) {
-    this.selected = index;
-    for (const item of this.items()) {
-      item.classList.toggle('selected', Number(item.dataset.itemIndex) === index);
-    }
-  }
-
-  size() {
+    this.svg.setAttribute('role', 'img');
+    this.svg.setAttribute('aria-label', 'The screen with every item');
     const box = this.svg.viewBox.baseVal;
-    return { width: box.width || 1, height: box.height || 1 };
+    this.size = { width: box.width || 1920, height: box.height || 1080 };
+    this.overlay = svgElement('g', { class: 'editor-overlay' });
+    this.svg.append(this.overlay);
+    this.host.replaceChildren(this.svg);
+    // A drag under way keeps its item where the pointer has it.
+    if (this.drag && this.drag.kind === 'items') this.drag.groups = this.drag.ids.map((id) => this.groupById(id));
+  }
+
+  groupById(id) {
+    const index = this.state.ids.indexOf(id);
+    return this.host.querySelector(`g.item[data-item-index="${index}"]`);
   }
 
   // Pointer position in the picture's own units.
@@ -55,45 +113,292 @@ export class Picture {
     return { x: p.x, y: p.y };
   }
 
+  /// The screen's shorter side, the unit of radii.
+  side() { return Math.min(this.size.width, this.size.height); }
+
+  // ---- the editor's layer --------------------------------------------------
+
+  drawOverlay(state, pending) {
+    if (!this.overlay) return;
+    // Redrawn only when what it shows changed: a handle being looked at stays.
+    const signature = JSON.stringify([this.shownSvg.length, state.version, state.mode, state.selected,
+      state.triggered, [...pending]]);
+    if (signature === this.overlaySignature && this.overlay.isConnected && this.overlay.childElementCount) return;
+    this.overlaySignature = signature;
+    const parts = [];
+    if (state.mode === 'test') {
+      for (const t of state.triggered) {
+        parts.push(svgElement('circle', { class: 'touch-shown', cx: t.rel_x * this.size.width,
+          cy: t.rel_y * this.size.height, r: 14 }));
+      }
+    }
+    if (state.mode === 'edit' && state.selected.length === 1 && this.shapes) {
+      const index = state.ids.indexOf(state.selected[0]);
+      const item = state.doc && state.doc.keymaps[index];
+      const moved = pending.get(state.selected[0]) || { dx: 0, dy: 0 };
+      if (item) parts.push(...this.handlesOf(item, index, moved));
+    }
+    const focused = document.activeElement && document.activeElement.classList &&
+      document.activeElement.classList.contains('handle') ? document.activeElement.getAttribute('aria-label') : null;
+    this.overlay.replaceChildren(...parts);
+    if (focused) {
+      const again = parts.find((part) => part.getAttribute('aria-label') === focused);
+      if (again) again.focus();
+    }
+  }
+
+  /// Where a handle of `item` is drawn, in picture units.
+  handlesOf(item, index, moved) {
+    const W = this.size.width;
+    const H = this.size.height;
+    const touch = item.rel_work_position || { rel_x: 0, rel_y: 0 };
+    const px = (p) => ({ x: (p.rel_x + moved.dx) * W, y: (p.rel_y + moved.dy) * H });
+    const pointOf = (member, nullIsTouch) => {
+      const p = valueAt(item, member);
+      if (!p || typeof p.rel_x !== 'number') return null;
+      return p.rel_x === 0 && p.rel_y === 0 && nullIsTouch ? px(touch) : px(p);
+    };
+    const out = [];
+    const handle = (shape, attributes, member, label, extra = {}) => {
+      const node = svgElement(shape, { class: `handle handle-${extra.kind || 'point'}`, tabindex: '0',
+        role: 'slider', 'aria-label': `${label} of item ${index}`,
+        'data-path': `keymaps[${index}].${member}`, 'data-member': member, ...attributes });
+      Object.assign(node.dataset, extra.data || {});
+      out.push(node);
+      return node;
+    };
+    const marker = pointOf('icon.rel_position') || px(touch);
+    for (const h of this.shapes.handles[item.type] || []) {
+      if (h.member === 'icon.rel_position') continue;  // the item itself is grabbed
+      if (h.kind === 'point') {
+        const p = pointOf(h.member, h.null_is_touch);
+        if (!p) continue;
+        let at = p;
+        // A touch point under the marker is shown beside it, so both can be grabbed.
+        if (h.member === 'rel_work_position' && Math.hypot(p.x - marker.x, p.y - marker.y) < 24) {
+          at = { x: p.x + 26, y: p.y + 26 };
+          out.push(svgElement('line', { class: 'handle-leader', x1: p.x, y1: p.y, x2: at.x, y2: at.y }));
+        }
+        handle('circle', { cx: at.x, cy: at.y, r: 7 }, h.member, h.label);
+      } else if (h.kind === 'radius') {
+        const centre = h.centre ? pointOf(h.centre, true) : px(touch);
+        const r = Math.abs(Number(valueAt(item, h.member)) || 0) * this.side();
+        if (!centre) continue;
+        handle('circle', { cx: centre.x + r, cy: centre.y, r: 6 }, h.member, h.label,
+          { kind: 'radius', data: { cx: centre.x, cy: centre.y } });
+      } else if (h.kind === 'area') {
+        const area = valueAt(item, h.member) || {};
+        const c = px(touch);
+        const w = Math.abs(Number(area.rel_width) || 0) * W / 2;
+        const hh = Math.abs(Number(area.rel_height) || 0) * H / 2;
+        for (const [sx, sy, name] of [[1, 1, 'corner'], [1, 0, 'right edge'], [0, 1, 'bottom edge'],
+          [-1, -1, 'corner'], [-1, 0, 'left edge'], [0, -1, 'top edge'], [1, -1, 'corner'], [-1, 1, 'corner']]) {
+          handle('rect', { x: c.x + sx * w - 5, y: c.y + sy * hh - 5, width: 10, height: 10 }, h.member,
+            `${h.label} ${name}`, { kind: 'area', data: { cx: c.x, cy: c.y, sx, sy } });
+        }
+      } else if (h.kind === 'points') {
+        pointsOf(valueAt(item, h.member)).forEach((p, k) => {
+          const at = px({ rel_x: p.x, rel_y: p.y });
+          handle('circle', { cx: at.x, cy: at.y, r: 6 }, h.member, `${h.label} ${k + 1}`,
+            { kind: 'points', data: { point: k } });
+        });
+      }
+    }
+    return out;
+  }
+
+  // ---- pointer -------------------------------------------------------------
+
   down(e) {
-    if (e.button !== 0 || !this.svg) return;
-    const group = e.target.closest && e.target.closest('g.item[data-item-index]');
-    if (!group) return;
-    const index = Number(group.dataset.itemIndex);
-    const part = e.target.classList.contains('touch') ? 'touch' : 'marker';
-    const moving = part === 'touch' ? e.target : group;
-    this.drag = { index, part, moving, group, start: this.point(e), moved: false };
-    group.classList.add('dragging');
+    if (!this.svg || !this.state) return;
+    if (e.button === 1 || (e.button === 0 && this.spaceHeld)) { this.startPan(e); return; }
+    if (e.button !== 0) return;
+    const p = this.point(e);
+    if (this.state.mode === 'pick' || this.state.mode === 'record') {
+      this.handlers.press({ x: p.x / this.size.width, y: p.y / this.size.height, down: true, time: e.timeStamp });
+      this.host.setPointerCapture(e.pointerId);
+      this.drag = { kind: 'press' };
+      e.preventDefault();
+      return;
+    }
+    if (this.state.mode !== 'edit') return;
+    const handle = e.target.closest && e.target.closest('.handle');
+    if (handle) {
+      this.drag = { kind: 'handle', handle, start: p, moved: false, id: this.state.selected[0],
+        x0: Number(handle.getAttribute('cx') ?? Number(handle.getAttribute('x')) + 5),
+        y0: Number(handle.getAttribute('cy') ?? Number(handle.getAttribute('y')) + 5) };
+      this.host.setPointerCapture(e.pointerId);
+      e.preventDefault();
+      return;
+    }
+    const group = this.groupOf(e.target);
+    if (!group) { this.handlers.select([]); return; }
+    const id = this.idOf(group);
+    let ids = this.state.selected;
+    if (e.shiftKey || e.ctrlKey || e.metaKey) {
+      this.handlers.select(ids.includes(id) ? ids.filter((x) => x !== id) : [...ids, id]);
+      return;
+    }
+    if (!ids.includes(id)) { ids = [id]; this.handlers.select(ids); }
+    const marker = group.querySelector('.marker');
+    const anchor = marker ? { x: Number(marker.getAttribute('cx')), y: Number(marker.getAttribute('cy')) } : p;
+    this.drag = { kind: 'items', ids, groups: ids.map((x) => this.groupById(x)), start: p, anchor,
+      moved: false, offset: { x: 0, y: 0 } };
     this.host.setPointerCapture(e.pointerId);
-    this.handlers.select(index);
     e.preventDefault();
   }
 
   moveTo(e) {
     if (!this.drag) return;
+    if (this.drag.kind === 'pan') { this.pan(e); return; }
+    if (this.drag.kind === 'press') return;
     const p = this.point(e);
-    const dx = p.x - this.drag.start.x;
-    const dy = p.y - this.drag.start.y;
+    let dx = p.x - this.drag.start.x;
+    let dy = p.y - this.drag.start.y;
     this.drag.moved = this.drag.moved || Math.abs(dx) + Math.abs(dy) > 1;
-    this.drag.moving.setAttribute('transform', `translate(${dx} ${dy})`);
+    if (!this.drag.moved) return;
+    if (this.drag.kind === 'items') {
+      let guides = [];
+      if (this.state.snap && !e.altKey) {
+        const snapped = snapOffset({ x: this.drag.anchor.x + dx, y: this.drag.anchor.y + dy },
+          this.targets(), this.size);
+        dx += snapped.dx;
+        dy += snapped.dy;
+        guides = snapped.guides;
+      }
+      this.drag.offset = { x: dx, y: dy };
+      for (const group of this.drag.groups) {
+        if (group) group.setAttribute('transform', `translate(${dx} ${dy})`);
+      }
+      this.drawGuides(guides);
+    } else {
+      const h = this.drag.handle;
+      const x = this.drag.x0 + dx;
+      const y = this.drag.y0 + dy;
+      this.drag.offset = { x: dx, y: dy };
+      if (h.tagName === 'rect') { h.setAttribute('x', x - 5); h.setAttribute('y', y - 5); }
+      else { h.setAttribute('cx', x); h.setAttribute('cy', y); }
+    }
+  }
+
+  // Centres of the other items and the screen's middle, for snapping.
+  targets() {
+    if (this.drag.targets) return this.drag.targets;
+    const list = [{ x: this.size.width / 2, y: this.size.height / 2 }];
+    for (const group of this.items()) {
+      if (this.drag.groups.includes(group)) continue;
+      const marker = group.querySelector('.marker');
+      if (marker) {
+        const r = Number(marker.getAttribute('r')) || 0;
+        list.push({ x: Number(marker.getAttribute('cx')), y: Number(marker.getAttribute('cy')), r });
+      }
+    }
+    this.drag.targets = list;
+    return list;
+  }
+
+  drawGuides(guides) {
+    if (!this.overlay) return;
+    this.overlaySignature = null;
+    const lines = guides.map((g) => svgElement('line', g.axis === 'x'
+      ? { class: 'guide', x1: g.at, y1: 0, x2: g.at, y2: this.size.height }
+      : { class: 'guide', x1: 0, y1: g.at, x2: this.size.width, y2: g.at }));
+    this.overlay.replaceChildren(...lines);
   }
 
   up(e) {
-    if (!this.drag) return;
     const drag = this.drag;
+    if (!drag) return;
     this.drag = null;
-    drag.group.classList.remove('dragging');
-    if (!drag.moved) return;
-    const p = this.point(e);
-    const { width, height } = this.size();
-    this.handlers.move(drag.index, drag.part, (p.x - drag.start.x) / width,
-      (p.y - drag.start.y) / height);
+    if (drag.kind === 'pan') return;
+    if (drag.kind === 'press') {
+      const p = this.point(e);
+      this.handlers.press({ x: p.x / this.size.width, y: p.y / this.size.height, down: false, time: e.timeStamp });
+      return;
+    }
+    if (!drag.moved) { this.handlers.changed(); return; }
+    const { width: W, height: H } = this.size;
+    if (drag.kind === 'items') {
+      // The groups keep their place until the answer shows them there.
+      this.handlers.moveItems(drag.ids, drag.offset.x / W, drag.offset.y / H);
+      return;
+    }
+    this.handleReleased(drag, W, H);
+  }
+
+  handleReleased(drag, W, H) {
+    const h = drag.handle;
+    const member = h.dataset.member;
+    const { x: dx, y: dy } = drag.offset;
+    if (h.classList.contains('handle-radius')) {
+      const r = Math.hypot(drag.x0 + dx - Number(h.dataset.cx), drag.y0 + dy - Number(h.dataset.cy));
+      this.handlers.setValue(drag.id, member, Math.round(r / this.side() * 1e4) / 1e4);
+    } else if (h.classList.contains('handle-area')) {
+      const sx = Number(h.dataset.sx);
+      const sy = Number(h.dataset.sy);
+      const area = valueAt(this.state.doc.keymaps[this.state.ids.indexOf(drag.id)], member) || {};
+      const round = (v) => Math.round(Math.min(Math.max(v, 0.01), 2) * 1e4) / 1e4;
+      const value = {
+        rel_width: sx ? round(Math.abs(drag.x0 + dx - Number(h.dataset.cx)) * 2 / W) : area.rel_width,
+        rel_height: sy ? round(Math.abs(drag.y0 + dy - Number(h.dataset.cy)) * 2 / H) : area.rel_height,
+      };
+      this.handlers.setValue(drag.id, member, value);
+    } else {
+      this.handlers.movePoint(drag.id, member, Number(h.dataset.point || 0), dx / W, dy / H);
+    }
   }
 
   cancel() {
     if (!this.drag) return;
-    this.drag.moving.removeAttribute('transform');
-    this.drag.group.classList.remove('dragging');
     this.drag = null;
+    this.handlers.changed();
+  }
+
+  /// Nudges the handle `node` by (dx, dy) picture units, as a drag would.
+  nudgeHandle(node, dx, dy) {
+    const drag = { handle: node, id: this.state.selected[0], offset: { x: dx, y: dy },
+      x0: Number(node.getAttribute('cx') ?? Number(node.getAttribute('x')) + 5),
+      y0: Number(node.getAttribute('cy') ?? Number(node.getAttribute('y')) + 5) };
+    this.handleReleased(drag, this.size.width, this.size.height);
+  }
+
+  // ---- view: zoom, pan, fit ------------------------------------------------
+
+  fit(state) {
+    if (!this.svg) return;
+    const box = this.stage.getBoundingClientRect();
+    const scale = Math.min((box.width - 16) / this.size.width, (box.height - 16) / this.size.height);
+    const width = Math.max(50, this.size.width * scale * state.zoom);
+    if (this.shownWidth !== width) {
+      this.shownWidth = width;
+      this.host.style.width = `${width}px`;
+      this.host.style.height = `${width * this.size.height / this.size.width}px`;
+    }
+  }
+
+  /// Zooms by `factor` keeping the picture point under (clientX, clientY) in place.
+  zoomAt(factor, clientX, clientY, zoom) {
+    const before = this.host.getBoundingClientRect();
+    const fx = (clientX - before.left) / before.width;
+    const fy = (clientY - before.top) / before.height;
+    const next = Math.min(Math.max(zoom * factor, 0.25), 8);
+    return { zoom: next, keep: () => {
+      const after = this.host.getBoundingClientRect();
+      this.stage.scrollLeft += after.left + fx * after.width - clientX;
+      this.stage.scrollTop += after.top + fy * after.height - clientY;
+    } };
+  }
+
+  startPan(e) {
+    this.drag = { kind: 'pan', x: e.clientX, y: e.clientY };
+    this.host.setPointerCapture(e.pointerId);
+    e.preventDefault();
+  }
+
+  pan(e) {
+    this.stage.scrollLeft -= e.clientX - this.drag.x;
+    this.stage.scrollTop -= e.clientY - this.drag.y;
+    this.drag.x = e.clientX;
+    this.drag.y = e.clientY;
   }
 }

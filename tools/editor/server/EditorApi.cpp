@@ -4,10 +4,14 @@
 
 #include "EditorApi.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <random>
 #include <sstream>
+#include <thread>
 #include <vector>
 
 #include <Poco/Exception.h>
@@ -20,6 +24,7 @@
 #include <Poco/String.h>
 
 #include "CheckReport.h"
+#include "ItemGeometry.h"
 #include "PageAssets.h"
 
 namespace zunokeymap {
@@ -136,6 +141,34 @@ bool readInt(const std::string& text, int& value) {
     return true;
 }
 
+// The key that `get` ("device", "scan_code", "virtual_key", "text") names,
+// built by the library; false with the reason when it names none.
+template <typename Get>
+bool keyOf(Get get, km::ConfigKey& key, std::string& error) {
+    const std::string device = get("device");
+    if (device == "joystick") {
+        const std::string text = get("text");
+        if (text.empty() || text.find_first_of(" \t\r\n") != std::string::npos) {
+            error = "a gamepad key needs the control's name in 'text'";
+            return false;
+        }
+        key = km::ConfigKey(device, text, km::kUnsetKeyCode, km::kUnsetKeyCode);
+        return true;
+    }
+    if (device == "keyboard" || device == "mouse") {
+        int scanCode = 0;
+        int virtualKey = 0;
+        if (!readInt(get("scan_code"), scanCode) || !readInt(get("virtual_key"), virtualKey)) {
+            error = "a keyboard or mouse key needs scan_code and virtual_key";
+            return false;
+        }
+        key = km::CreateConfigKey(device, virtualKey, scanCode);
+        return true;
+    }
+    error = "device must be keyboard, mouse or joystick";
+    return false;
+}
+
 std::string mimeOf(const std::string& name) {
     static const std::pair<const char*, const char*> kTypes[] = {
         {"html", "text/html; charset=utf-8"},
@@ -168,6 +201,62 @@ void secure(HttpResponse& response) {
                      "img-src 'self' data: blob:; connect-src 'self'; base-uri 'none'; "
                      "form-action 'none'; frame-ancestors 'none'");
     }
+}
+
+// What the page shows, with the outcome of its edits when it sent some:
+// {"version", "unsaved", "undo", "redo", "ids", "document", "report", "svg",
+// "results"}. The document is the held text itself, not copied through a tree.
+std::string snapshotJson(const EditorSession::Snapshot& shot, const std::string& file,
+                         const std::vector<EditResult>* results) {
+    std::string head;
+    JsonWriter out(head);
+    out.beginObject();
+    out.key("version").value(shot.version);
+    out.key("unsaved").value(shot.unsaved);
+    out.key("undo").value(shot.canUndo);
+    out.key("redo").value(shot.canRedo);
+    out.key("ids").beginArray();
+    for (long id : shot.ids) {
+        out.value(id);
+    }
+    out.endArray();
+    if (results != nullptr) {
+        out.key("results").beginArray();
+        for (const EditResult& result : *results) {
+            out.beginObject().key("ok").value(result.ok);
+            if (!result.error.empty()) {
+                out.key("error").value(result.error);
+            }
+            if (!result.path.empty()) {
+                out.key("path").value(result.path);
+            }
+            if (result.item >= 0) {
+                out.key("index").value(result.index).key("item").value(result.item);
+            }
+            if (!result.unbound.empty()) {
+                out.key("unbound").beginArray();
+                for (const std::string& member : result.unbound) {
+                    out.value(member);
+                }
+                out.endArray();
+            }
+            out.endObject();
+        }
+        out.endArray();
+    }
+    out.key("svg").value(shot.svg);
+    // The object stays open for the members written as they are.
+    std::string report;
+    JsonWriter reportOut(report);
+    WriteCheckReportJson(reportOut, file, *shot.report);
+    std::string body = std::move(head);
+    body.reserve(body.size() + report.size() + shot.text.size() + 32);
+    body += ",\"report\":";
+    body += report;
+    body += ",\"document\":";
+    body += shot.text.empty() ? "null" : shot.text;
+    body += "}";
+    return body;
 }
 
 }  // namespace
@@ -214,6 +303,12 @@ const EditorApi::Route* EditorApi::findRoute(const std::string& path) {
         {"/api/key", "GET", false, &EditorApi::getKey},
         {"/api/macro/check", "POST", true, &EditorApi::postMacroCheck},
         {"/api/macro/running", "POST", true, &EditorApi::postMacroRunning},
+        {"/api/snapshot", "GET", false, &EditorApi::getSnapshot},
+        {"/api/edit", "POST", true, &EditorApi::postEdit},
+        {"/api/shapes", "GET", false, &EditorApi::getShapes},
+        {"/api/trigger", "POST", true, &EditorApi::postTrigger},
+        {"/api/background", "GET", false, &EditorApi::getBackground},
+        {"/api/reload", "POST", true, &EditorApi::postReload},
         {nullptr, nullptr, false, nullptr},  // the end; routes of one path stand together
     };
     for (const Route* route = kRoutes; route->path != nullptr; ++route) {
@@ -307,8 +402,18 @@ HttpResponse EditorApi::screen(const HttpRequest& request) const {
     return pass;
 }
 
+void EditorApi::setTestDelay(int milliseconds) {
+    testDelay_ = std::min(std::max(milliseconds, 0), 5000);
+}
+
 HttpResponse EditorApi::handle(const HttpRequest& request) {
     HttpResponse response;
+    if (testDelay_ > 0 && Poco::startsWith(request.path(), std::string("/api/"))) {
+        // Random, so that answers to requests sent together come back out of order.
+        thread_local std::minstd_rand random(std::random_device{}());
+        std::this_thread::sleep_for(
+            std::chrono::milliseconds(std::uniform_int_distribution<int>(0, testDelay_)(random)));
+    }
     try {
         response = screen(request);
         if (response.status == 0) {
@@ -478,24 +583,10 @@ HttpResponse EditorApi::getItem(const HttpRequest& request) {
 }
 
 HttpResponse EditorApi::getKey(const HttpRequest& request) {
-    const std::string device = request.query("device");
     km::ConfigKey key;
-    if (device == "joystick") {
-        const std::string text = request.query("text");
-        if (text.empty() || text.find_first_of(" \t\r\n") != std::string::npos) {
-            return respondError(422, "a gamepad key needs the control's name in 'text'");
-        }
-        key = km::ConfigKey(device, text, km::kUnsetKeyCode, km::kUnsetKeyCode);
-    } else if (device == "keyboard" || device == "mouse") {
-        int scanCode = 0;
-        int virtualKey = 0;
-        if (!readInt(request.query("scan_code"), scanCode) ||
-            !readInt(request.query("virtual_key"), virtualKey)) {
-            return respondError(422, "a keyboard or mouse key needs scan_code and virtual_key");
-        }
-        key = km::CreateConfigKey(device, virtualKey, scanCode);
-    } else {
-        return respondError(422, "device must be keyboard, mouse or joystick");
+    std::string error;
+    if (!keyOf([&request](const char* name) { return request.query(name); }, key, error)) {
+        return respondError(422, error);
     }
     // Written by the library's own item writer, so the key has the saved form.
     std::unique_ptr<km::ConfigItem> carrier(km::CreateConfigItem("Click"));
@@ -543,6 +634,90 @@ HttpResponse EditorApi::getPage(const HttpRequest& request) const {
         return respondError(404, "no such page: /" + name);
     }
     return respond(200, mimeOf(name), std::string(asset->data, asset->size));
+}
+
+HttpResponse EditorApi::getSnapshot(const HttpRequest&) {
+    return respond(200, kJson, snapshotJson(session_.snapshot(true), session_.file(), nullptr));
+}
+
+HttpResponse EditorApi::postEdit(const HttpRequest& request) {
+    Poco::Dynamic::Var body;
+    HttpResponse error;
+    if (!parseBody(request.body, body, error)) {
+        return error;
+    }
+    const Object::Ptr edit =
+        body.type() == typeid(Object::Ptr) ? body.extract<Object::Ptr>() : Object::Ptr();
+    const Array::Ptr ops = edit.isNull() ? Array::Ptr() : edit->getArray("ops");
+    if (ops.isNull() || ops->size() > 10000) {
+        return respondError(422, "the body must be {\"ops\": [edits]}, at most 10000 of them");
+    }
+    for (std::size_t i = 0; i < ops->size(); ++i) {
+        if (ops->getObject(static_cast<unsigned>(i)).isNull()) {
+            return respondError(422, "every edit is an object with an \"op\"");
+        }
+    }
+    const std::string client = edit->optValue<std::string>("client", std::string());
+    long seq = -1;
+    if (edit->has("seq") && edit->get("seq").isNumeric()) {
+        seq = static_cast<long>(std::min(std::max(edit->get("seq").convert<double>(), -1.0), 1e15));
+    }
+    bool repeated = false;
+    const std::vector<EditResult> results = session_.edit(ops, client, seq, repeated);
+    return respond(200, kJson, snapshotJson(session_.snapshot(true), session_.file(), &results));
+}
+
+HttpResponse EditorApi::getShapes(const HttpRequest&) {
+    return respondJson(200, ShapesJson());
+}
+
+HttpResponse EditorApi::postTrigger(const HttpRequest& request) {
+    Poco::Dynamic::Var body;
+    HttpResponse error;
+    if (!parseBody(request.body, body, error)) {
+        return error;
+    }
+    const Object::Ptr object =
+        body.type() == typeid(Object::Ptr) ? body.extract<Object::Ptr>() : Object::Ptr();
+    const Array::Ptr keys = object.isNull() ? Array::Ptr() : object->getArray("keys");
+    if (keys.isNull() || keys->size() < 1 || keys->size() > 2) {
+        return respondError(422, "the body must be {\"keys\": [key, optional second key]}");
+    }
+    km::KeyTrigger trigger;
+    for (std::size_t k = 0; k < keys->size(); ++k) {
+        const Object::Ptr params = keys->getObject(static_cast<unsigned>(k));
+        std::string why;
+        km::ConfigKey& key = k == 0 ? trigger.first : trigger.second;
+        const auto get = [&params](const char* name) {
+            return params.isNull() || !params->has(name) ? std::string()
+                                                         : params->get(name).toString();
+        };
+        if (!keyOf(get, key, why)) {
+            return respondError(422, why);
+        }
+    }
+    trigger.combination = keys->size() == 2;
+    Object::Ptr result = newObject();
+    result->set("items", session_.triggered(trigger));
+    return respondJson(200, result);
+}
+
+HttpResponse EditorApi::postReload(const HttpRequest&) {
+    km::LoadDiagnostic diagnostic;
+    if (!session_.reload(diagnostic)) {
+        Object::Ptr extra = newObject();
+        extra->set("diagnostic", diagnosticJson(diagnostic));
+        return respondError(422, diagnostic.message, extra);
+    }
+    return getSnapshot(HttpRequest());
+}
+
+HttpResponse EditorApi::getBackground(const HttpRequest&) {
+    const render::Background& background = session_.renderOptions().background;
+    if (background.bytes.empty()) {
+        return respondError(404, "no background was given");
+    }
+    return respond(200, background.mime, background.bytes);
 }
 
 }  // namespace editor

@@ -38,6 +38,10 @@ public:
     int port() const { return port_; }
     void setPort(int port) { port_ = port; }
 
+    /// For tests of the page against a slow server: every /api/ answer waits
+    /// a random time up to `milliseconds` (at most 5000) before it is given.
+    void setTestDelay(int milliseconds);
+
     /// A fresh token: 256 random bits from the system, as hexadecimal.
     static std::string MakeToken();
 
@@ -62,11 +66,18 @@ private:
     HttpResponse getKey(const HttpRequest& request);
     HttpResponse postMacroCheck(const HttpRequest& request);
     HttpResponse postMacroRunning(const HttpRequest& request);
+    HttpResponse getSnapshot(const HttpRequest& request);
+    HttpResponse postEdit(const HttpRequest& request);
+    HttpResponse getShapes(const HttpRequest& request);
+    HttpResponse postTrigger(const HttpRequest& request);
+    HttpResponse getBackground(const HttpRequest& request);
+    HttpResponse postReload(const HttpRequest& request);
     HttpResponse getPage(const HttpRequest& request) const;
 
     EditorSession& session_;
     const std::string token_;
     int port_;
+    int testDelay_ = 0;
 };
 
 }  // namespace editor

@@ -12,6 +12,8 @@
 #include <Poco/Exception.h>
 #include <Poco/File.h>
 #include <Poco/FileStream.h>
+#include <Poco/JSON/Parser.h>
+#include <Poco/JSON/Stringifier.h>
 #include <Poco/Path.h>
 #include <Poco/StreamCopier.h>
 #include <zuno-keymapmanager/api/TextFile.h>
@@ -140,8 +142,269 @@ km::KeymapConfig* EditorSession::load(const std::string& text,
 void EditorSession::hold(std::unique_ptr<km::KeymapConfig> doc, std::string text) {
     report_ =
         std::make_shared<const km::CheckReport>(km::CheckKeymapDocument(text, joystick_, file_));
+    ids_ = freshIds(doc->items.size());
     doc_ = std::move(doc);
     text_ = std::move(text);
+}
+
+std::vector<long> EditorSession::freshIds(std::size_t count) {
+    std::vector<long> ids;
+    ids.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        ids.push_back(nextId_++);
+    }
+    return ids;
+}
+
+void EditorSession::commit(HeldState state, std::unique_ptr<km::KeymapConfig> doc,
+                           std::shared_ptr<const km::CheckReport> report) {
+    if (!report) {
+        report = std::make_shared<const km::CheckReport>(
+            km::CheckKeymapDocument(state.text, joystick_, file_));
+    }
+    std::lock_guard<std::mutex> lock(mutex_);
+    doc_ = std::move(doc);
+    text_ = std::move(state.text);
+    ids_ = std::move(state.ids);
+    report_ = std::move(report);
+    canUndo_ = history_.canUndo();
+    canRedo_ = history_.canRedo();
+    ++version_;
+}
+
+EditorSession::Snapshot EditorSession::snapshot(bool picture) const {
+    Snapshot shot;
+    std::lock_guard<std::mutex> lock(mutex_);
+    shot.text = text_;
+    shot.ids = ids_;
+    shot.report = report_;
+    shot.version = version_;
+    shot.unsaved = text_ != savedText_;
+    shot.canUndo = canUndo_;
+    shot.canRedo = canRedo_;
+    if (picture && doc_) {
+        // The page shows the background itself: sent with every change, a
+        // screenshot would cost more than the document.
+        render::RenderOptions options = render_;
+        options.background = render::Background();
+        shot.svg = render::RenderSvg(*doc_, *report_, options);
+    }
+    return shot;
+}
+
+namespace {
+
+// Whether the check `after` finds something at or under `path` that `before`
+// did not: a value out of its range, of the wrong type, not among the names.
+const km::Finding* newFindingAt(const std::string& path, const km::CheckReport& before,
+                                const km::CheckReport& after) {
+    const auto under = [&path](const km::Finding& finding) {
+        return finding.kind == km::FindingKind::Schema &&
+               finding.path.compare(0, path.size(), path) == 0 &&
+               (finding.path.size() == path.size() || finding.path[path.size()] == '.' ||
+                finding.path[path.size()] == '[');
+    };
+    for (const km::Finding& finding : after.findings) {
+        if (!under(finding)) {
+            continue;
+        }
+        const bool known = std::any_of(
+            before.findings.begin(), before.findings.end(), [&](const km::Finding& old) {
+                return old.path == finding.path && old.message == finding.message;
+            });
+        if (!known) {
+            return &finding;
+        }
+    }
+    return nullptr;
+}
+
+// Whether the saved form `text` still has the member `path` ("keymaps[2].a.b").
+bool keeps(const std::string& text, const std::string& path) {
+    std::vector<std::string> tokens;
+    std::string token;
+    for (char c : path) {
+        if (c == '.' || c == '[' || c == ']') {
+            if (!token.empty()) {
+                tokens.push_back(token);
+            }
+            token.clear();
+        } else {
+            token += c;
+        }
+    }
+    if (!token.empty()) {
+        tokens.push_back(token);
+    }
+    Poco::JSON::Parser parser;
+    Poco::Dynamic::Var at = parser.parse(text);
+    for (const std::string& name : tokens) {
+        if (at.type() == typeid(Poco::JSON::Array::Ptr)) {
+            const auto array = at.extract<Poco::JSON::Array::Ptr>();
+            const std::size_t index = std::strtoul(name.c_str(), nullptr, 10);
+            if (index >= array->size()) {
+                return false;
+            }
+            at = array->get(static_cast<unsigned>(index));
+        } else if (at.type() == typeid(Poco::JSON::Object::Ptr)) {
+            const auto object = at.extract<Poco::JSON::Object::Ptr>();
+            if (!object->has(name)) {
+                return false;
+            }
+            at = object->get(name);
+        } else {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+std::vector<EditResult> EditorSession::edit(const Poco::JSON::Array::Ptr& ops,
+                                            const std::string& client, long seq, bool& repeated) {
+    std::lock_guard<std::mutex> editing(editMutex_);
+    repeated = !client.empty() && client == lastClient_ && seq <= lastSeq_;
+    if (repeated) {
+        return seq == lastSeq_ ? lastResults_ : std::vector<EditResult>();
+    }
+    std::vector<EditResult> results;
+    if (!doc_) {
+        return results;
+    }
+    HeldState state;
+    std::unique_ptr<km::KeymapConfig> doc;
+    std::shared_ptr<const km::CheckReport> report;
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        state = {text_, ids_};
+        report = report_;
+    }
+    bool changed = false;
+    for (std::size_t i = 0; i < ops->size(); ++i) {
+        const Poco::JSON::Object::Ptr op = ops->getObject(static_cast<unsigned>(i));
+        const std::string before = state.text;
+        results.push_back(editOne(op, state, doc, report));
+        changed = changed || state.text != before;
+    }
+    if (changed) {
+        if (!doc) {
+            km::LoadDiagnostic diagnostic;
+            doc.reset(load(state.text, diagnostic));
+        }
+        commit(std::move(state), std::move(doc), report);
+    }
+    lastClient_ = client;
+    lastSeq_ = seq;
+    lastResults_ = results;
+    return results;
+}
+
+EditResult EditorSession::editOne(const Poco::JSON::Object::Ptr& op, HeldState& state,
+                                  std::unique_ptr<km::KeymapConfig>& doc,
+                                  std::shared_ptr<const km::CheckReport>& report) {
+    EditResult result;
+    const std::string name = OperationName(op);
+    const std::string group =
+        op.isNull() ? std::string() : op->optValue<std::string>("group", std::string());
+    if (name == "undo" || name == "redo") {
+        result.ok = name == "undo" ? history_.undo(state) : history_.redo(state);
+        if (!result.ok) {
+            result.error = "nothing to " + name;
+        }
+        doc.reset();
+        report.reset();
+        return result;
+    }
+    if (!doc) {
+        km::LoadDiagnostic ignored;
+        doc.reset(load(state.text, ignored));
+    }
+    HeldState next{std::string(), state.ids};
+    EditTarget target;
+    try {
+        Poco::JSON::Parser parser;
+        target.root = parser.parse(state.text).extract<Poco::JSON::Object::Ptr>();
+    } catch (const Poco::Exception& e) {
+        result.error = "the held document does not parse: " + e.displayText();
+        return result;
+    }
+    target.ids = &next.ids;
+    target.nextId = &nextId_;
+    target.loaded = doc.get();
+    if (!ApplyOperation(op, target, result)) {
+        return result;
+    }
+    std::ostringstream text;
+    Poco::JSON::Stringifier::stringify(target.root, text);
+    km::LoadDiagnostic diagnostic;
+    std::unique_ptr<km::KeymapConfig> loaded(load(text.str(), diagnostic));
+    if (diagnostic.failed || loaded->items.size() != next.ids.size()) {
+        result.ok = false;
+        result.error = diagnostic.failed ? diagnostic.message
+                                         : "the library does not keep an item of this type";
+        if (!diagnostic.path.empty()) {
+            result.path = diagnostic.path;
+        }
+        return result;
+    }
+    next.text = km::SaveKeymapConfigAndInfoToText(loaded.get());
+    std::shared_ptr<const km::CheckReport> checked;
+    if (name == "set") {
+        checked = std::make_shared<const km::CheckReport>(
+            km::CheckKeymapDocument(next.text, joystick_, file_));
+        if (!report) {
+            report = std::make_shared<const km::CheckReport>(
+                km::CheckKeymapDocument(state.text, joystick_, file_));
+        }
+        if (const km::Finding* finding = newFindingAt(result.path, *report, *checked)) {
+            result.ok = false;
+            result.error = finding->message;
+            return result;
+        }
+        if (!keeps(next.text, result.path)) {
+            result.ok = false;
+            result.error = "the library does not keep " + result.path + " with this value";
+            return result;
+        }
+    }
+    if (next.text != state.text) {
+        history_.record(std::move(state), group);
+        state = std::move(next);
+    } else {
+        state.ids = std::move(next.ids);
+    }
+    doc = std::move(loaded);
+    report = checked;
+    return result;
+}
+
+Poco::JSON::Array::Ptr EditorSession::triggered(const km::KeyTrigger& trigger) const {
+    Poco::JSON::Array::Ptr items = new Poco::JSON::Array();
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (!doc_) {
+        return items;
+    }
+    for (std::size_t i = 0; i < doc_->items.size(); ++i) {
+        km::ConfigItem* item = doc_->items[i];
+        if (item == nullptr || !km::TriggerFires(*item, trigger)) {
+            continue;
+        }
+        std::string role = "key";
+        for (km::KeyTrigger& own : km::KeyTriggersOf(*item)) {
+            if (own.first.Match(trigger.first)) {
+                role = own.role;
+                break;
+            }
+        }
+        Poco::JSON::Object::Ptr entry = new Poco::JSON::Object(Poco::JSON_PRESERVE_KEY_ORDER);
+        entry->set("index", static_cast<int>(i));
+        entry->set("role", role);
+        entry->set("rel_x", item->rel_work_position.x);
+        entry->set("rel_y", item->rel_work_position.y);
+        items->add(entry);
+    }
+    return items;
 }
 
 std::string EditorSession::documentText() const {
@@ -160,13 +423,48 @@ bool EditorSession::replace(const std::string& text, km::LoadDiagnostic& diagnos
     if (diagnostic.failed) {
         return false;
     }
-    std::string saved = km::SaveKeymapConfigAndInfoToText(doc.get());
-    auto report =
-        std::make_shared<const km::CheckReport>(km::CheckKeymapDocument(saved, joystick_, file_));
-    std::lock_guard<std::mutex> lock(mutex_);
-    doc_ = std::move(doc);
-    text_ = std::move(saved);
-    report_ = std::move(report);
+    std::lock_guard<std::mutex> editing(editMutex_);
+    HeldState state{km::SaveKeymapConfigAndInfoToText(doc.get()), freshIds(doc->items.size())};
+    if (doc_ && state.text != text_) {
+        history_.record({text_, ids_}, std::string());
+    }
+    commit(std::move(state), std::move(doc), nullptr);
+    return true;
+}
+
+bool EditorSession::reload(km::LoadDiagnostic& diagnostic) {
+    std::string bytes;
+    const bool exists = PathExists(file_);
+    if (exists && !ReadWholeFile(file_, bytes)) {
+        diagnostic.failed = true;
+        diagnostic.problem = km::LoadDiagnostic::Problem::Unreadable;
+        diagnostic.message = "cannot read the file";
+        return false;
+    }
+    std::unique_ptr<km::KeymapConfig> doc;
+    if (bytes.empty()) {
+        doc.reset(km::ReadKeymapDocument(km::DocumentOrigin::BuiltIn, kBlankDocument, "", joystick_,
+                                         diagnostic));
+    } else {
+        doc.reset(load(bytes, diagnostic));
+    }
+    if (diagnostic.failed) {
+        return false;
+    }
+    std::lock_guard<std::mutex> editing(editMutex_);
+    HeldState state{km::SaveKeymapConfigAndInfoToText(doc.get()), freshIds(doc->items.size())};
+    if (state.text != text_) {
+        history_.record({text_, ids_}, std::string());
+    }
+    std::vector<std::string> lost = LostOnSave(bytes, *doc);
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        fileExisted_ = exists;
+        fileBytes_ = bytes;
+        savedText_ = state.text;
+        lost_ = bytes.empty() ? std::vector<std::string>() : std::move(lost);
+    }
+    commit(std::move(state), std::move(doc), nullptr);
     return true;
 }
 

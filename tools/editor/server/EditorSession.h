@@ -15,8 +15,11 @@
 #include <string>
 #include <vector>
 
+#include <Poco/JSON/Array.h>
 #include <zuno-keymapmanager/keymapmanager.h>
 
+#include "EditHistory.h"
+#include "EditOperations.h"
 #include "SvgRenderer.h"
 
 namespace zunokeymap {
@@ -52,14 +55,48 @@ public:
     bool joystick() const { return joystick_; }
     const render::RenderOptions& renderOptions() const { return render_; }
 
+    /// What the page shows, taken at one moment.
+    struct Snapshot {
+        std::string text;       ///< the held document in the library's saved form
+        std::vector<long> ids;  ///< the session's identifiers of its items
+        std::shared_ptr<const km::CheckReport> report;
+        std::string svg;   ///< its picture, without the background image
+        long version = 0;  ///< counts the changes of the held document
+        bool unsaved = false;
+        bool canUndo = false;
+        bool canRedo = false;
+    };
+    /// The held document, its check, its picture (when `picture`) and the
+    /// state of the history.
+    Snapshot snapshot(bool picture) const;
+
+    /// Applies the edits `ops` in order (see EditOperations.h; also "undo"
+    /// and "redo"), each loaded through the library before the next: an edit
+    /// the library does not load, or whose member the check then finds out
+    /// of range, is refused and the others still apply. `client` and `seq`
+    /// number the page's requests: a request seen already (a retry after a
+    /// lost answer) is not applied again, and `repeated` says so.
+    std::vector<EditResult> edit(const Poco::JSON::Array::Ptr& ops, const std::string& client,
+                                 long seq, bool& repeated);
+
+    /// The items `trigger` fires, by the library's match rules, as
+    /// [{"index", "role", "rel_x", "rel_y"}] with the point each touches.
+    Poco::JSON::Array::Ptr triggered(const km::KeyTrigger& trigger) const;
+
     /// The held document in the library's saved form.
     std::string documentText() const;
     /// Whether the held document differs from what was opened or last saved.
     bool unsaved() const;
 
     /// Loads `text` through the library. On success it becomes the held
-    /// document; on failure `diagnostic` says why and nothing changes.
+    /// document (a step that can be undone); on failure `diagnostic` says why
+    /// and nothing changes.
     bool replace(const std::string& text, km::LoadDiagnostic& diagnostic);
+
+    /// Takes the file as it is on disk now: it becomes the held document (a
+    /// step that can be undone) and what saves compare with. False, with
+    /// `diagnostic`, when it cannot be read or does not load.
+    bool reload(km::LoadDiagnostic& diagnostic);
 
     /// The check of the held document (shared, not copied: reports of large
     /// documents are large).
@@ -93,6 +130,15 @@ public:
 
 private:
     void hold(std::unique_ptr<km::KeymapConfig> doc, std::string text);
+    /// Makes `state` the held document; `doc` is it loaded, `report` its
+    /// check when known.
+    void commit(HeldState state, std::unique_ptr<km::KeymapConfig> doc,
+                std::shared_ptr<const km::CheckReport> report);
+    /// One edit of edit(), on `state` and its loaded `doc`.
+    EditResult editOne(const Poco::JSON::Object::Ptr& op, HeldState& state,
+                       std::unique_ptr<km::KeymapConfig>& doc,
+                       std::shared_ptr<const km::CheckReport>& report);
+    std::vector<long> freshIds(std::size_t count);
     km::KeymapConfig* load(const std::string& text, km::LoadDiagnostic& diagnostic) const;
 
     const std::string file_;
@@ -101,7 +147,18 @@ private:
     Opened opened_ = Opened::Loaded;
     km::LoadDiagnostic openDiagnostic_;
 
+    std::mutex editMutex_;  ///< held by whatever changes the document, one at a time
+    EditHistory history_;
+    long nextId_ = 1;
+    std::string lastClient_;
+    long lastSeq_ = -1;
+    std::vector<EditResult> lastResults_;
+
     mutable std::mutex mutex_;
+    std::vector<long> ids_;
+    long version_ = 1;
+    bool canUndo_ = false;
+    bool canRedo_ = false;
     std::unique_ptr<km::KeymapConfig> doc_;
     std::string text_;                               ///< doc_ in the saved form
     std::shared_ptr<const km::CheckReport> report_;  ///< the check of text_

@@ -1,0 +1,52 @@
+// Snapping, aligning and recording: the geometry the page does itself.
+import { test } from 'node:test';
+import assert from 'node:assert/strict';
+import { snapOffset } from '../../tools/editor/page/snapping.js';
+import { arrange } from '../../tools/editor/page/arrange.js';
+import { insertPoint, recordedLines } from '../../tools/editor/page/macrotools.js';
+
+const size = { width: 1920, height: 1080 };
+
+test('snapping prefers controls to the grid and says where', () => {
+  const targets = [{ x: 500, y: 300, r: 28 }];
+  const cases = [
+    ['onto a centre', { x: 503, y: 700 }, 500, 'x'],
+    ['onto an edge', { x: 530, y: 705 }, 528, 'x'],
+    ['onto the grid only', { x: 1003, y: 901 }, 1000, null],
+  ];
+  for (const [name, point, wantX, guide] of cases) {
+    const s = snapOffset(point, targets, size);
+    assert.equal(point.x + s.dx, wantX, name);
+    assert.equal(s.guides.some((g) => g.axis === 'x'), guide === 'x', name);
+  }
+});
+
+test('align and distribute move markers, not what is already in line', () => {
+  const item = (x, y) => ({ icon: { rel_position: { rel_x: x, rel_y: y } } });
+  const entries = [{ id: 1, item: item(0.1, 0.5) }, { id: 2, item: item(0.3, 0.2) }, { id: 3, item: item(0.9, 0.4) }];
+  assert.deepEqual(arrange('left', entries).map((m) => [m.id, +m.dx.toFixed(3)]), [[2, -0.2], [3, -0.8]]);
+  assert.deepEqual(arrange('top', entries).map((m) => m.id), [1, 3]);
+  const spread = arrange('distribute-h', entries);
+  assert.deepEqual(spread.map((m) => [m.id, +m.dx.toFixed(3)]), [[2, 0.2]]);
+  assert.deepEqual(arrange('distribute-h', entries.slice(0, 2)), []);
+});
+
+test('a recording becomes lines with the pauses between', () => {
+  const at = (x, y) => ({ x, y });
+  const lines = recordedLines([
+    { kind: 'tap', from: at(0.5, 0.5), start: 0, end: 40 },
+    { kind: 'tap', from: at(0.5, 0.5), start: 142, end: 180 },
+    { kind: 'drag', from: at(0.1, 0.9), to: at(0.2, 0.8), start: 183, end: 400 },
+    { kind: 'text', text: 'gg', start: 900, end: 950 },
+  ], 1920, 1080);
+  assert.deepEqual(lines, ['click 960,540', 'sleep 100', 'click 960,540', 'curve 192,972 384,864', 'sleep 500', 'text "gg"']);
+});
+
+test('a picked point starts a click line or joins the line at the caret', () => {
+  const cases = [
+    ['empty script', '', 0, 'click 1,2'],
+    ['empty line', 'sleep 5\n', 8, 'sleep 5\nclick 1,2'],
+    ['on a line', 'curve 0,0\nsleep 5', 3, 'curve 0,0 1,2\nsleep 5'],
+  ];
+  for (const [name, text, caret, want] of cases) assert.equal(insertPoint(text, caret, '1,2'), want, name);
+});

@@ -1,0 +1,88 @@
+// The bind dialog: waits for one key, mouse button, wheel turn or gamepad
+// control, or a combination, and answers it as the library writes keys.
+// Escape, the Cancel button and a click beside the dialog cancel; a mouse
+// button is taken only on the dialog's own click area.
+
+import { ChordCapture, gamepadChange, mouseKey, readGamepads, wheelKey } from './keys.js';
+
+export class KeyCapture {
+  /// `keyOf(params)` asks the server for the key with its caption.
+  constructor(overlay, keyOf) {
+    this.overlay = overlay;
+    this.keyOf = keyOf;
+    this.active = false;
+  }
+
+  /// Resolves to [key, second key?] in the library's form, or null when cancelled.
+  capture(prompt, { chord = false } = {}) {
+    const overlay = this.overlay;
+    const area = overlay.querySelector('.click-area');
+    overlay.querySelector('.capture-prompt').textContent = prompt;
+    overlay.hidden = false;
+    overlay.querySelector('.capture-box').focus();
+    this.active = true;
+    return new Promise((resolve) => {
+      const chords = new ChordCapture();
+      let frame = 0;
+      let pads = readGamepads();
+      let done = false;
+      const finish = async (params) => {
+        if (done) return;
+        done = true;
+        stop();
+        if (!params) { resolve(null); return; }
+        try {
+          resolve(await Promise.all(params.slice(0, chord ? 2 : 1).map((p) => this.keyOf(p))));
+        } catch (error) {
+          resolve(null);
+        }
+      };
+      const decide = (outcome) => {
+        if (!outcome) return;
+        if (outcome.cancel) finish(null);
+        else if (outcome.keys) finish(outcome.keys);
+        else if (outcome.error) overlay.querySelector('.capture-prompt').textContent = `${prompt} (${outcome.error})`;
+      };
+      const onKeyDown = (e) => { e.preventDefault(); e.stopPropagation(); decide(chords.down(e)); };
+      const onKeyUp = (e) => { e.preventDefault(); e.stopPropagation(); decide(chords.up(e)); };
+      const onMouse = (e) => {
+        e.preventDefault();
+        if (e.target === overlay) { finish(null); return; }  // beside the dialog: cancel
+        if (!area.contains(e.target)) return;
+        const key = mouseKey(e);
+        if (key) finish([key]);
+      };
+      const onWheel = (e) => { if (area.contains(e.target)) { e.preventDefault(); finish([wheelKey(e)]); } };
+      const onMenu = (e) => e.preventDefault();
+      const onCancel = () => finish(null);
+      const poll = () => {
+        const now = readGamepads();
+        for (let i = 0; i < now.length; i++) {
+          const change = gamepadChange(pads[i], now[i]);
+          if (change) { finish([change]); return; }
+        }
+        pads = now;
+        frame = requestAnimationFrame(poll);
+      };
+      const stop = () => {
+        this.active = false;
+        overlay.hidden = true;
+        cancelAnimationFrame(frame);
+        window.removeEventListener('keydown', onKeyDown, true);
+        window.removeEventListener('keyup', onKeyUp, true);
+        overlay.removeEventListener('mousedown', onMouse);
+        overlay.removeEventListener('wheel', onWheel);
+        overlay.removeEventListener('contextmenu', onMenu);
+        overlay.querySelector('.capture-cancel').removeEventListener('click', onCancel);
+      };
+      window.addEventListener('keydown', onKeyDown, true);
+      window.addEventListener('keyup', onKeyUp, true);
+      overlay.addEventListener('mousedown', onMouse);
+      overlay.addEventListener('wheel', onWheel, { passive: false });
+      overlay.addEventListener('contextmenu', onMenu);
+      overlay.querySelector('.capture-cancel').addEventListener('click', onCancel);
+      frame = requestAnimationFrame(poll);
+    });
+  }
+}
+

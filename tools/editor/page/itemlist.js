@@ -1,0 +1,84 @@
+// The list of items beside the picture: type marker, key captions,
+// description and problems of each, filtered by the search box. Selecting an
+// entry selects the item, however it is hidden or covered on the picture.
+
+import { keyCaptions, matchingItems, problemsOf } from './store.js';
+
+function element(tag, attributes = {}, ...children) {
+  const node = document.createElement(tag);
+  for (const [name, value] of Object.entries(attributes)) {
+    if (value === undefined || value === null || value === false) continue;
+    if (name === 'text') node.textContent = value;
+    else node.setAttribute(name, value === true ? '' : value);
+  }
+  node.append(...children);
+  return node;
+}
+
+export class ItemList {
+  /// `handlers`: select(ids, {add, range}), toggleHidden(id).
+  constructor(list, handlers) {
+    this.list = list;
+    this.handlers = handlers;
+    this.rows = new Map();
+    list.addEventListener('keydown', (e) => this.key(e));
+  }
+
+  render(state, colours) {
+    const shown = matchingItems(state, state.search);
+    const signature = JSON.stringify([state.version, state.search, state.selected, state.hidden, shown.length]);
+    if (signature === this.signature) return;
+    this.signature = signature;
+    const focusedId = document.activeElement && this.list.contains(document.activeElement)
+      ? Number(document.activeElement.closest('li').dataset.itemId) : null;
+    const rows = shown.map(({ item, index, id }) => this.row(state, item, index, id, colours));
+    this.list.replaceChildren(...rows);
+    if (rows.length === 0) this.list.append(element('li', { class: 'empty', text: 'No items' }));
+    if (focusedId !== null) {
+      const again = this.list.querySelector(`li[data-item-id="${focusedId}"]`);
+      if (again) again.focus();
+    }
+  }
+
+  row(state, item, index, id, colours) {
+    const problems = problemsOf(state.report, index);
+    const selected = state.selected.includes(id);
+    const hidden = state.hidden.includes(id);
+    const keys = keyCaptions(item) || 'no key';
+    const description = (item.icon && item.icon.description) || '';
+    const li = element('li', { role: 'option', tabindex: selected || (!state.selected.length && index === 0) ? 0 : -1,
+      'aria-selected': selected ? 'true' : 'false', 'data-item-id': id, 'data-item-index': index,
+      class: `${hidden ? 'hidden ' : ''}${problems.length ? 'has-problems' : ''}`,
+      'aria-label': `${item.type} ${keys}${description ? `, ${description}` : ''}${problems.length ? `, ${problems.length} problems` : ''}` },
+    element('span', { class: 'swatch', style: `background:${colours[item.type] || '#fff'}`, 'aria-hidden': 'true' }),
+    element('span', { class: 'caption', text: keys }),
+    element('span', { class: 'type', text: item.type }),
+    element('span', { class: 'description', text: description }),
+    problems.length ? element('span', { class: 'problems', text: `⚠ ${problems.length}`, title: problems.map((p) => p.message).join('\n') }) : '');
+    const eye = element('button', { type: 'button', class: 'eye', 'aria-pressed': hidden ? 'false' : 'true',
+      'aria-label': `${hidden ? 'Show' : 'Hide'} ${item.type} ${keys}`, text: hidden ? '◌' : '●', tabindex: -1 });
+    eye.addEventListener('click', (e) => { e.stopPropagation(); this.handlers.toggleHidden(id); });
+    li.append(eye);
+    li.addEventListener('click', (e) => this.handlers.select(id, { add: e.ctrlKey || e.metaKey, range: e.shiftKey }));
+    return li;
+  }
+
+  key(e) {
+    const li = e.target.closest('li[data-item-id]');
+    if (!li) return;
+    const id = Number(li.dataset.itemId);
+    if (e.key === 'ArrowDown' || e.key === 'ArrowUp') {
+      e.preventDefault();
+      const next = e.key === 'ArrowDown' ? li.nextElementSibling : li.previousElementSibling;
+      if (next && next.dataset.itemId) {
+        next.focus();
+        this.handlers.select(Number(next.dataset.itemId), { add: false, range: e.shiftKey });
+      }
+    } else if (e.key === ' ' || e.key === 'Enter') {
+      e.preventDefault();
+      this.handlers.select(id, { add: e.ctrlKey || e.metaKey, range: e.shiftKey });
+    } else if (e.key.toLowerCase() === 'h' && !e.ctrlKey) {
+      this.handlers.toggleHidden(id);
+    }
+  }
+}
