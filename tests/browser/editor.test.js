@@ -65,8 +65,18 @@ async function open(page, file, { extra = [], env = {} } = {}) {
 
 const settled = (page) => page.evaluate(() => window.editorIdle());
 
+// The box of what `locator` finds, asked again while an answer redraws it.
+async function boxOf(locator) {
+  for (let attempt = 0; attempt < 50; attempt++) {
+    const box = await locator.boundingBox({ timeout: 2000 }).catch(() => null);
+    if (box) return box;
+    await new Promise((resolve) => setTimeout(resolve, 20));
+  }
+  throw new Error(`nothing shown for ${locator}`);
+}
+
 async function centreOf(locator) {
-  const box = await locator.boundingBox();
+  const box = await boxOf(locator);
   return { x: box.x + box.width / 2, y: box.y + box.height / 2 };
 }
 
@@ -88,13 +98,16 @@ async function shoot(page, name) {
   if (process.env.ZUNO_UPDATE_SCREENSHOT) fs.copyFileSync(shot, path.join(source, 'docs/images', name));
 }
 
-// The screen on the picture: its rectangle, or the whole picture where it has none.
-const screenOf = async (page) => ((await page.locator('#picture rect.screen').count())
-  ? page.locator('#picture rect.screen').first() : page.locator('#picture svg'));
+// The screen on the picture (its rectangle, or the whole picture where it has
+// none), asked again while an answer replaces the picture under the question.
+async function screenBox(page) {
+  const rect = page.locator('#picture rect.screen').first();
+  return boxOf((await rect.count()) ? rect : page.locator('#picture'));
+}
 
 // Where the picture shows the screen point (x, y), fractions of the screen.
 async function screenPoint(page, x, y) {
-  const box = await (await screenOf(page)).boundingBox();
+  const box = await screenBox(page);
   return { x: box.x + x * box.width, y: box.y + y * box.height };
 }
 
@@ -316,9 +329,10 @@ test('the four-item shooter keymap, built by drag, handles, binding and recordin
   const file = path.join(work, 'shooter.json');
   await open(page, file);
   const place = async (type, x, y) => {
-    const screen = await screenOf(page);
-    const box = await screen.boundingBox();
-    await page.getByRole('button', { name: `Add ${type}`, exact: true }).dragTo(screen, { targetPosition: { x: box.width * x, y: box.height * y } });
+    const host = page.locator('#picture');
+    const [at, box] = [await screenPoint(page, x, y), await host.boundingBox()];
+    await page.getByRole('button', { name: `Add ${type}`, exact: true }).dragTo(host,
+      { targetPosition: { x: at.x - box.x, y: at.y - box.y } });
     await settled(page);
   };
   const bindWith = async (...presses) => {
@@ -412,6 +426,7 @@ test('saving over a file changed on disk asks, in words, to overwrite or reload'
   await page.getByRole('button', { name: 'Undo' }).click();
   await settled(page);
   await page.getByRole('button', { name: 'Save' }).click();
+  await expect(page.locator('#status')).toContainText('Saved');
   await expect(page.locator('#conflict')).toBeHidden();
   expect(readDoc(file).keymaps[0].icon.description).not.toBe('changed elsewhere');
 });

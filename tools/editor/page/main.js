@@ -71,7 +71,7 @@ const picture = new Picture($('picture'), $('stage'), {
     for (const id of ids) send(op.move(id, dx, dy, group));
   },
   movePoint: (id, member, point, dx, dy) => send({ ...op.move(id, dx, dy, gestures.next('handle')), member, point }),
-  setValue: (id, member, value) => send(op.set(id, member, value)),
+  setValue: (id, member, value, group) => send(op.set(id, member, value, group)),
   press: (p) => macro.press(p),
   bind: (id) => bindItem(id),
   changed: () => store.changed(),
@@ -234,7 +234,13 @@ async function bindMembers(id, members, lead = '') {
   for (const step of bindingSteps(members)) {
     const keys = await capture.capture(lead + step.prompt, { chord: step.members.length > 1 });
     if (!keys) return;  // cancelled: what is bound so far stays
-    step.members.forEach((member, k) => send(op.set(id, member, keys[k] || unset, group)));
+    const state = store.get();
+    const item = state.doc.keymaps[indexOf(state, id)] || {};
+    step.members.forEach((member, k) => {
+      // A single key for a combination's step clears the second key, if there is one.
+      const present = member.split('.').reduce((at, name) => (at ? at[name] : undefined), item);
+      if (keys[k] || (present && present.device)) send(op.set(id, member, keys[k] || unset, group));
+    });
     lead = '';
   }
 }

@@ -296,9 +296,10 @@ export class Panel {
   pointField(f, member) {
     const inputs = ['rel_x', 'rel_y'].map((axis) => {
       const input = element('input', { type: 'number', step: 'any', 'aria-label': `${labelOf(f.name, f.node)} ${axis.slice(4)}` });
+      // One coordinate at a time: the other may be moving meanwhile.
       input.addEventListener('change', () => {
-        const point = { ...(this.current(member) || {}), [axis]: Number(input.value) };
-        this.handlers.change(member, point, this.target);
+        const value = Number(input.value);
+        this.handlers.change(`${member}.${axis}`, input.value.trim() === '' || !Number.isFinite(value) ? input.value : value, this.target);
       });
       return input;
     });
@@ -308,8 +309,6 @@ export class Panel {
     const box = element('div', { class: 'point', role: 'group' }, ...inputs);
     return this.row(member, f, box);
   }
-
-  current(member) { return this.values ? this.valueAt(this.values, member) : undefined; }
 
   keyField(f, member) {
     const shown = element('output', { text: keyCaption(f.value) });

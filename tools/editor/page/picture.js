@@ -336,13 +336,11 @@ export class Picture {
     } else if (h.classList.contains('handle-area')) {
       const sx = Number(h.dataset.sx);
       const sy = Number(h.dataset.sy);
-      const area = valueAt(this.state.doc.keymaps[this.state.ids.indexOf(drag.id)], member) || {};
+      // An edge changes one side only; a corner both, as one step.
+      const group = `area-${Date.now()}`;
       const round = (v) => Math.round(Math.min(Math.max(v, 0.01), 2) * 1e4) / 1e4;
-      const value = {
-        rel_width: sx ? round(Math.abs(drag.x0 + dx - Number(h.dataset.cx)) * 2 / W) : area.rel_width,
-        rel_height: sy ? round(Math.abs(drag.y0 + dy - Number(h.dataset.cy)) * 2 / H) : area.rel_height,
-      };
-      this.handlers.setValue(drag.id, member, value);
+      if (sx) this.handlers.setValue(drag.id, `${member}.rel_width`, round(Math.abs(drag.x0 + dx - Number(h.dataset.cx)) * 2 / W), group);
+      if (sy) this.handlers.setValue(drag.id, `${member}.rel_height`, round(Math.abs(drag.y0 + dy - Number(h.dataset.cy)) * 2 / H), group);
     } else {
       this.handlers.movePoint(drag.id, member, Number(h.dataset.point || 0), dx / W, dy / H);
     }

@@ -362,7 +362,9 @@ EditResult EditorSession::editOne(const Poco::JSON::Object::Ptr& op, HeldState& 
             result.error = finding->message;
             return result;
         }
-        if (!keeps(next.text, result.path)) {
+        // A member set to what the library leaves out (an unset second key)
+        // is a change; one it leaves out although it was not there is not.
+        if (next.text == state.text && !keeps(next.text, result.path)) {
             result.ok = false;
             result.error = "the library does not keep " + result.path + " with this value";
             return result;
