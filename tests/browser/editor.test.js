@@ -30,8 +30,9 @@ test.afterEach(() => {
 });
 
 function startEditor(file, extra = [], env = {}) {
+  // Recovery files of other runs stay out of the way: a data folder of its own.
   const child = spawn(tool, ['edit', '--no-browser', ...extra, file],
-    { cwd: os.tmpdir(), env: { ...process.env, ...env } });
+    { cwd: os.tmpdir(), env: { ...process.env, XDG_DATA_HOME: work, ...env } });
   running.push(child);
   const lines = readline.createInterface({ input: child.stdout });
   const url = new Promise((resolve, reject) => {
@@ -365,9 +366,10 @@ test('the four-item shooter keymap, built by drag, handles, binding and recordin
   await page.mouse.click(centre.x, centre.y);
   await page.waitForTimeout(100);
   await page.mouse.click(centre.x, centre.y);
-  await shoot(page, 'editor-recorder.png');
   await page.getByRole('button', { name: 'Stop' }).click();
   await settled(page);
+  await page.locator('#panel textarea[name="press_actions"]').scrollIntoViewIfNeeded();
+  await shoot(page, 'editor-recorder.png');
   await save(page);
   const doc = readDoc(file);
   expect(doc.keymaps.map((k) => k.type)).toEqual(['Swipehold', 'Fire', 'Spell', 'Macro']);

@@ -10,11 +10,13 @@ test('key captions of every kind of item', () => {
   const cases = [
     ['single', { key: key('Q') }, 'Q'],
     ['combination', { key: key('G'), second_key: key('Ctrl') }, 'G+Ctrl'],
-    ['direction pad', { key: unset, top_key: key('W'), right_key: key('D'), bottom_key: key('S'), left_key: key('A') }, 'W D S A'],
+    ['direction pad', { key: unset, bottom_key: key('S'), left_key: key('A'), right_key: key('D'), top_key: key('W') }, 'S A D W'],
     ['pair', { key: unset, positive_key: { key: key('E') }, negative_key: { key: key('R'), second_key: key('Alt') } }, 'E R+Alt'],
     ['nothing bound', { key: unset }, ''],
   ];
   for (const [name, item, want] of cases) assert.equal(keyCaptions(item), want, name);
+  const pad = cases[2][1];
+  assert.equal(keyCaptions(pad, ['top_key', 'right_key', 'bottom_key', 'left_key']), 'W D S A', 'in the order bound');
 });
 
 test('updates are merged and drawn once per frame', () => {

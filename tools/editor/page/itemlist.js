@@ -24,14 +24,14 @@ export class ItemList {
     list.addEventListener('keydown', (e) => this.key(e));
   }
 
-  render(state, colours) {
+  render(state, colours, keyMembers = {}) {
     const shown = matchingItems(state, state.search);
     const signature = JSON.stringify([state.version, state.search, state.selected, state.hidden, shown.length]);
     if (signature === this.signature) return;
     this.signature = signature;
     const focusedId = document.activeElement && this.list.contains(document.activeElement)
       ? Number(document.activeElement.closest('li').dataset.itemId) : null;
-    const rows = shown.map(({ item, index, id }) => this.row(state, item, index, id, colours));
+    const rows = shown.map(({ item, index, id }) => this.row(state, item, index, id, colours, keyMembers[item.type]));
     this.list.replaceChildren(...rows);
     if (rows.length === 0) this.list.append(element('li', { class: 'empty', text: 'No items' }));
     if (focusedId !== null) {
@@ -40,18 +40,18 @@ export class ItemList {
     }
   }
 
-  row(state, item, index, id, colours) {
+  row(state, item, index, id, colours, members) {
     const problems = problemsOf(state.report, index);
     const selected = state.selected.includes(id);
     const hidden = state.hidden.includes(id);
-    const keys = keyCaptions(item) || 'no key';
+    const keys = keyCaptions(item, members) || 'no key';
     const description = (item.icon && item.icon.description) || '';
     const li = element('li', { role: 'option', tabindex: selected || (!state.selected.length && index === 0) ? 0 : -1,
       'aria-selected': selected ? 'true' : 'false', 'data-item-id': id, 'data-item-index': index,
       class: `${hidden ? 'hidden ' : ''}${problems.length ? 'has-problems' : ''}`,
       'aria-label': `${item.type} ${keys}${description ? `, ${description}` : ''}${problems.length ? `, ${problems.length} problems` : ''}` },
     element('span', { class: 'swatch', style: `background:${colours[item.type] || '#fff'}`, 'aria-hidden': 'true' }),
-    element('span', { class: 'caption', text: keys }),
+    element('span', { class: 'caption', text: keys, title: keys }),
     element('span', { class: 'type', text: item.type }),
     element('span', { class: 'description', text: description }),
     problems.length ? element('span', { class: 'problems', text: `⚠ ${problems.length}`, title: problems.map((p) => p.message).join('\n') }) : '');

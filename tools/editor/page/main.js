@@ -128,7 +128,7 @@ function render(state) {
       key: `${focus.id}:${focus.item.type}`, target: focus.id, heading: `${focus.item.type} — keymaps[${focus.index}]`,
       prefix: `keymaps[${focus.index}]`, errors: state.errors, keyMembers: shapes.keys[focus.item.type] || [] });
   } else itemPanel.clear();
-  list.render(state, colours);
+  list.render(state, colours, shapes.keys);
   renderProblems(state);
   const { canUndo, canRedo } = undoState(state, unanswered);
   $('undo').disabled = !canUndo || state.mode === 'test';
@@ -151,6 +151,9 @@ function render(state) {
   $('stop').disabled = state.mode !== 'record' && state.mode !== 'pick';
   $('document-settings').setAttribute('aria-pressed', String(!!state.showSettings));
   $('picture').dataset.mode = state.mode;
+  const badge = { test: 'Testing keys', record: '● Recording', pick: 'Picking a point' }[state.mode];
+  $('mode-badge').hidden = !badge;
+  $('mode-badge').textContent = badge || '';
   for (const id of ['palette', 'panel', 'settings']) $(id).inert = state.mode === 'test';
   $('zoom-level').textContent = `${Math.round(state.zoom * 100)}%`;
 }
@@ -185,7 +188,8 @@ function renderProblems(state) {
 // ---- actions ---------------------------------------------------------------
 
 async function addItem(type, at) {
-  const result = await send(op.add(type, at));
+  const round = (v) => Math.round(Math.min(Math.max(v, 0), 1) * 1e4) / 1e4;
+  const result = await send(op.add(type, at && { rel_x: round(at.rel_x), rel_y: round(at.rel_y) }));
   if (result.ok) {
     store.update({ selected: [result.item], showSettings: false });
     if (result.unbound && result.unbound.length) bindMembers(result.item, result.unbound, 'Its usual keys are taken: ');

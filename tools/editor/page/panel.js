@@ -348,6 +348,7 @@ export class Panel {
       if (area.value !== text) { area.value = text; refresh(); }
     });
     const row = this.row(member, f, area);
+    row.classList.add('wide');
     const box = element('div', { class: 'macro' });
     area.replaceWith(box);
     box.append(area, steps);

@@ -107,19 +107,18 @@ export function matchingItems(state, text) {
 const isKey = (v) => v && typeof v === 'object' && 'device' in v && 'scan_code' in v;
 const caption = (key) => (key && key.device ? key.text || `${key.device} ${key.scan_code}` : '');
 
-/// The captions of every key an item holds, a key and its "second_key" as one
-/// combination ("W A S D", "G+Ctrl").
-export function keyCaptions(object) {
-  const parts = [];
-  for (const [name, value] of Object.entries(object || {})) {
-    if (name === 'second_key') continue;
-    if (isKey(value)) {
-      parts.push([caption(value), name === 'key' ? caption(object.second_key) : ''].filter(Boolean).join('+'));
-    } else if (value && typeof value === 'object' && isKey(value.key)) {
-      parts.push(keyCaptions(value));
-    }
-  }
-  return parts.filter(Boolean).join(' ');
+/// The captions of the keys that fire an item, in the order of `members` (its
+/// key members, "key", "top_key", "positive_key.key"...; every key it holds
+/// when not given), a key and its second key as one combination ("G+Ctrl").
+export function keyCaptions(object, members) {
+  const at = (path) => path.split('.').reduce((v, name) => (v ? v[name] : undefined), object);
+  const paths = members || Object.entries(object || {}).flatMap(([name, value]) =>
+    (isKey(value) ? [name] : value && typeof value === 'object' && isKey(value.key) ? [`${name}.key`, `${name}.second_key`] : []));
+  const seconds = new Set(paths.filter((p) => p.endsWith('second_key')));
+  return paths.filter((p) => !seconds.has(p)).map((p) => {
+    const second = p === 'key' ? 'second_key' : p.replace(/key$/, 'second_key');
+    return [caption(at(p)), p !== second && (seconds.has(second) || !members) ? caption(at(second)) : ''].filter(Boolean).join('+');
+  }).filter(Boolean).join(' ');
 }
 
 function itemWords(item) {

@@ -32,7 +32,11 @@ export class TestMode {
     const asked = this.asked = (this.asked || 0) + 1;
     let items = [];
     try { items = await this.api.trigger(keys); } catch (error) { items = []; }
-    if (asked === this.asked && this.on()) this.store.update({ triggered: items });
+    if (asked !== this.asked || !this.on()) return;
+    const { doc } = this.store.get();
+    const named = items.map((t) => `${doc.keymaps[t.index].type} ${t.index}${t.role === 'key' ? '' : ` (${t.role})`}`);
+    this.store.update({ triggered: items,
+      status: named.length ? `Fires ${named.join(', ')}` : 'Nothing fires on this key' });
   }
 
   key(e, down) {
