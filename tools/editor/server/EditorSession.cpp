@@ -158,12 +158,16 @@ std::vector<long> EditorSession::freshIds(std::size_t count) {
 
 void EditorSession::commit(HeldState state, std::unique_ptr<km::KeymapConfig> doc,
                            std::shared_ptr<const km::CheckReport> report) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    doc_ = std::move(doc);
+    commitLocked(std::move(state), std::move(report));
+}
+
+void EditorSession::commitLocked(HeldState state, std::shared_ptr<const km::CheckReport> report) {
     if (!report) {
         report = std::make_shared<const km::CheckReport>(
             km::CheckKeymapDocument(state.text, joystick_, file_));
     }
-    std::lock_guard<std::mutex> lock(mutex_);
-    doc_ = std::move(doc);
     text_ = std::move(state.text);
     ids_ = std::move(state.ids);
     report_ = std::move(report);
@@ -269,30 +273,23 @@ std::vector<EditResult> EditorSession::edit(const Poco::JSON::Array::Ptr& ops,
         return seq == lastSeq_ ? lastResults_ : std::vector<EditResult>();
     }
     std::vector<EditResult> results;
+    // The batch works on the held document itself: readers wait for it, and
+    // see the document as it was before or after, never between.
+    std::lock_guard<std::mutex> lock(mutex_);
     if (!doc_) {
         return results;
     }
-    HeldState state;
-    std::unique_ptr<km::KeymapConfig> doc;
-    std::shared_ptr<const km::CheckReport> report;
-    {
-        std::lock_guard<std::mutex> lock(mutex_);
-        state = {text_, ids_};
-        report = report_;
-    }
+    HeldState state{text_, ids_};
+    std::shared_ptr<const km::CheckReport> report = report_;
     bool changed = false;
     for (std::size_t i = 0; i < ops->size(); ++i) {
         const Poco::JSON::Object::Ptr op = ops->getObject(static_cast<unsigned>(i));
         const std::string before = state.text;
-        results.push_back(editOne(op, state, doc, report));
-        changed = changed || state.text != before;
+        results.push_back(editOne(op, state, report));
+        changed = changed || state.text != before || state.ids != ids_;
     }
     if (changed) {
-        if (!doc) {
-            km::LoadDiagnostic diagnostic;
-            doc.reset(load(state.text, diagnostic));
-        }
-        commit(std::move(state), std::move(doc), report);
+        commitLocked(std::move(state), report);
     }
     lastClient_ = client;
     lastSeq_ = seq;
@@ -300,38 +297,150 @@ std::vector<EditResult> EditorSession::edit(const Poco::JSON::Array::Ptr& ops,
     return results;
 }
 
+namespace {
+
+// The single item an edit changes, when it changes nothing else: a move, or a
+// member of one item set or removed. Its index in `ids`, else -1.
+int soleItem(const Poco::JSON::Object::Ptr& op, const std::string& name,
+             const std::vector<long>& ids) {
+    if ((name != "move" && name != "set" && name != "remove") || !op->has("item") ||
+        !op->get("item").isNumeric()) {
+        return -1;
+    }
+    const double id = op->get("item").convert<double>();
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        if (static_cast<double>(ids[i]) == id) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+Poco::JSON::Object::Ptr parsedObject(const std::string& text) {
+    Poco::JSON::Parser parser;
+    return parser.parse(text).extract<Poco::JSON::Object::Ptr>();
+}
+
+}  // namespace
+
+bool EditorSession::editItem(const Poco::JSON::Object::Ptr& op, int index, HeldState& state,
+                             EditResult& result, std::shared_ptr<const km::CheckReport>& report) {
+    // The item alone, through the library's writer and reader: a whole
+    // document is neither parsed nor loaded for it.
+    km::ConfigItem*& held = doc_->items[static_cast<std::size_t>(index)];
+    if (held == nullptr) {
+        return false;
+    }
+    std::ostringstream itemText;
+    Poco::JSON::Stringifier::stringify(held->ConvertToJsonObject(), itemText);
+    EditTarget target;
+    target.root = new Poco::JSON::Object();
+    Poco::JSON::Array::Ptr items = new Poco::JSON::Array();
+    items->add(parsedObject(itemText.str()));
+    target.root->set("keymaps", items);
+    std::vector<long> ids{state.ids[static_cast<std::size_t>(index)]};
+    target.ids = &ids;
+    target.nextId = &nextId_;
+    target.loaded = doc_.get();
+    if (!ApplyOperation(op, target, result)) {
+        return true;
+    }
+    std::unique_ptr<km::ConfigItem> edited;
+    try {
+        edited.reset(km::ConfigFactory::ProduceConfigItem(items->getObject(0)));
+    } catch (const Poco::Exception&) {
+        return false;  // refused: the whole document's load says why, and where
+    }
+    if (!edited) {
+        return false;
+    }
+    const std::string prefix = "keymaps[0]";
+    if (result.path.compare(0, prefix.size(), prefix) == 0) {
+        result.path = "keymaps[" + std::to_string(index) + "]" + result.path.substr(prefix.size());
+    }
+    result.index = index;
+    std::unique_ptr<km::ConfigItem> previous(held);
+    held = edited.release();
+    HeldState next{km::SaveKeymapConfigAndInfoToText(doc_.get()), state.ids};
+    if (!acceptSet(op, result, state, next, report)) {
+        delete held;
+        held = previous.release();
+        return true;
+    }
+    keep(op, state, std::move(next));
+    return true;
+}
+
+void EditorSession::keep(const Poco::JSON::Object::Ptr& op, HeldState& state, HeldState next) {
+    if (next.text != state.text) {
+        history_.record(std::move(state), op->optValue<std::string>("group", std::string()));
+        state = std::move(next);
+    } else {
+        state.ids = std::move(next.ids);
+    }
+}
+
+bool EditorSession::acceptSet(const Poco::JSON::Object::Ptr& op, EditResult& result,
+                              const HeldState& state, const HeldState& next,
+                              std::shared_ptr<const km::CheckReport>& report) {
+    checked_.reset();
+    if (OperationName(op) != "set") {
+        return true;
+    }
+    auto checked = std::make_shared<const km::CheckReport>(
+        km::CheckKeymapDocument(next.text, joystick_, file_));
+    if (!report) {
+        report = std::make_shared<const km::CheckReport>(
+            km::CheckKeymapDocument(state.text, joystick_, file_));
+    }
+    if (const km::Finding* finding = newFindingAt(result.path, *report, *checked)) {
+        result.ok = false;
+        result.error = finding->message;
+        return false;
+    }
+    // A member set to what the library leaves out (an unset second key) is a
+    // change; one it leaves out although it was not there is not.
+    if (next.text == state.text && !keeps(next.text, result.path)) {
+        result.ok = false;
+        result.error = "the library does not keep " + result.path + " with this value";
+        return false;
+    }
+    checked_ = std::move(checked);
+    return true;
+}
+
 EditResult EditorSession::editOne(const Poco::JSON::Object::Ptr& op, HeldState& state,
-                                  std::unique_ptr<km::KeymapConfig>& doc,
                                   std::shared_ptr<const km::CheckReport>& report) {
     EditResult result;
     const std::string name = OperationName(op);
-    const std::string group =
-        op.isNull() ? std::string() : op->optValue<std::string>("group", std::string());
     if (name == "undo" || name == "redo") {
         result.ok = name == "undo" ? history_.undo(state) : history_.redo(state);
         if (!result.ok) {
             result.error = "nothing to " + name;
+            return result;
         }
-        doc.reset();
+        km::LoadDiagnostic ignored;
+        doc_.reset(load(state.text, ignored));
         report.reset();
         return result;
     }
-    if (!doc) {
-        km::LoadDiagnostic ignored;
-        doc.reset(load(state.text, ignored));
+    const int index = soleItem(op, name, state.ids);
+    if (index >= 0 && editItem(op, index, state, result, report)) {
+        report = result.ok ? checked_ : report;
+        return result;
     }
+    result = EditResult();
     HeldState next{std::string(), state.ids};
     EditTarget target;
     try {
-        Poco::JSON::Parser parser;
-        target.root = parser.parse(state.text).extract<Poco::JSON::Object::Ptr>();
+        target.root = parsedObject(state.text);
     } catch (const Poco::Exception& e) {
         result.error = "the held document does not parse: " + e.displayText();
         return result;
     }
     target.ids = &next.ids;
     target.nextId = &nextId_;
-    target.loaded = doc.get();
+    target.loaded = doc_.get();
     if (!ApplyOperation(op, target, result)) {
         return result;
     }
@@ -349,35 +458,12 @@ EditResult EditorSession::editOne(const Poco::JSON::Object::Ptr& op, HeldState& 
         return result;
     }
     next.text = km::SaveKeymapConfigAndInfoToText(loaded.get());
-    std::shared_ptr<const km::CheckReport> checked;
-    if (name == "set") {
-        checked = std::make_shared<const km::CheckReport>(
-            km::CheckKeymapDocument(next.text, joystick_, file_));
-        if (!report) {
-            report = std::make_shared<const km::CheckReport>(
-                km::CheckKeymapDocument(state.text, joystick_, file_));
-        }
-        if (const km::Finding* finding = newFindingAt(result.path, *report, *checked)) {
-            result.ok = false;
-            result.error = finding->message;
-            return result;
-        }
-        // A member set to what the library leaves out (an unset second key)
-        // is a change; one it leaves out although it was not there is not.
-        if (next.text == state.text && !keeps(next.text, result.path)) {
-            result.ok = false;
-            result.error = "the library does not keep " + result.path + " with this value";
-            return result;
-        }
+    if (!acceptSet(op, result, state, next, report)) {
+        return result;
     }
-    if (next.text != state.text) {
-        history_.record(std::move(state), group);
-        state = std::move(next);
-    } else {
-        state.ids = std::move(next.ids);
-    }
-    doc = std::move(loaded);
-    report = checked;
+    keep(op, state, std::move(next));
+    doc_ = std::move(loaded);
+    report = checked_;
     return result;
 }
 

@@ -134,10 +134,23 @@ private:
     /// check when known.
     void commit(HeldState state, std::unique_ptr<km::KeymapConfig> doc,
                 std::shared_ptr<const km::CheckReport> report);
-    /// One edit of edit(), on `state` and its loaded `doc`.
+    /// commit() of the document doc_ already holds, with mutex_ held.
+    void commitLocked(HeldState state, std::shared_ptr<const km::CheckReport> report);
+    /// One edit of edit(), on `state` and doc_ (which it changes only when
+    /// the edit is taken); `report` is the check of `state` when known.
     EditResult editOne(const Poco::JSON::Object::Ptr& op, HeldState& state,
-                       std::unique_ptr<km::KeymapConfig>& doc,
                        std::shared_ptr<const km::CheckReport>& report);
+    /// editOne() for an edit of item `index` alone; false when the whole
+    /// document must be loaded to apply it or to say why it is refused.
+    bool editItem(const Poco::JSON::Object::Ptr& op, int index, HeldState& state,
+                  EditResult& result, std::shared_ptr<const km::CheckReport>& report);
+    /// Whether a "set" leaves its member within what the check accepts and
+    /// the library keeps; its check is then left in checked_. `report` is
+    /// the check of `state`, made here when not known.
+    bool acceptSet(const Poco::JSON::Object::Ptr& op, EditResult& result, const HeldState& state,
+                   const HeldState& next, std::shared_ptr<const km::CheckReport>& report);
+    /// Makes `next` the state, recording `state` in the history when it differs.
+    void keep(const Poco::JSON::Object::Ptr& op, HeldState& state, HeldState next);
     std::vector<long> freshIds(std::size_t count);
     km::KeymapConfig* load(const std::string& text, km::LoadDiagnostic& diagnostic) const;
 
@@ -153,6 +166,7 @@ private:
     std::string lastClient_;
     long lastSeq_ = -1;
     std::vector<EditResult> lastResults_;
+    std::shared_ptr<const km::CheckReport> checked_;  ///< the check acceptSet() made
 
     mutable std::mutex mutex_;
     std::vector<long> ids_;

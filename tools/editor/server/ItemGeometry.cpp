@@ -170,7 +170,7 @@ std::string movePointText(const std::string& text, double dx, double dy) {
     return out;
 }
 
-void setPoint(Object::Ptr item, const char* member, double x, double y) {
+void setPoint(const Object::Ptr& item, const char* member, double x, double y) {
     Object::Ptr point = objectAt(item, member);
     if (point.isNull()) {
         return;
@@ -224,7 +224,7 @@ std::pair<double, double> freeSpot(const km::KeymapConfig& doc) {
 
 // A length that is zero (nothing to drag) or as large as the screen gets a
 // size people start from.
-void sensibleLength(Object::Ptr item, const char* member, double value) {
+void sensibleLength(const Object::Ptr& item, const char* member, double value) {
     const std::string path(member);
     const std::size_t dot = path.rfind('.');
     Object::Ptr parent = dot == std::string::npos ? item : objectAt(item, path.substr(0, dot));
@@ -258,7 +258,7 @@ const Object::Ptr& unsetKey() {
     return key;
 }
 
-void setMember(Object::Ptr item, const std::string& path, const Object::Ptr& value) {
+void setMember(const Object::Ptr& item, const std::string& path, const Object::Ptr& value) {
     const std::size_t dot = path.rfind('.');
     Object::Ptr parent = dot == std::string::npos ? item : objectAt(item, path.substr(0, dot));
     if (!parent.isNull()) {
@@ -427,7 +427,8 @@ bool MovePointBy(Object::Ptr item, const std::string& member, int point, double 
     return true;
 }
 
-std::vector<std::string> UnsetTakenKeys(Object::Ptr item, const km::KeymapConfig& doc, int skip) {
+std::vector<std::string> UnsetTakenKeys(const Object::Ptr& item, const km::KeymapConfig& doc,
+                                        int skip) {
     std::vector<std::string> unset;
     std::unique_ptr<km::ConfigItem> fresh;
     try {

@@ -78,8 +78,8 @@ std::vector<std::string> FitFreshItem(Poco::JSON::Object::Ptr item, const km::Ke
 
 /// Unsets every key of `item` (its JSON object) that an item of `doc` other
 /// than `skip` (an index, or -1) already fires on; returns their members.
-std::vector<std::string> UnsetTakenKeys(Poco::JSON::Object::Ptr item, const km::KeymapConfig& doc,
-                                        int skip = -1);
+std::vector<std::string> UnsetTakenKeys(const Poco::JSON::Object::Ptr& item,
+                                        const km::KeymapConfig& doc, int skip = -1);
 
 }  // namespace editor
 }  // namespace zunokeymap
