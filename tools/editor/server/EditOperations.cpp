@@ -66,6 +66,20 @@ Object::Ptr deepCopy(const Object::Ptr& object) {
     return parser.parse(text.str()).extract<Object::Ptr>();
 }
 
+// An item object through the library's reader and back through its writer.
+std::unique_ptr<km::ConfigItem> itemOf(const Object::Ptr& object) {
+    std::unique_ptr<km::ConfigItem> item(km::ConfigFactory::ProduceConfigItem(object));
+    if (!item) {
+        throw Poco::InvalidArgumentException("the library does not know this item's type");
+    }
+    return item;
+}
+
+// Through text, so that nested objects are handles like those of a parsed document.
+Object::Ptr jsonOf(const km::ConfigItem& item) {
+    return deepCopy(new Object(item.ConvertToJsonObject()));
+}
+
 std::string itemPath(std::size_t index) {
     return "keymaps[" + std::to_string(index) + "]";
 }
@@ -165,19 +179,21 @@ private:
             std::abs(dy) > 2) {
             return fail(result_, "a move needs dx and dy, fractions of the screen");
         }
-        const Object::Ptr item = items_->getObject(static_cast<unsigned>(index));
+        std::unique_ptr<km::ConfigItem> item =
+            itemOf(items_->getObject(static_cast<unsigned>(index)));
         result_.path = itemPath(index);
         if (op_->has("member")) {
             const std::string member = op_->optValue<std::string>("member", std::string());
             double point = 0;
             readNumber(op_, "point", point);
-            if (!MovePointBy(item, member, static_cast<int>(point), dx, dy)) {
+            if (!MovePointBy(*item, member, static_cast<int>(point), dx, dy)) {
                 return fail(result_, "the item has no point '" + member + "'");
             }
             result_.path += "." + member;
         } else {
-            MoveItemBy(item, dx, dy);
+            km::MoveItem(*item, dx, dy);
         }
+        items_->set(static_cast<unsigned>(index), jsonOf(*item));
         result_.ok = true;
         return true;
     }
@@ -198,8 +214,6 @@ private:
         if (!fresh || type == "Unknown") {
             return fail(result_, "no item type '" + type + "'");
         }
-        // Through text, so that nested objects are handles like those of a parsed document.
-        Object::Ptr item = deepCopy(new Object(fresh->ConvertToJsonObject()));
         double x = -1;
         double y = -1;
         const Object::Ptr at =
@@ -207,7 +221,10 @@ private:
         if (!at.isNull() && (!readNumber(at, "rel_x", x) || !readNumber(at, "rel_y", y))) {
             return fail(result_, "'at' needs rel_x and rel_y");
         }
-        const std::vector<std::string> unbound = FitFreshItem(item, *target_.loaded, x, y);
+        PlaceFreshItem(*fresh, *target_.loaded, x, y);
+        const std::vector<std::string> unbound = UnsetTakenKeys(*fresh, *target_.loaded);
+        const Object::Ptr item = jsonOf(*fresh);
+        SizeFreshItem(item);
         append(item);
         result_.unbound = unbound;
         return true;
@@ -218,10 +235,11 @@ private:
         if (!findItem(index)) {
             return false;
         }
-        Object::Ptr copy = deepCopy(items_->getObject(static_cast<unsigned>(index)));
-        MoveItemBy(copy, 0.03, 0.03);
-        const std::vector<std::string> unbound = UnsetTakenKeys(copy, *target_.loaded);
-        append(copy);
+        std::unique_ptr<km::ConfigItem> copy =
+            itemOf(items_->getObject(static_cast<unsigned>(index)));
+        km::MoveItem(*copy, 0.03, 0.03);
+        const std::vector<std::string> unbound = UnsetTakenKeys(*copy, *target_.loaded);
+        append(jsonOf(*copy));
         result_.unbound = unbound;
         return true;
     }
