@@ -2,18 +2,9 @@
 // description and problems of each, filtered by the search box. Selecting an
 // entry selects the item, however it is hidden or covered on the picture.
 
+import { element } from './dom.js';
 import { keyCaptions, matchingItems, problemsOf } from './store.js';
 
-function element(tag, attributes = {}, ...children) {
-  const node = document.createElement(tag);
-  for (const [name, value] of Object.entries(attributes)) {
-    if (value === undefined || value === null || value === false) continue;
-    if (name === 'text') node.textContent = value;
-    else node.setAttribute(name, value === true ? '' : value);
-  }
-  node.append(...children);
-  return node;
-}
 
 export class ItemList {
   /// `handlers`: select(ids, {add, range}), toggleHidden(id).

@@ -16,6 +16,7 @@ import { Picture } from './picture.js';
 import { Store, focusItem, fromSnapshot, indexOf, problemCount } from './store.js';
 import { TestMode } from './testmode.js';
 import { arrange } from './arrange.js';
+import { element } from './dom.js';
 
 const $ = (id) => document.getElementById(id);
 const store = new Store(undefined, (fn) => requestAnimationFrame(fn));
@@ -165,23 +166,15 @@ function renderProblems(state) {
   if ($('problems').dataset.version === signature) return;
   $('problems').dataset.version = signature;
   const items = findings.map((finding) => {
-    const li = document.createElement('li');
-    li.className = finding.severity;
-    li.tabIndex = 0;
-    li.dataset.itemIndex = finding.item_index;
     const where = finding.item_index >= 0 ? `keymaps[${finding.item_index}] (${finding.item_type}): ` : '';
-    li.textContent = `${where}${finding.message}`;
+    const li = element('li', { class: finding.severity, tabindex: 0, 'data-item-index': finding.item_index,
+      text: `${where}${finding.message}` });
     const pick = () => { if (finding.item_index >= 0) store.update({ selected: [state.ids[finding.item_index]] }); };
     li.addEventListener('click', pick);
     li.addEventListener('keydown', (e) => { if (e.key === 'Enter') pick(); });
     return li;
   });
-  if (items.length === 0) {
-    const li = document.createElement('li');
-    li.className = 'none';
-    li.textContent = 'No problems.';
-    items.push(li);
-  }
+  if (items.length === 0) items.push(element('li', { class: 'none', text: 'No problems.' }));
   $('problems').replaceChildren(...items);
 }
 
@@ -395,19 +388,9 @@ function palette(types, kind) {
     .map((type) => {
       const definition = (schema.definitions || schema.$defs || {})[type] || {};
       const purpose = (definition.description || '').replace(/`/g, '').split(/(?<=\.)\s/)[0];
-      const button = document.createElement('button');
-      button.type = 'button';
-      button.draggable = true;
-      button.setAttribute('aria-label', `Add ${type}`);
-      button.title = purpose;
-      const swatch = document.createElement('span');
-      swatch.className = 'swatch';
-      swatch.style.background = colours[type] || '#fff';
-      const name = document.createElement('strong');
-      name.textContent = type;
-      const about = document.createElement('small');
-      about.textContent = purpose;
-      button.append(swatch, name, about);
+      const button = element('button', { type: 'button', draggable: 'true', 'aria-label': `Add ${type}`, title: purpose },
+        element('span', { class: 'swatch', style: `background:${colours[type] || '#fff'}` }),
+        element('strong', { text: type }), element('small', { text: purpose }));
       button.addEventListener('click', () => addItem(type));
       button.addEventListener('dragstart', (e) => {
         e.dataTransfer.setData('application/x-keymap-type', type);

@@ -7,6 +7,9 @@
 // The form is updated in place: while the same object is shown with the same
 // members, only the values change, so focus, selection and scroll stay.
 
+import { element } from './dom.js';
+import { caption } from './store.js';
+
 const GROUPS = ['Position', 'Keys', 'Behaviour', 'Advanced'];
 
 export function resolve(schema, node) {
@@ -56,18 +59,7 @@ export function defaultOf(schema, raw) {
   return { boolean: false, integer: 0, number: 0, string: '', array: [] }[node.type] ?? null;
 }
 
-function element(tag, attributes = {}, ...children) {
-  const node = document.createElement(tag);
-  for (const [name, value] of Object.entries(attributes)) {
-    if (value === undefined || value === null || value === false) continue;
-    if (name === 'text') node.textContent = value;
-    else node.setAttribute(name, value === true ? '' : value);
-  }
-  node.append(...children);
-  return node;
-}
-
-const keyCaption = (key) => (key && key.device ? key.text || `${key.device} ${key.scan_code}` : 'not bound');
+const keyCaption = (key) => caption(key) || 'not bound';
 
 export class Panel {
   /// `handlers`: change(member, value, target), remove(member, target), bind(members, target),

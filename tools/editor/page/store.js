@@ -105,7 +105,8 @@ export function matchingItems(state, text) {
 }
 
 const isKey = (v) => v && typeof v === 'object' && 'device' in v && 'scan_code' in v;
-const caption = (key) => (key && key.device ? key.text || `${key.device} ${key.scan_code}` : '');
+/// A key's caption as the library wrote it; empty for no key.
+export const caption = (key) => (key && key.device ? key.text || `${key.device} ${key.scan_code}` : '');
 
 /// The captions of the keys that fire an item, in the order of `members` (its
 /// key members, "key", "top_key", "positive_key.key"...; every key it holds

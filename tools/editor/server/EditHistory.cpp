@@ -28,29 +28,23 @@ void EditHistory::record(HeldState before, const std::string& group) {
 }
 
 bool EditHistory::undo(HeldState& current) {
-    if (undo_.empty()) {
-        return false;
-    }
-    Step step = std::move(undo_.back());
-    undo_.pop_back();
-    bytes_ -= sizeOf(step);
-    std::swap(step.state, current);
-    bytes_ += sizeOf(step);
-    redo_.push_back(std::move(step));
-    joinable_ = false;
-    return true;
+    return step(undo_, redo_, current);
 }
 
 bool EditHistory::redo(HeldState& current) {
-    if (redo_.empty()) {
+    return step(redo_, undo_, current);
+}
+
+bool EditHistory::step(std::deque<Step>& from, std::deque<Step>& to, HeldState& current) {
+    if (from.empty()) {
         return false;
     }
-    Step step = std::move(redo_.back());
-    redo_.pop_back();
+    Step step = std::move(from.back());
+    from.pop_back();
     bytes_ -= sizeOf(step);
     std::swap(step.state, current);
     bytes_ += sizeOf(step);
-    undo_.push_back(std::move(step));
+    to.push_back(std::move(step));
     joinable_ = false;
     return true;
 }

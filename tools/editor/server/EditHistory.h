@@ -51,6 +51,8 @@ private:
         std::string group;
     };
     static std::size_t sizeOf(const Step& step);
+    /// Moves the last step of `from` to `to`, swapping its state with `current`.
+    bool step(std::deque<Step>& from, std::deque<Step>& to, HeldState& current);
     void trim();
 
     std::deque<Step> undo_;

@@ -198,8 +198,14 @@ private:
         return true;
     }
 
-    // Appends `item` with a new identifier.
-    void append(const Object::Ptr& item) {
+    // Appends `made` with a new identifier, its keys that others fire on
+    // unset, and, when `fresh`, its sizes fitted.
+    void append(km::ConfigItem& made, bool fresh) {
+        result_.unbound = UnsetTakenKeys(made, *target_.loaded);
+        const Object::Ptr item = jsonOf(made);
+        if (fresh) {
+            SizeFreshItem(item);
+        }
         items_->add(item);
         ids_.push_back((*target_.nextId)++);
         result_.index = static_cast<int>(ids_.size() - 1);
@@ -222,11 +228,7 @@ private:
             return fail(result_, "'at' needs rel_x and rel_y");
         }
         PlaceFreshItem(*fresh, *target_.loaded, x, y);
-        const std::vector<std::string> unbound = UnsetTakenKeys(*fresh, *target_.loaded);
-        const Object::Ptr item = jsonOf(*fresh);
-        SizeFreshItem(item);
-        append(item);
-        result_.unbound = unbound;
+        append(*fresh, true);
         return true;
     }
 
@@ -238,9 +240,7 @@ private:
         std::unique_ptr<km::ConfigItem> copy =
             itemOf(items_->getObject(static_cast<unsigned>(index)));
         km::MoveItem(*copy, 0.03, 0.03);
-        const std::vector<std::string> unbound = UnsetTakenKeys(*copy, *target_.loaded);
-        append(jsonOf(*copy));
-        result_.unbound = unbound;
+        append(*copy, false);
         return true;
     }
 

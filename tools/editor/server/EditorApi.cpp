@@ -97,11 +97,20 @@ bool parseBody(const std::string& body, Poco::Dynamic::Var& value, HttpResponse&
     }
 }
 
-bool readLines(const Poco::Dynamic::Var& body, std::vector<std::string>& lines) {
-    if (body.type() != typeid(Object::Ptr)) {
+// The array member `name` of a body that is a JSON object, in `array` (null
+// when the body has none); false, with the 400 to give, when it is not JSON.
+bool readBodyArray(const std::string& text, const char* name, Object::Ptr& object,
+                   Array::Ptr& array, HttpResponse& error) {
+    Poco::Dynamic::Var body;
+    if (!parseBody(text, body, error)) {
         return false;
     }
-    const Array::Ptr array = body.extract<Object::Ptr>()->getArray("lines");
+    object = body.type() == typeid(Object::Ptr) ? body.extract<Object::Ptr>() : Object::Ptr();
+    array = object.isNull() ? Array::Ptr() : object->getArray(name);
+    return true;
+}
+
+bool readLines(const Array::Ptr& array, std::vector<std::string>& lines) {
     if (array.isNull()) {
         return false;
     }
@@ -117,11 +126,12 @@ bool readLines(const Poco::Dynamic::Var& body, std::vector<std::string>& lines) 
 
 // The body of a macro request, {"lines": [strings]}; false with the answer to give.
 bool readMacroLines(const std::string& text, std::vector<std::string>& lines, HttpResponse& error) {
-    Poco::Dynamic::Var body;
-    if (!parseBody(text, body, error)) {
+    Object::Ptr body;
+    Array::Ptr array;
+    if (!readBodyArray(text, "lines", body, array, error)) {
         return false;
     }
-    if (!readLines(body, lines)) {
+    if (!readLines(array, lines)) {
         error = respondError(422, "the body must be {\"lines\": [strings]}");
         return false;
     }
@@ -641,14 +651,12 @@ HttpResponse EditorApi::getSnapshot(const HttpRequest&) {
 }
 
 HttpResponse EditorApi::postEdit(const HttpRequest& request) {
-    Poco::Dynamic::Var body;
+    Object::Ptr edit;
+    Array::Ptr ops;
     HttpResponse error;
-    if (!parseBody(request.body, body, error)) {
+    if (!readBodyArray(request.body, "ops", edit, ops, error)) {
         return error;
     }
-    const Object::Ptr edit =
-        body.type() == typeid(Object::Ptr) ? body.extract<Object::Ptr>() : Object::Ptr();
-    const Array::Ptr ops = edit.isNull() ? Array::Ptr() : edit->getArray("ops");
     if (ops.isNull() || ops->size() > 10000) {
         return respondError(422, "the body must be {\"ops\": [edits]}, at most 10000 of them");
     }
@@ -672,14 +680,12 @@ HttpResponse EditorApi::getShapes(const HttpRequest&) {
 }
 
 HttpResponse EditorApi::postTrigger(const HttpRequest& request) {
-    Poco::Dynamic::Var body;
+    Object::Ptr object;
+    Array::Ptr keys;
     HttpResponse error;
-    if (!parseBody(request.body, body, error)) {
+    if (!readBodyArray(request.body, "keys", object, keys, error)) {
         return error;
     }
-    const Object::Ptr object =
-        body.type() == typeid(Object::Ptr) ? body.extract<Object::Ptr>() : Object::Ptr();
-    const Array::Ptr keys = object.isNull() ? Array::Ptr() : object->getArray("keys");
     if (keys.isNull() || keys->size() < 1 || keys->size() > 2) {
         return respondError(422, "the body must be {\"keys\": [key, optional second key]}");
     }
