@@ -462,3 +462,39 @@ test('a new file loses "(new)" on its first save; document settings are edited t
   await expect(page.locator('#file-name')).toHaveText('fresh.json');
   expect(readDoc(file).info.transparent_wheel).toBe(true);
 });
+
+test('the screen zooms, pans and fits, and a dropped screenshot stays for the session', async ({ page }) => {
+  await open(page, copyExample('shooter.json'));
+  const width = async () => (await boxOf(page.locator('#picture'))).width;
+  const fitted = await width();
+  await page.getByRole('button', { name: 'Zoom in' }).click();
+  await expect(page.locator('#zoom-level')).toHaveText('125%');
+  expect(await width()).toBeGreaterThan(fitted * 1.2);
+  const centre = await centreOf(page.locator('#stage'));
+  await page.mouse.move(centre.x, centre.y);
+  await page.mouse.wheel(0, 300);
+  await expect(page.locator('#zoom-level')).not.toHaveText('125%');
+  await page.getByRole('button', { name: 'Zoom in' }).click();
+  await page.getByRole('button', { name: 'Zoom in' }).click();
+  const scrolled = () => page.evaluate(() => document.getElementById('stage').scrollLeft);
+  const before = await scrolled();
+  await page.locator('#picture').focus();
+  await page.keyboard.down(' ');
+  await drag(page, centre, -200, 0);
+  await page.keyboard.up(' ');
+  expect(await scrolled()).toBeGreaterThan(before + 100);
+  await page.getByRole('button', { name: 'Fit' }).click();
+  await expect(page.locator('#zoom-level')).toHaveText('100%');
+  // A one-pixel PNG dropped onto the picture.
+  await page.evaluate(() => {
+    const bytes = Uint8Array.from(atob('iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+M9QDwADhgGAWjR9awAAAABJRU5ErkJggg=='), (c) => c.charCodeAt(0));
+    const data = new DataTransfer();
+    data.items.add(new File([bytes], 'shot.png', { type: 'image/png' }));
+    document.getElementById('stage').dispatchEvent(new DragEvent('drop', { dataTransfer: data, bubbles: true, cancelable: true }));
+  });
+  await expect(page.locator('#picture')).toHaveClass(/has-background/);
+  await page.waitForFunction(() => sessionStorage.getItem('zuno-keymap-background'));
+  await page.reload();
+  await page.waitForFunction(() => window.editorReady === true);
+  await expect(page.locator('#picture')).toHaveClass(/has-background/);
+});

@@ -351,12 +351,25 @@ stage.addEventListener('drop', (e) => {
     return;
   }
   const file = [...(e.dataTransfer ? e.dataTransfer.files : [])].find((f) => f.type.startsWith('image/'));
-  if (file) showBackground(file);
+  if (file) keepBackground(file);
 });
 
-function showBackground(blob) {
-  $('picture').style.backgroundImage = `url(${URL.createObjectURL(blob)})`;
+// A dropped screenshot stays for the session: a reload of the page finds it
+// in the tab's storage, where it fits.
+const BACKGROUND_KEY = 'zuno-keymap-background';
+
+function showBackground(url) {
+  $('picture').style.backgroundImage = `url("${url}")`;
   $('picture').classList.add('has-background');
+}
+
+function keepBackground(file) {
+  showBackground(URL.createObjectURL(file));
+  const reader = new FileReader();
+  reader.onload = () => {
+    try { sessionStorage.setItem(BACKGROUND_KEY, reader.result); } catch (error) { /* too large to keep */ }
+  };
+  reader.readAsDataURL(file);
 }
 
 const click = (id, fn) => $(id).addEventListener('click', fn);
@@ -430,7 +443,9 @@ async function start() {
     palette(types, info.joystick ? 'gamepad' : 'keyboard');
     if (info.background) {
       const image = await api.background();
-      if (image.ok) showBackground(image.data);
+      if (image.ok) showBackground(URL.createObjectURL(image.data));
+    } else if (sessionStorage.getItem(BACKGROUND_KEY)) {
+      showBackground(sessionStorage.getItem(BACKGROUND_KEY));
     }
     await new Promise((resolve) => requestAnimationFrame(resolve));
     performance.mark('keymap-shown');
