@@ -161,7 +161,7 @@ export class Picture {
     const out = [];
     const handle = (shape, attributes, member, label, extra = {}) => {
       const node = svgElement(shape, { class: `handle handle-${extra.kind || 'point'}`, tabindex: '0',
-        role: 'slider', 'aria-label': `${label} of item ${index}`,
+        role: 'button', 'aria-roledescription': 'handle', 'aria-label': `${label} of item ${index}`,
         'data-path': `keymaps[${index}].${member}`, 'data-member': member, ...attributes });
       Object.assign(node.dataset, extra.data || {});
       out.push(node);

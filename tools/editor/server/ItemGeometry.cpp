@@ -47,18 +47,14 @@ const std::map<std::string, std::vector<Length>>& lengthTable() {
 }
 
 // The object at `path` ("a.b") inside `object`, or null.
-Object::Ptr objectAt(Object::Ptr object, const std::string& path) {
-    std::size_t start = 0;
-    while (!object.isNull()) {
-        const std::size_t dot = path.find('.', start);
-        const std::string name = path.substr(start, dot - start);
-        object = object->has(name) && object->isObject(name) ? object->getObject(name) : nullptr;
-        if (dot == std::string::npos) {
-            break;
-        }
-        start = dot + 1;
+Object::Ptr objectAt(const Object::Ptr& object, const std::string& path) {
+    const std::size_t dot = path.find('.');
+    const std::string name = path.substr(0, dot);
+    if (object.isNull() || !object->has(name) || !object->isObject(name)) {
+        return nullptr;
     }
-    return object;
+    const Object::Ptr child = object->getObject(name);
+    return dot == std::string::npos ? child : objectAt(child, path.substr(dot + 1));
 }
 
 Object::Ptr entry(const char* kind, const std::string& member, const std::string& label, bool moves,
