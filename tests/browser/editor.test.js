@@ -226,6 +226,13 @@ test('Ctrl+S with a focused, edited field saves the edit', async ({ page }) => {
   await expect(page.locator('#status')).toContainText('Saved');
   expect(readDoc(file).keymaps[2].icon.description).toBe('look around');
   await expect(page.locator('#unsaved-mark')).toBeHidden();
+  // The same for a macro script being typed.
+  await page.getByRole('button', { name: 'Add Macro' }).click();
+  await page.locator('#capture').waitFor({ state: 'visible', timeout: 2000 }).then(() => page.keyboard.press('Escape'), () => {});
+  await page.locator('#panel textarea[name="press_actions"]').fill('click 960,540\nsleep 50');
+  await page.keyboard.press('Control+s');
+  await expect(page.locator('#status')).toContainText('Saved');
+  expect(readDoc(file).keymaps.at(-1).press_actions).toEqual(['click 960,540', 'sleep 50']);
 });
 
 test('grabbing a Spell by its centre moves marker, touch point and cast point together', async ({ page }) => {

@@ -184,8 +184,10 @@ private:
         result_.path = itemPath(index);
         if (op_->has("member")) {
             const std::string member = op_->optValue<std::string>("member", std::string());
-            double point = 0;
-            readNumber(op_, "point", point);
+            long point = 0;
+            if (op_->has("point") && !readWhole(op_, "point", point)) {
+                return fail(result_, "'point' must be a point's number");
+            }
             if (!MovePointBy(*item, member, static_cast<int>(point), dx, dy)) {
                 return fail(result_, "the item has no point '" + member + "'");
             }
