@@ -31,6 +31,10 @@ struct RenderOptions {
     int height = 1080;
     std::string title;  ///< shown on the title line, usually the file name
     Background background;
+    /// The band above the screen with the title line and the legend.
+    bool legend = true;
+    /// Each item's description printed beside its marker.
+    bool labels = false;
 };
 
 /// The picture of `doc`. `report` is the document's check (CheckKeymapDocument):

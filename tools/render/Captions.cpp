@@ -1,0 +1,61 @@
+//
+// Captions.cpp
+//
+
+#include "Captions.h"
+
+namespace zunokeymap {
+namespace render {
+
+namespace km = zunokeymapmanager;
+
+std::string KeyCaption(const km::ConfigKey& key) {
+    static const struct {
+        const char* text;
+        const char* shown;
+    } kShort[] = {
+        {"Direction_up", "\xE2\x86\x91"},
+        {"Direction_down", "\xE2\x86\x93"},
+        {"Direction_left", "\xE2\x86\x90"},
+        {"Direction_right", "\xE2\x86\x92"},
+        {"left_mouse", "LMB"},
+        {"right_mouse", "RMB"},
+        {"middle_mouse", "MMB"},
+        {"back_mouse", "Back"},
+        {"forward_mouse", "Fwd"},
+        {"wheel_up_mouse", "Wheel\xE2\x86\x91"},
+        {"wheel_down_mouse", "Wheel\xE2\x86\x93"},
+    };
+    for (const auto& entry : kShort) {
+        if (key.text == entry.text) {
+            return entry.shown;
+        }
+    }
+    if (!key.text.empty() || !key.isSet()) {
+        return key.text;
+    }
+    return "#" + std::to_string(key.device == "joystick" ? key.virtual_key : key.scan_code);
+}
+
+std::string CombinationCaption(const km::ConfigKey& first, const km::ConfigKey& second) {
+    std::string caption;
+    for (const km::ConfigKey* key : km::KeysInReadingOrder(first, second)) {
+        const std::string part = KeyCaption(*key);
+        if (!caption.empty() && !part.empty()) {
+            caption += '+';
+        }
+        caption += part;
+    }
+    return caption;
+}
+
+std::string ItemCaption(const km::ConfigItem& item) {
+    const auto* composable = dynamic_cast<const km::ComposableConfigItem*>(&item);
+    if (composable == nullptr || dynamic_cast<const km::PairConfigItem*>(&item) != nullptr) {
+        return KeyCaption(item.key);
+    }
+    return CombinationCaption(item.key, composable->second_key);
+}
+
+}  // namespace render
+}  // namespace zunokeymap
