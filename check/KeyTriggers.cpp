@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "api/TriggerRules.h"
+#include "check/TriggerRules.h"
 
 namespace zunokeymapmanager {
 
