@@ -76,16 +76,19 @@ void line(SvgWriter& svg, const char* cls, Vec a, Vec b) {
 
 void cross(SvgWriter& svg, const char* cls, Vec p, double size) {
     std::string d;
-    const auto point = [&](char command, double x, double y) {
-        d += command;
-        AppendNumber(d, x);
-        d += ' ';
-        AppendNumber(d, y);
-    };
-    point('M', p.x - size, p.y - size);
-    point('L', p.x + size, p.y + size);
-    point('M', p.x - size, p.y + size);
-    point('L', p.x + size, p.y - size);
+    AppendPathPoint(d, 'M', p.x - size, p.y - size);
+    AppendPathPoint(d, 'L', p.x + size, p.y + size);
+    AppendPathPoint(d, 'M', p.x - size, p.y + size);
+    AppendPathPoint(d, 'L', p.x + size, p.y - size);
+    svg.open("path").attr("class", cls).attr("d", d).close();
+}
+
+// An open path through `points` in order.
+void polyline(SvgWriter& svg, const char* cls, const std::vector<Vec>& points) {
+    std::string d;
+    for (std::size_t k = 0; k < points.size(); ++k) {
+        AppendPathPoint(d, k == 0 ? 'M' : 'L', points[k].x, points[k].y);
+    }
     svg.open("path").attr("class", cls).attr("d", d).close();
 }
 
@@ -374,14 +377,7 @@ void drawMacro(SvgWriter& svg, const Canvas& c, const km::MacroConfigItem& item)
         }
     }
     for (const std::vector<Vec>& stroke : strokes) {
-        std::string d;
-        for (std::size_t k = 0; k < stroke.size(); ++k) {
-            d += k == 0 ? 'M' : 'L';
-            AppendNumber(d, stroke[k].x);
-            d += ' ';
-            AppendNumber(d, stroke[k].y);
-        }
-        svg.open("path").attr("class", "macro-path").attr("d", d).close();
+        polyline(svg, "macro-path", stroke);
     }
     // Points touched more than once carry all their numbers on one dot.
     std::map<std::pair<long long, long long>, std::string> numbers;
@@ -426,14 +422,7 @@ void drawCurve(SvgWriter& svg, const Canvas& c, const km::CurveConfigItem& item)
         points.insert(points.end(), between.begin(), between.end());
     }
     points.push_back(end);
-    std::string d;
-    for (std::size_t k = 0; k < points.size(); ++k) {
-        d += k == 0 ? 'M' : 'L';
-        AppendNumber(d, points[k].x);
-        d += ' ';
-        AppendNumber(d, points[k].y);
-    }
-    svg.open("path").attr("class", "curve").attr("d", d).close();
+    polyline(svg, "curve", points);
     circle(svg, "finger", start, 4);
     const Vec before = points[points.size() - 2];
     const double r = c.markerRadius(item);

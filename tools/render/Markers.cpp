@@ -34,20 +34,14 @@ const Row& row(MarkerShape shape) {
 
 constexpr double kPi = 3.14159265358979323846;
 
-void point(std::string& d, char command, double x, double y) {
-    d += command;
-    AppendNumber(d, x);
-    d += ' ';
-    AppendNumber(d, y);
-}
-
 // A regular polygon of `corners` around (x, y), the first corner at `start`
 // radians, as a closed path.
 std::string polygon(double x, double y, double radius, int corners, double start) {
     std::string d;
     for (int k = 0; k < corners; ++k) {
         const double angle = start + 2 * kPi * k / corners;
-        point(d, k == 0 ? 'M' : 'L', x + radius * std::cos(angle), y + radius * std::sin(angle));
+        AppendPathPoint(d, k == 0 ? 'M' : 'L', x + radius * std::cos(angle),
+                        y + radius * std::sin(angle));
     }
     return d + 'Z';
 }
@@ -89,21 +83,21 @@ void OpenMarker(SvgWriter& svg, MarkerShape shape, double x, double y, double r)
             const double bottom = y + h - r * 0.3;
             const double c = r * 0.25;
             std::string d;
-            point(d, 'M', x - w + c, top);
-            point(d, 'L', x + w - c, top);
-            point(d, 'Q', x + w, top);
-            point(d, ' ', x + w, top + c);
-            point(d, 'L', x + w, bottom - c);
-            point(d, 'Q', x + w, bottom);
-            point(d, ' ', x + w - c, bottom);
-            point(d, 'L', x - w * 0.2, bottom);
-            point(d, 'L', x - w * 0.7, y + h);
-            point(d, 'L', x - w * 0.55, bottom);
-            point(d, 'Q', x - w, bottom);
-            point(d, ' ', x - w, bottom - c);
-            point(d, 'L', x - w, top + c);
-            point(d, 'Q', x - w, top);
-            point(d, ' ', x - w + c, top);
+            AppendPathPoint(d, 'M', x - w + c, top);
+            AppendPathPoint(d, 'L', x + w - c, top);
+            AppendPathPoint(d, 'Q', x + w, top);
+            AppendPathPoint(d, ' ', x + w, top + c);
+            AppendPathPoint(d, 'L', x + w, bottom - c);
+            AppendPathPoint(d, 'Q', x + w, bottom);
+            AppendPathPoint(d, ' ', x + w - c, bottom);
+            AppendPathPoint(d, 'L', x - w * 0.2, bottom);
+            AppendPathPoint(d, 'L', x - w * 0.7, y + h);
+            AppendPathPoint(d, 'L', x - w * 0.55, bottom);
+            AppendPathPoint(d, 'Q', x - w, bottom);
+            AppendPathPoint(d, ' ', x - w, bottom - c);
+            AppendPathPoint(d, 'L', x - w, top + c);
+            AppendPathPoint(d, 'Q', x - w, top);
+            AppendPathPoint(d, ' ', x - w + c, top);
             svg.open("path").attr("d", d + 'Z');
             return;
         }

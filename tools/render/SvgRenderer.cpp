@@ -74,7 +74,9 @@ const char* const kStyle =
     ".legend text{fill:#fff;text-anchor:start}";
 
 const char* const kDefaultMarkerFill = "00000066";
-// Labels longer than this are cut; the whole text stays in the tooltip.
+// Captions and labels longer than these are cut; the whole text stays in
+// the tooltip.
+constexpr std::size_t kCaptionGlyphs = 24;
 constexpr std::size_t kLabelGlyphs = 40;
 // How many rings of places around a marker a caption or label may try.
 constexpr int kRings = 5;
@@ -197,10 +199,10 @@ void placeTouchRing(Plan& plan, const Canvas& canvas) {
 }
 
 void planCaption(Plan& plan, const Canvas& canvas) {
-    plan.caption = ItemCaption(*plan.item);
+    plan.caption = Truncated(ItemCaption(*plan.item), kCaptionGlyphs);
     plan.typeName = plan.caption.empty();
     if (plan.typeName) {
-        plan.caption = plan.item->type;
+        plan.caption = Truncated(plan.item->type, kCaptionGlyphs);
     }
     const double smallest = canvas.textSize(0.0115);
     const double perUnit = std::max(TextWidth(plan.caption, 1, Weight::Bold), 0.01);
