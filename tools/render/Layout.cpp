@@ -23,6 +23,12 @@ int clampIndex(double value, int count) {
     return value >= count ? count - 1 : static_cast<int>(value);
 }
 
+// The index of a grid cell in a row-major list of cells.
+std::size_t cellIndex(int row, int column, int columns) {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
+           static_cast<std::size_t>(column);
+}
+
 double extent(const Spot& spot) {
     return std::max(spot.halfWidth, spot.halfHeight);
 }
@@ -97,7 +103,7 @@ BoxIndex::BoxIndex(const Box& screen, double cell) : screen_(screen) {
     cell_ = std::max({cell, width / kMaxCells, height / kMaxCells, 1.0});
     columns_ = std::max(1, static_cast<int>(std::ceil(width / cell_)));
     rows_ = std::max(1, static_cast<int>(std::ceil(height / cell_)));
-    cells_.resize(static_cast<std::size_t>(columns_) * static_cast<std::size_t>(rows_));
+    cells_.resize(cellIndex(rows_, 0, columns_));
 }
 
 void BoxIndex::cellsOf(const Box& box, int& c0, int& r0, int& c1, int& r1) const {
@@ -114,9 +120,7 @@ void BoxIndex::add(const Box& box) {
     cellsOf(box, c0, r0, c1, r1);
     for (int r = r0; r <= r1; ++r) {
         for (int c = c0; c <= c1; ++c) {
-            cells_[static_cast<std::size_t>(r) * static_cast<std::size_t>(columns_) +
-                   static_cast<std::size_t>(c)]
-                .push_back(id);
+            cells_[cellIndex(r, c, columns_)].push_back(id);
         }
     }
 }
@@ -126,9 +130,7 @@ bool BoxIndex::isFree(const Box& box) const {
     cellsOf(box, c0, r0, c1, r1);
     for (int r = r0; r <= r1; ++r) {
         for (int c = c0; c <= c1; ++c) {
-            for (const std::uint32_t id :
-                 cells_[static_cast<std::size_t>(r) * static_cast<std::size_t>(columns_) +
-                        static_cast<std::size_t>(c)]) {
+            for (const std::uint32_t id : cells_[cellIndex(r, c, columns_)]) {
                 if (boxes_[id].overlaps(box)) {
                     return false;
                 }
@@ -164,7 +166,7 @@ std::vector<Fanned> FanOut(const std::vector<Spot>& spots, const Box& screen) {
     const int rows = std::max(1, static_cast<int>(std::ceil(height / size)));
     // Only groups that can still take a member stay filed, so that a crowded
     // cell is looked through quickly.
-    std::vector<std::vector<std::size_t>> open(static_cast<std::size_t>(columns * rows));
+    std::vector<std::vector<std::size_t>> open(cellIndex(rows, 0, columns));
     std::vector<std::vector<std::size_t>> groups;  // members; the first is the seed
     std::vector<std::size_t> cellOfGroup;
     for (std::size_t i = 0; i < spots.size(); ++i) {
@@ -175,7 +177,7 @@ std::vector<Fanned> FanOut(const std::vector<Spot>& spots, const Box& screen) {
         double nearest = 0;
         for (int r = std::max(row - 1, 0); r <= std::min(row + 1, rows - 1); ++r) {
             for (int c = std::max(column - 1, 0); c <= std::min(column + 1, columns - 1); ++c) {
-                for (const std::size_t g : open[static_cast<std::size_t>(r * columns + c)]) {
+                for (const std::size_t g : open[cellIndex(r, c, columns)]) {
                     const Spot& seed = spots[groups[g][0]];
                     const double distance = std::hypot(seed.x - spot.x, seed.y - spot.y);
                     if (hides(seed, spot) && (best == groups.size() || distance < nearest ||
@@ -187,10 +189,10 @@ std::vector<Fanned> FanOut(const std::vector<Spot>& spots, const Box& screen) {
             }
         }
         if (best == groups.size()) {
-            const auto cellIndex = static_cast<std::size_t>(row * columns + column);
-            open[cellIndex].push_back(groups.size());
+            const std::size_t cell = cellIndex(row, column, columns);
+            open[cell].push_back(groups.size());
             groups.push_back({i});
-            cellOfGroup.push_back(cellIndex);
+            cellOfGroup.push_back(cell);
             continue;
         }
         groups[best].push_back(i);
