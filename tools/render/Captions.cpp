@@ -50,11 +50,19 @@ std::string CombinationCaption(const km::ConfigKey& first, const km::ConfigKey& 
 }
 
 std::string ItemCaption(const km::ConfigItem& item) {
-    const auto* composable = dynamic_cast<const km::ComposableConfigItem*>(&item);
-    if (composable == nullptr || dynamic_cast<const km::PairConfigItem*>(&item) != nullptr) {
-        return KeyCaption(item.key);
+    // The item's own key and its second key; items fired by keys of their own
+    // (pairs, direction keys) draw those beside their geometry instead.
+    const std::vector<km::KeySlot>& slots = km::KeySlotsOf(item);
+    for (const km::KeySlot& slot : slots) {
+        if (slot.role != km::KeyRole::Key && slot.role != km::KeyRole::Carried) {
+            continue;
+        }
+        return slot.second >= 0
+                   ? CombinationCaption(slot.in(item),
+                                        slots[static_cast<std::size_t>(slot.second)].in(item))
+                   : KeyCaption(slot.in(item));
     }
-    return CombinationCaption(item.key, composable->second_key);
+    return std::string();
 }
 
 }  // namespace render

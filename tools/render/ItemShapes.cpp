@@ -9,8 +9,6 @@
 #include "ItemShapes.h"
 
 #include <algorithm>
-#include <cctype>
-#include <charconv>
 #include <cmath>
 #include <map>
 #include <utility>
@@ -222,29 +220,8 @@ void pairArrows(SvgWriter& svg, const Canvas& c, const km::PairConfigItem& item,
 // an error.
 std::vector<Vec> curvePoints(const Canvas& c, const std::string& text) {
     std::vector<Vec> points;
-    double pending = 0;
-    bool half = false;
-    const char* p = text.data();
-    const char* end = p + text.size();
-    while (p < end && points.size() < kMaxCurvePoints) {
-        if (!(std::isdigit(static_cast<unsigned char>(*p)) || *p == '-' || *p == '.')) {
-            ++p;
-            continue;
-        }
-        double value = 0;
-        const auto result = std::from_chars(p, end, value);
-        if (result.ec != std::errc() || result.ptr == p) {
-            ++p;
-            continue;
-        }
-        p = result.ptr;
-        value = sane(value, 0, -4, 4);
-        if (half) {
-            points.push_back({c.x(pending), c.y(value)});
-        } else {
-            pending = value;
-        }
-        half = !half;
+    for (const km::PointF& p : km::PointsOfText(text, kMaxCurvePoints)) {
+        points.push_back({c.x(sane(p.x, 0, -4, 4)), c.y(sane(p.y, 0, -4, 4))});
     }
     return points;
 }
