@@ -38,7 +38,8 @@ public:
     BoxIndex(const Box& screen, double cell);
 
     void add(const Box& box);
-    /// True when `box` overlaps no box added.
+    /// True when `box` overlaps no box added and touches no cell that 32
+    /// boxes touch already (a crowd has no room worth finding).
     bool isFree(const Box& box) const;
 
 private:
