@@ -546,6 +546,28 @@ TEST(Render, TouchPointsAndLabelsStayClearOfCaptions) {
     EXPECT_FALSE(has(draw(*doc, {}, options), "class=\"legend\""));
 }
 
+TEST(Render, AnOverlayAddsClassesItemsAndShapes) {
+    DocPtr doc = documentOf({"Click", "Tip"});
+    DocPtr old = documentOf({"Spell"});
+    render::RenderOptions options;
+    options.overlay.classes = {"added"};
+    options.overlay.extras.push_back({old->items[0], 7, "removed"});
+    options.overlay.style = ".removed{opacity:0.4}";
+    options.overlay.draw = [](render::SvgWriter& svg, const render::Canvas&,
+                              const render::DrawnItem& drawn) {
+        svg.open("circle").attr("class", drawn.extra ? "ghost" : "mark").attr("cx", drawn.x);
+        svg.attr("r", drawn.radius).close();
+    };
+    const std::string svg = draw(*doc, {}, options);
+    // The extra is drawn first, under the document's items, with its own index.
+    EXPECT_LT(svg.find("class=\"item removed\" data-old-index=\"7\" data-item-type=\"Spell\""),
+              svg.find("class=\"item added\" data-item-index=\"0\""));
+    EXPECT_TRUE(has(svg, "class=\"item\" data-item-index=\"1\""));
+    EXPECT_TRUE(has(svg, ".removed{opacity:0.4}"));
+    EXPECT_TRUE(has(svg, "class=\"ghost\" cx=\"480\" r=\"28.08\""));
+    EXPECT_EQ(count(svg, "class=\"mark\""), 2u);
+}
+
 // ---- the render command ----
 
 const std::string kTool = ZUNO_KEYMAP_TOOL;

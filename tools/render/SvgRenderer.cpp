@@ -158,6 +158,9 @@ struct Aside {
 // Everything decided about one item before it is written.
 struct Plan {
     const km::ConfigItem* item = nullptr;
+    int index = -1;                        // in its document
+    bool extra = false;                    // one of the overlay's extras
+    const std::string* classes = nullptr;  // the overlay's, for its group
     const TypeShape* type = nullptr;
     MarkerShape marker = MarkerShape::Circle;
     const char* colour = "#ffffff";
@@ -269,11 +272,15 @@ void drawAside(SvgWriter& svg, const Aside& aside, const Plan& plan, const char*
     svg.attr("dy", "0.35em").attr("font-size", aside.size).text(aside.text);
 }
 
-void drawItem(SvgWriter& svg, const Canvas& canvas, const Plan& plan, int index,
-              const Problems& found) {
+void drawItem(SvgWriter& svg, const Canvas& canvas, const Plan& plan, const Problems& found,
+              const Overlay& overlay) {
+    const int index = plan.index;
     const km::ConfigItem& item = *plan.item;
     const Problems* problems = found.invalid || found.collision ? &found : nullptr;
     std::string cls = "item";
+    if (plan.classes != nullptr && !plan.classes->empty()) {
+        cls += " " + *plan.classes;
+    }
     if (!item.icon.visibility) {
         cls += " hidden";
     }
@@ -288,7 +295,7 @@ void drawItem(SvgWriter& svg, const Canvas& canvas, const Plan& plan, int index,
     }
     svg.open("g")
         .attr("class", cls)
-        .attr("data-item-index", index)
+        .attr(plan.extra ? overlay.extraIndexAttribute : std::string("data-item-index"), index)
         .attr("data-item-type", item.type);
     svg.content();
 
@@ -347,6 +354,9 @@ void drawItem(SvgWriter& svg, const Canvas& canvas, const Plan& plan, int index,
     drawAside(svg, plan.outside, plan,
               plan.typeName ? "caption outside type-name" : "caption outside");
     drawAside(svg, plan.label, plan, "label");
+    if (overlay.draw) {
+        overlay.draw(svg, canvas, {&item, index, plan.extra, plan.x, plan.y, plan.r});
+    }
     svg.end("g");
 }
 
@@ -364,18 +374,26 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     const std::size_t count = doc.items.size();
     const std::vector<Problems> problems = problemsByItem(report, count, problemCount);
 
-    // Markers, and where they are drawn.
-    std::vector<Plan> plans(count);
+    // Markers, and where they are drawn: the document's items, then the
+    // overlay's extras (drawn under them, where their document has them).
+    const Overlay& overlay = options.overlay;
+    std::vector<Plan> plans(count + overlay.extras.size());
     std::vector<Spot> spots;
     std::vector<std::size_t> planOfSpot;
     std::vector<bool> used(TypeShapes().size(), false);
-    for (std::size_t i = 0; i < count; ++i) {
-        const km::ConfigItem* item = doc.items[i];
+    for (std::size_t i = 0; i < plans.size(); ++i) {
+        const bool extra = i >= count;
+        const km::ConfigItem* item = extra ? overlay.extras[i - count].item : doc.items[i];
         if (item == nullptr) {
             continue;
         }
         Plan& plan = plans[i];
         plan.item = item;
+        plan.extra = extra;
+        plan.index = extra ? overlay.extras[i - count].index : static_cast<int>(i);
+        plan.classes = extra                        ? &overlay.extras[i - count].classes
+                       : i < overlay.classes.size() ? &overlay.classes[i]
+                                                    : nullptr;
         plan.type = FindTypeShape(item->type);
         if (plan.type != nullptr) {
             plan.marker = plan.type->marker;
@@ -385,8 +403,12 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
         plan.r = canvas.markerRadius(*item);
         plan.spot = {canvas.x(item->icon.rel_position.x), canvas.y(item->icon.rel_position.y),
                      MarkerHalfWidth(plan.marker, plan.r), MarkerHalfHeight(plan.marker, plan.r)};
-        spots.push_back(plan.spot);
-        planOfSpot.push_back(i);
+        plan.x = plan.spot.x;
+        plan.y = plan.spot.y;
+        if (!extra) {
+            spots.push_back(plan.spot);
+            planOfSpot.push_back(i);
+        }
     }
     const std::vector<Fanned> fanned = FanOut(spots, screen);
     bool anyFanned = false;
@@ -434,7 +456,7 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     }
     if (options.labels) {
         for (Plan& plan : plans) {
-            if (plan.item == nullptr || plan.item->icon.description.empty()) {
+            if (plan.item == nullptr || plan.extra || plan.item->icon.description.empty()) {
                 continue;
             }
             plan.label.text = Truncated(plan.item->icon.description, kLabelGlyphs);
@@ -474,6 +496,7 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     svg.open("title").text(heading);
     svg.open("style").attr("type", "text/css").content();
     svg.raw(kStyle);
+    svg.raw(overlay.style);
     svg.raw("\n");
     svg.end("style");
 
@@ -490,9 +513,12 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     }
 
     svg.open("g").attr("class", "items").content();
-    for (std::size_t i = 0; i < count; ++i) {
+    const Problems none;
+    for (std::size_t k = 0; k < plans.size(); ++k) {
+        // The extras first, so that the document's items stand over them.
+        const std::size_t i = (k + count) % plans.size();
         if (plans[i].item != nullptr) {
-            drawItem(svg, canvas, plans[i], static_cast<int>(i), problems[i]);
+            drawItem(svg, canvas, plans[i], plans[i].extra ? none : problems[i], overlay);
         }
     }
     svg.end("g");
