@@ -100,6 +100,8 @@ int runEdit(const EditArguments& args) {
     const int port = args.port;
     render::RenderOptions render;
     render.title = Poco::Path(file).getFileName();
+    // An author sees what each control does, not only its key.
+    render.labels = true;
     const std::string error = ReadScreenOptions(args.size, args.background, render);
     if (!error.empty()) {
         return UsageError("edit", error);

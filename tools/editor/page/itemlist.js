@@ -6,6 +6,9 @@ import { element } from './dom.js';
 import { keyCaptions, matchingItems, problemsOf } from './store.js';
 
 
+// The picture's marker shapes as characters, for a list of text.
+const GLYPHS = { circle: '●', hexagon: '⬢', diamond: '◆', pentagon: '⬟', square: '■', capsule: '⬬', bubble: '▰' };
+
 export class ItemList {
   /// `handlers`: select(ids, {add, range}), toggleHidden(id).
   constructor(list, handlers) {
@@ -15,14 +18,16 @@ export class ItemList {
     list.addEventListener('keydown', (e) => this.key(e));
   }
 
-  render(state, colours, keyMembers = {}) {
+  /// `shapes` maps item indexes to their marker shapes in the picture.
+  render(state, colours, keyMembers = {}, shapes = {}) {
     const shown = matchingItems(state, state.search);
     const signature = JSON.stringify([state.version, state.search, state.selected, state.hidden, shown.length]);
     if (signature === this.signature) return;
     this.signature = signature;
     const focusedId = document.activeElement && this.list.contains(document.activeElement)
       ? Number(document.activeElement.closest('li').dataset.itemId) : null;
-    const rows = shown.map(({ item, index, id }) => this.row(state, item, index, id, colours, keyMembers[item.type]));
+    const rows = shown.map(({ item, index, id }) =>
+      this.row(state, item, index, id, colours, keyMembers[item.type], shapes[index]));
     this.list.replaceChildren(...rows);
     if (rows.length === 0) this.list.append(element('li', { class: 'empty', text: 'No items' }));
     if (focusedId !== null) {
@@ -31,7 +36,7 @@ export class ItemList {
     }
   }
 
-  row(state, item, index, id, colours, members) {
+  row(state, item, index, id, colours, members, shape) {
     const problems = problemsOf(state.report, index);
     const selected = state.selected.includes(id);
     const hidden = state.hidden.includes(id);
@@ -41,7 +46,8 @@ export class ItemList {
       'aria-selected': selected ? 'true' : 'false', 'data-item-id': id, 'data-item-index': index,
       class: `${hidden ? 'hidden ' : ''}${problems.length ? 'has-problems' : ''}`,
       'aria-label': `${item.type} ${keys}${description ? `, ${description}` : ''}${problems.length ? `, ${problems.length} problems` : ''}` },
-    element('span', { class: 'swatch', style: `background:${colours[item.type] || '#fff'}`, 'aria-hidden': 'true' }),
+    element('span', { class: 'marker-glyph', style: `color:${colours[item.type] || '#fff'}`, 'aria-hidden': 'true',
+      text: GLYPHS[shape] || '●' }),
     element('span', { class: 'caption', text: keys, title: keys }),
     element('span', { class: 'type', text: item.type }),
     element('span', { class: 'description', text: description }),

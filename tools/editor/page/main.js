@@ -129,7 +129,7 @@ function render(state) {
       key: `${focus.id}:${focus.item.type}`, target: focus.id, heading: `${focus.item.type} — keymaps[${focus.index}]`,
       prefix: `keymaps[${focus.index}]`, errors: state.errors, keyMembers: shapes.keys[focus.item.type] || [] });
   } else itemPanel.clear();
-  list.render(state, colours, shapes.keys);
+  list.render(state, colours, shapes.keys, picture.markerShapes());
   renderProblems(state);
   const { canUndo, canRedo } = undoState(state, unanswered);
   $('undo').disabled = !canUndo || state.mode === 'test';

@@ -91,8 +91,12 @@ export class Picture {
     this.svg = document.importNode(svg, true);
     this.svg.setAttribute('role', 'img');
     this.svg.setAttribute('aria-label', 'The screen with every item');
+    // The screen's corner is the origin; a band above it may hold the legend.
     const box = this.svg.viewBox.baseVal;
-    this.size = { width: box.width || 1920, height: box.height || 1080 };
+    const screen = this.svg.querySelector('rect.screen');
+    this.size = screen ? { width: screen.width.baseVal.value, height: screen.height.baseVal.value }
+      : { width: box.width || 1920, height: box.height || 1080 };
+    this.view = { width: box.width || this.size.width, height: box.height || this.size.height };
     this.overlay = svgElement('g', { class: 'editor-overlay' });
     this.svg.append(this.overlay);
     this.host.replaceChildren(this.svg);
@@ -240,8 +244,7 @@ export class Picture {
       return;
     }
     if (!ids.includes(id)) { ids = [id]; this.handlers.select(ids); }
-    const marker = group.querySelector('.marker');
-    const anchor = marker ? { x: Number(marker.getAttribute('cx')), y: Number(marker.getAttribute('cy')) } : p;
+    const anchor = this.markerAt(this.state.doc.keymaps[Number(group.dataset.itemIndex)]) || p;
     this.drag = { kind: 'items', ids, groups: ids.map((x) => this.groupById(x)), start: p, anchor,
       moved: false, offset: { x: 0, y: 0 } };
     this.host.setPointerCapture(e.pointerId);
@@ -281,20 +284,36 @@ export class Picture {
     }
   }
 
-  // Centres of the other items and the screen's middle, for snapping.
+  /// Where the document puts `item`'s marker (at its touch point while unset),
+  /// in picture units: the true spot, wherever a crowd fans the drawing out.
+  markerAt(item) {
+    if (!item) return null;
+    const m = item.icon && item.icon.rel_position;
+    const p = m && (m.rel_x !== 0 || m.rel_y !== 0) ? m : item.rel_work_position;
+    return p ? { x: p.rel_x * this.size.width, y: p.rel_y * this.size.height } : null;
+  }
+
+  // Centres and edges of the other items and the screen's middle, for snapping.
   targets() {
     if (this.drag.targets) return this.drag.targets;
     const list = [{ x: this.size.width / 2, y: this.size.height / 2 }];
     for (const group of this.items()) {
       if (this.drag.groups.includes(group)) continue;
+      const at = this.markerAt(this.state.doc.keymaps[Number(group.dataset.itemIndex)]);
       const marker = group.querySelector('.marker');
-      if (marker) {
-        const r = Number(marker.getAttribute('r')) || 0;
-        list.push({ x: Number(marker.getAttribute('cx')), y: Number(marker.getAttribute('cy')), r });
-      }
+      if (at) list.push({ ...at, r: marker ? marker.getBBox().width / 2 : 0 });
     }
     this.drag.targets = list;
     return list;
+  }
+
+  /// The marker shape of each item the picture draws, by index.
+  markerShapes() {
+    const shapes = {};
+    for (const marker of this.host.querySelectorAll('g.item[data-item-index] > .marker[data-marker-shape]')) {
+      shapes[marker.parentNode.dataset.itemIndex] = marker.dataset.markerShape;
+    }
+    return shapes;
   }
 
   drawGuides(guides) {
@@ -365,12 +384,12 @@ export class Picture {
   fit(state) {
     if (!this.svg) return;
     const box = this.stage.getBoundingClientRect();
-    const scale = Math.min((box.width - 16) / this.size.width, (box.height - 16) / this.size.height);
-    const width = Math.max(50, this.size.width * scale * state.zoom);
+    const scale = Math.min((box.width - 16) / this.view.width, (box.height - 16) / this.view.height);
+    const width = Math.max(50, this.view.width * scale * state.zoom);
     if (this.shownWidth !== width) {
       this.shownWidth = width;
       this.host.style.width = `${width}px`;
-      this.host.style.height = `${width * this.size.height / this.size.width}px`;
+      this.host.style.height = `${width * this.view.height / this.view.width}px`;
     }
   }
 
