@@ -412,6 +412,12 @@ test('a bad macro line is marked beside its running form', async ({ page }) => {
   await press.fill('click 960,540\nthis is no macro command');
   await expect(page.locator('#panel ol.macro-steps li.bad')).toHaveCount(1);
   await expect(page.locator('#panel ol.macro-steps li.good code')).toHaveText('click_rel:');
+  // A picked point joins the line at the cursor, in the macro screen's pixels.
+  await press.fill('sleep 10\n');
+  await page.getByRole('button', { name: 'Pick point' }).click();
+  const at = await screenPoint(page, 0.25, 0.5);
+  await page.mouse.click(at.x, at.y);
+  await expect(press).toHaveValue(/^sleep 10\nclick 4[78]\d,5[34]\d$/);
 });
 
 test('saving over a file changed on disk asks, in words, to overwrite or reload', async ({ page }) => {

@@ -3,7 +3,7 @@ import { test } from 'node:test';
 import assert from 'node:assert/strict';
 import { snapOffset } from '../../tools/editor/page/snapping.js';
 import { arrange } from '../../tools/editor/page/arrange.js';
-import { insertPoint, recordedLines } from '../../tools/editor/page/macrotools.js';
+import { insertPoint, macroPoint, recordedLines } from '../../tools/editor/page/macrotools.js';
 
 const size = { width: 1920, height: 1080 };
 
@@ -49,4 +49,9 @@ test('a picked point starts a click line or joins the line at the caret', () => 
     ['on a line', 'curve 0,0\nsleep 5', 3, 'curve 0,0 1,2\nsleep 5'],
   ];
   for (const [name, text, caret, want] of cases) assert.equal(insertPoint(text, caret, '1,2'), want, name);
+});
+
+test('macro points stay on the macro screen', () => {
+  const cases = [[{ x: 0.5, y: 0.5 }, '960,540'], [{ x: 1, y: 1 }, '1919,1079'], [{ x: -0.1, y: 0 }, '0,0']];
+  for (const [p, want] of cases) assert.equal(macroPoint(p, 1920, 1080), want);
 });

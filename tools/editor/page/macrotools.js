@@ -1,12 +1,19 @@
 // Making macro scripts on the screen: "Pick point" puts the next click on
 // the picture into the script as a point; "Record" turns clicks, drags and
 // typed text into lines, with the pauses between them, until "Stop". Points
-// are written in the editing form's pixels of the editor's screen.
+// are written in the editing form's pixels of the macro screen the server names.
+
+/// A point of the screen ({x, y}, fractions) in the editing form's pixels of
+/// a `width` x `height` macro screen, never beyond its last pixel.
+export function macroPoint(p, width, height) {
+  const at = (f, size) => Math.min(Math.max(Math.round(f * size), 0), size - 1);
+  return `${at(p.x, width)},${at(p.y, height)}`;
+}
 
 /// The lines for what was recorded: [{kind: 'tap'|'drag'|'text', ...,
 /// start, end}] in time order, times in milliseconds.
 export function recordedLines(events, width, height) {
-  const px = (p) => `${Math.round(p.x * width)},${Math.round(p.y * height)}`;
+  const px = (p) => macroPoint(p, width, height);
   const lines = [];
   let last = null;
   for (const e of events) {
@@ -60,8 +67,8 @@ export class MacroTools {
     const { mode } = this.store.get();
     const target = this.target();
     if (mode === 'record' && target) {
-      const { width, height } = this.store.get();
-      const lines = recordedLines(this.events, width, height);
+      const { macroWidth, macroHeight } = this.store.get();
+      const lines = recordedLines(this.events, macroWidth, macroHeight);
       const before = target.item.press_actions || [];
       if (lines.length) this.hooks.change(target.id, 'press_actions', [...before.filter((l) => l !== ''), ...lines]);
     }
@@ -71,16 +78,25 @@ export class MacroTools {
 
   commit() { if (this.store.get().mode === 'record') this.stop(); }
 
+  /// Remembers the press script's text and cursor as the user leaves it.
+  remember(area) {
+    const target = this.target();
+    if (target) this.leftAt = { id: target.id, text: area.value, caret: area.selectionStart };
+  }
+
   /// A press or release on the picture at {x, y} (fractions of the screen).
   press(p) {
-    const { mode, width, height } = this.store.get();
+    const { mode, macroWidth, macroHeight } = this.store.get();
     const target = this.target();
     if (!target) return;
     if (mode === 'pick' && !p.down) {
+      // Where the cursor was when the script was left for the button.
       const area = this.hooks.area();
-      const text = area ? area.value : (target.item.press_actions || []).join('\n');
-      const caret = area ? area.selectionStart : text.length;
-      const xy = `${Math.round(p.x * width)},${Math.round(p.y * height)}`;
+      const left = this.leftAt && this.leftAt.id === target.id ? this.leftAt : null;
+      const text = left ? left.text : area ? area.value : (target.item.press_actions || []).join('\n');
+      const caret = left ? left.caret : area ? area.selectionStart : text.length;
+      this.leftAt = null;
+      const xy = macroPoint(p, macroWidth, macroHeight);
       this.hooks.change(target.id, 'press_actions', insertPoint(text, caret, xy).split('\n'));
       this.store.update({ mode: 'edit', status: `Point ${xy} added` });
     } else if (mode === 'record') {

@@ -392,6 +392,7 @@ for (const button of document.querySelectorAll('[data-arrange]')) {
   button.addEventListener('click', () => arrangeSelected(button.dataset.arrange));
 }
 $('search').addEventListener('input', (e) => store.update({ search: e.target.value }));
+$('panel').addEventListener('focusout', (e) => { if (e.target.name === 'press_actions') macro.remember(e.target); });
 window.addEventListener('resize', () => { picture.shownWidth = 0; store.changed(); });
 
 // ---- start -----------------------------------------------------------------
@@ -438,7 +439,8 @@ async function start() {
     schema = loadedSchema;
     shapes = loadedShapes;
     store.update((state) => ({ ...fromSnapshot(state, shot), name: info.name, isNew: info.new,
-      width: info.width, height: info.height, joystick: info.joystick }));
+      width: info.width, height: info.height, joystick: info.joystick,
+      macroWidth: info.macro_width || 1920, macroHeight: info.macro_height || 1080 }));
     colours = shapes.colours || {};
     palette(types, info.joystick ? 'gamepad' : 'keyboard');
     if (info.background) {

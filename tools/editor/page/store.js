@@ -9,6 +9,7 @@ export function initialState() {
     doc: null, ids: [], report: null, svg: '', version: 0, unsaved: false,
     canUndo: false, canRedo: false,
     name: '', isNew: false, width: 1920, height: 1080, joystick: false,
+    macroWidth: 1920, macroHeight: 1080,  // the frame of macro points, from the server
     // The user's.
     selected: [],        // item ids, the first is the one the panel shows
     hidden: [],          // item ids not drawn (the list still shows them)

@@ -539,6 +539,9 @@ HttpResponse EditorApi::getState(const HttpRequest&) {
     body->set("width", options.width);
     body->set("height", options.height);
     body->set("background", !options.background.bytes.empty());
+    // The frame of a macro script's points, whatever the screen.
+    body->set("macro_width", km::kMacroScreenWidth);
+    body->set("macro_height", km::kMacroScreenHeight);
     Array::Ptr recovery = new Array();
     for (const std::string& path : session_.recoveryFiles()) {
         recovery->add(path);
