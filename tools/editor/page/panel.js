@@ -11,6 +11,7 @@ import { element } from './dom.js';
 import { caption } from './store.js';
 
 const GROUPS = ['Position', 'Keys', 'Behaviour', 'Advanced'];
+const UNITS = { ms: 'in milliseconds', px: 'in pixels', screen: 'a fraction of the screen' };
 
 export function resolve(schema, node) {
   for (let guard = 0; node && node.$ref && guard < 16; guard++) {
@@ -198,8 +199,9 @@ export class Panel {
     control.id = control.id || id;
     control.name = member;
     const description = element('small', { class: 'description', id: `${id}-about`,
-      text: [f.node.description, f.node.default !== undefined && typeof f.node.default !== 'object'
-        ? `default ${JSON.stringify(f.node.default)}` : ''].filter(Boolean).join(' · ') });
+      text: [f.node.description, UNITS[f.node['x-unit']] || f.node['x-unit'],
+        f.node.default !== undefined && typeof f.node.default !== 'object'
+          ? `default ${JSON.stringify(f.node.default)}` : ''].filter(Boolean).join(' · ') });
     control.setAttribute('aria-describedby', description.id);
     return element('div', { class: 'field', title: f.node.description || '' },
       element('label', { for: control.id, text: labelOf(f.name, f.node) }), control, ...extra, description);
@@ -235,9 +237,14 @@ export class Panel {
         return text.trim() === '' || !Number.isFinite(parsed) ? text : parsed;
       };
       control.addEventListener('change', () => change(read(control.value)));
-      if (node.minimum !== undefined && node.maximum !== undefined) {
-        const slider = element('input', { type: 'range', min: node.minimum, max: node.maximum,
-          step: node.type === 'integer' ? 1 : (node.maximum - node.minimum) / 200,
+      // A slider over the declared range; a fraction of the screen slides
+      // over the screen, while the field still takes any number.
+      const screen = node['x-unit'] === 'screen';
+      const low = node.minimum ?? (screen ? 0 : undefined);
+      const high = node.maximum ?? (screen ? 1 : undefined);
+      if (low !== undefined && high !== undefined) {
+        const slider = element('input', { type: 'range', min: low, max: high,
+          step: node.type === 'integer' ? 1 : (high - low) / 200,
           'aria-label': `${labelOf(f.name, node)} slider` });
         slider.addEventListener('input', () => { control.value = slider.value; });
         slider.addEventListener('change', () => change(read(slider.value)));
