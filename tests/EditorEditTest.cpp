@@ -247,6 +247,7 @@ TEST(EditorEdit, ShapesNameEveryTypesHandlesAndKeys) {
         EXPECT_GE(shapes->getObject("handles")->getArray(type)->size(), 2U);
         EXPECT_GE(shapes->getObject("keys")->getArray(type)->size(), 1U);
         EXPECT_TRUE(shapes->getObject("colours")->has(type));
+        EXPECT_TRUE(shapes->getObject("markers")->has(type));
     }
     EXPECT_EQ(shapes->getObject("kinds")->getValue<std::string>("LeftStickWalk"), "gamepad");
 }

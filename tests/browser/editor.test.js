@@ -220,6 +220,7 @@ test('Ctrl+S with a focused, edited field saves the edit', async ({ page }) => {
   const file = copyExample('shooter.json');
   await open(page, file);
   await page.getByRole('option').nth(2).click();
+  await expect(page.locator('#panel h2')).toContainText('keymaps[2]');
   const description = page.locator('#panel input[name="icon.description"]');
   await description.fill('look around');
   await page.keyboard.press('Control+s');
@@ -324,6 +325,7 @@ test('with the server slowed, no edit is lost', async ({ page }) => {
   for (let i = 0; i < 12; i++) await page.keyboard.press('ArrowDown');
   await drag(page, await centreOf(item(page, 6).locator('.marker')), 80, 0);
   await page.getByRole('option').nth(2).click();
+  await expect(page.locator('#panel h2')).toContainText('keymaps[2]');
   await page.locator('#panel input[name="icon.description"]').fill('slow but sure');
   await page.keyboard.press('Control+s');
   await expect(page.locator('#status')).toContainText('Saved', { timeout: 20000 });

@@ -6,8 +6,8 @@ import { element } from './dom.js';
 import { keyCaptions, matchingItems, problemsOf } from './store.js';
 
 
-// The picture's marker shapes as characters, for a list of text.
-const GLYPHS = { circle: '●', hexagon: '⬢', diamond: '◆', pentagon: '⬟', square: '■', capsule: '⬬', bubble: '▰' };
+// The picture's marker shapes as characters, for lists of text.
+export const GLYPHS = { circle: '●', hexagon: '⬢', diamond: '◆', pentagon: '⬟', square: '■', capsule: '⬬', bubble: '▰' };
 
 export class ItemList {
   /// `handlers`: select(ids, {add, range}), toggleHidden(id).
@@ -18,8 +18,8 @@ export class ItemList {
     list.addEventListener('keydown', (e) => this.key(e));
   }
 
-  /// `shapes` maps item indexes to their marker shapes in the picture.
-  render(state, colours, keyMembers = {}, shapes = {}) {
+  /// `colours`, `keyMembers` and `markers` are the types' own, from the server.
+  render(state, colours, keyMembers = {}, markers = {}) {
     const shown = matchingItems(state, state.search);
     const signature = JSON.stringify([state.version, state.search, state.selected, state.hidden, shown.length]);
     if (signature === this.signature) return;
@@ -27,7 +27,7 @@ export class ItemList {
     const focusedId = document.activeElement && this.list.contains(document.activeElement)
       ? Number(document.activeElement.closest('li').dataset.itemId) : null;
     const rows = shown.map(({ item, index, id }) =>
-      this.row(state, item, index, id, colours, keyMembers[item.type], shapes[index]));
+      this.row(state, item, index, id, colours, keyMembers[item.type], markers[item.type]));
     this.list.replaceChildren(...rows);
     if (rows.length === 0) this.list.append(element('li', { class: 'empty', text: 'No items' }));
     if (focusedId !== null) {

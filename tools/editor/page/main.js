@@ -6,7 +6,7 @@
 
 import { api } from './api.js';
 import { Gestures, undoState } from './history.js';
-import { ItemList } from './itemlist.js';
+import { GLYPHS, ItemList } from './itemlist.js';
 import { bindingSteps } from './keys.js';
 import { KeyCapture } from './capture.js';
 import { MacroTools } from './macrotools.js';
@@ -129,7 +129,7 @@ function render(state) {
       key: `${focus.id}:${focus.item.type}`, target: focus.id, heading: `${focus.item.type} — keymaps[${focus.index}]`,
       prefix: `keymaps[${focus.index}]`, errors: state.errors, keyMembers: shapes.keys[focus.item.type] || [] });
   } else itemPanel.clear();
-  list.render(state, colours, shapes.keys, picture.markerShapes());
+  list.render(state, colours, shapes.keys, shapes.markers);
   renderProblems(state);
   const { canUndo, canRedo } = undoState(state, unanswered);
   $('undo').disabled = !canUndo || state.mode === 'test';
@@ -403,7 +403,8 @@ function palette(types, kind) {
       const definition = (schema.definitions || schema.$defs || {})[type] || {};
       const purpose = (definition.description || '').replace(/`/g, '').split(/(?<=\.)\s/)[0];
       const button = element('button', { type: 'button', draggable: 'true', 'aria-label': `Add ${type}`, title: purpose },
-        element('span', { class: 'swatch', style: `background:${colours[type] || '#fff'}` }),
+        element('span', { class: 'marker-glyph', style: `color:${colours[type] || '#fff'}`, 'aria-hidden': 'true',
+          text: GLYPHS[(shapes.markers || {})[type]] || '●' }),
         element('strong', { text: type }), element('small', { text: purpose }));
       button.addEventListener('click', () => addItem(type));
       button.addEventListener('dragstart', (e) => {

@@ -307,15 +307,6 @@ export class Picture {
     return list;
   }
 
-  /// The marker shape of each item the picture draws, by index.
-  markerShapes() {
-    const shapes = {};
-    for (const marker of this.host.querySelectorAll('g.item[data-item-index] > .marker[data-marker-shape]')) {
-      shapes[marker.parentNode.dataset.itemIndex] = marker.dataset.markerShape;
-    }
-    return shapes;
-  }
-
   drawGuides(guides) {
     if (!this.overlay) return;
     this.overlaySignature = null;

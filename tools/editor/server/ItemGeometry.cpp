@@ -14,6 +14,7 @@
 #include <Poco/JSON/Array.h>
 
 #include "ItemShapes.h"
+#include "Markers.h"
 
 namespace zunokeymap {
 namespace editor {
@@ -131,6 +132,7 @@ Object::Ptr ShapesJson() {
     Object::Ptr keys = new Object(Poco::JSON_PRESERVE_KEY_ORDER);
     Object::Ptr kinds = new Object(Poco::JSON_PRESERVE_KEY_ORDER);
     Object::Ptr colours = new Object(Poco::JSON_PRESERVE_KEY_ORDER);
+    Object::Ptr markers = new Object(Poco::JSON_PRESERVE_KEY_ORDER);
     for (std::size_t i = 1; i < km::kItemTypeNames.size(); ++i) {
         const std::string type(km::kItemTypeNames[i]);
         const std::unique_ptr<km::ConfigItem> fresh(km::CreateConfigItem(type));
@@ -162,6 +164,7 @@ Object::Ptr ShapesJson() {
                                                           : "both"));
         if (const render::TypeShape* shape = render::FindTypeShape(type)) {
             colours->set(type, std::string(shape->colour));
+            markers->set(type, std::string(render::MarkerShapeName(shape->marker)));
         }
     }
     Object::Ptr shapes = new Object(Poco::JSON_PRESERVE_KEY_ORDER);
@@ -169,6 +172,7 @@ Object::Ptr ShapesJson() {
     shapes->set("keys", keys);
     shapes->set("kinds", kinds);
     shapes->set("colours", colours);
+    shapes->set("markers", markers);
     return shapes;
 }
 

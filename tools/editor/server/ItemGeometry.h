@@ -45,7 +45,8 @@ const std::vector<Length>& LengthsOf(const std::string& type);
 /// {"TYPE": [{"kind" ("point", "points", "radius", "area"), "member",
 /// "label", "moves", "null_is_touch", "centre"}]}, "keys": {"TYPE":
 /// [members]}, "kinds": {"TYPE": "gamepad", "keyboard" or "both"},
-/// "colours": {"TYPE": "#rrggbb"}}.
+/// "colours": {"TYPE": "#rrggbb"}, "markers": {"TYPE": marker shape}}, as
+/// the picture draws them.
 Poco::JSON::Object::Ptr ShapesJson();
 
 /// Moves one point of `item` by (dx, dy), kept on the screen: the point
