@@ -7,7 +7,7 @@ import { keyCaptions, matchingItems, problemsOf } from './store.js';
 
 
 // The picture's marker shapes as characters, for lists of text.
-export const GLYPHS = { circle: '●', hexagon: '⬢', diamond: '◆', pentagon: '⬟', square: '■', capsule: '⬬', bubble: '▰' };
+export const GLYPHS = { circle: '●', hexagon: '⬢', diamond: '◆', pentagon: '⬟', square: '■', capsule: '▬', bubble: '▰' };
 
 export class ItemList {
   /// `handlers`: select(ids, {add, range}), toggleHidden(id).
