@@ -270,8 +270,13 @@ test('an item exactly under another is selected from the list, and its handles w
   const radius = readDoc(file).keymaps[3].spell_info.rel_radius;
   await drag(page, await centreOf(range), 60, 0);
   await settled(page);
+  // Alt+Up in the list puts it before the other, so it is drawn beneath it.
+  await page.getByRole('listbox', { name: 'Items' }).getByRole('option', { selected: true }).press('Alt+ArrowUp');
+  await settled(page);
   await save(page);
-  expect(readDoc(file).keymaps[3].spell_info.rel_radius).toBeGreaterThan(radius);
+  const saved = readDoc(file).keymaps;
+  expect(saved[2].spell_info.rel_radius).toBeGreaterThan(radius);
+  expect(saved[2].key.text).toBe('Q');
 });
 
 test('binding: Esc and the backdrop cancel, Ctrl+G binds Ctrl+G', async ({ page }) => {

@@ -10,7 +10,7 @@ import { keyCaptions, matchingItems, problemsOf } from './store.js';
 export const GLYPHS = { circle: '●', hexagon: '⬢', diamond: '◆', pentagon: '⬟', square: '■', capsule: '▬', bubble: '▰' };
 
 export class ItemList {
-  /// `handlers`: select(ids, {add, range}), toggleHidden(id).
+  /// `handlers`: select(id, {add, range}), toggleHidden(id), reorder(id, to).
   constructor(list, handlers) {
     this.list = list;
     this.handlers = handlers;
@@ -64,7 +64,11 @@ export class ItemList {
     const li = e.target.closest('li[data-item-id]');
     if (!li) return;
     const id = Number(li.dataset.itemId);
-    if (e.key === 'ArrowDown' || e.key === 'ArrowUp') {
+    if ((e.key === 'ArrowDown' || e.key === 'ArrowUp') && e.altKey) {
+      // Alt+arrows move the item in the document's order (drawn later is on top).
+      e.preventDefault();
+      this.handlers.reorder(id, Number(li.dataset.itemIndex) + (e.key === 'ArrowDown' ? 1 : -1));
+    } else if (e.key === 'ArrowDown' || e.key === 'ArrowUp') {
       e.preventDefault();
       const next = e.key === 'ArrowDown' ? li.nextElementSibling : li.previousElementSibling;
       if (next && next.dataset.itemId) {

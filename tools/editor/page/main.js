@@ -104,6 +104,7 @@ const list = new ItemList($('items'), {
     } else store.update({ selected: [id] });
   },
   toggleHidden: (id) => store.update(({ hidden }) => ({ hidden: hidden.includes(id) ? hidden.filter((x) => x !== id) : [...hidden, id] })),
+  reorder: (id, to) => { if (to >= 0 && to < store.get().ids.length) send(op.reorder(id, to)); },
 });
 
 const capture = new KeyCapture($('capture'), (params) => api.key(params));
