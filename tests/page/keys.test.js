@@ -1,7 +1,7 @@
 // Key capture as people mean it, gesture groups, gamepad readings.
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { ChordCapture, bindingSteps, gamepadChange } from '../../tools/editor/page/keys.js';
+import { ChordCapture, bindingSteps, gamepadButtonChanges, gamepadChange } from '../../tools/editor/page/keys.js';
 import { Gestures, undoState } from '../../tools/editor/page/history.js';
 
 const down = (code, extra = {}) => ({ code, keyCode: 0, ...extra });
@@ -49,6 +49,7 @@ test('gamepad: buttons, triggers and sticks as they change', () => {
     const change = gamepadChange(before, now);
     assert.equal(change ? change.text : null, want, name);
   }
+  assert.deepEqual(gamepadButtonChanges(pad([0]), pad([1])), [{ text: 'A', down: false }, { text: 'B', down: true }]);
 });
 
 test('a held key is one gesture, a new press another', () => {

@@ -38,8 +38,11 @@ test('a recording becomes lines with the pauses between', () => {
     { kind: 'tap', from: at(0.5, 0.5), start: 142, end: 180 },
     { kind: 'drag', from: at(0.1, 0.9), to: at(0.2, 0.8), start: 183, end: 400 },
     { kind: 'text', text: 'gg', start: 900, end: 950 },
+    { kind: 'pad', text: 'A', down: true, start: 950, end: 950 },
+    { kind: 'pad', text: 'A', down: false, start: 1000, end: 1000 },
   ], 1920, 1080);
-  assert.deepEqual(lines, ['click 960,540', 'sleep 100', 'click 960,540', 'curve 192,972 384,864', 'sleep 500', 'text "gg"']);
+  assert.deepEqual(lines, ['click 960,540', 'sleep 100', 'click 960,540', 'curve 192,972 384,864', 'sleep 500',
+    'text "gg"', 'joystick_press A', 'sleep 50', 'joystick_release A']);
 });
 
 test('a picked point starts a click line or joins the line at the caret', () => {

@@ -126,6 +126,16 @@ export function gamepadChange(before, now) {
   return null;
 }
 
+/// Every button, trigger or D-pad direction that went down or up between two
+/// readings of a gamepad: [{text, down}] by the standard mapping's names.
+export function gamepadButtonChanges(before, now) {
+  if (!now) return [];
+  const pressed = (b) => !!b && (b.pressed || b.value > 0.5);
+  return now.buttons.map((b, i) => ({ text: padNames[i] || `Button_${i}`, down: pressed(b),
+    was: pressed(before && before.buttons[i]) })).filter((c) => c.down !== c.was)
+    .map(({ text, down }) => ({ text, down }));
+}
+
 /// The browser's gamepads as plain readings.
 export function readGamepads(source = globalThis.navigator) {
   const pads = source && source.getGamepads ? [...source.getGamepads()] : [];

@@ -1,3 +1,5 @@
+import { gamepadButtonChanges, readGamepads } from './keys.js';
+
 // Making macro scripts on the screen: "Pick point" puts the next click on
 // the picture into the script as a point; "Record" turns clicks, drags and
 // typed text into lines, with the pauses between them, until "Stop". Points
@@ -10,7 +12,7 @@ export function macroPoint(p, width, height) {
   return `${at(p.x, width)},${at(p.y, height)}`;
 }
 
-/// The lines for what was recorded: [{kind: 'tap'|'drag'|'text', ...,
+/// The lines for what was recorded: [{kind: 'tap'|'drag'|'text'|'pad', ...,
 /// start, end}] in time order, times in milliseconds.
 export function recordedLines(events, width, height) {
   const px = (p) => macroPoint(p, width, height);
@@ -24,6 +26,7 @@ export function recordedLines(events, width, height) {
     if (e.kind === 'tap') lines.push(`click ${px(e.from)}`);
     else if (e.kind === 'drag') lines.push(`curve ${px(e.from)} ${px(e.to)}`);
     else if (e.kind === 'text') lines.push(`text "${e.text}"`);
+    else if (e.kind === 'pad') lines.push(`joystick_${e.down ? 'press' : 'release'} ${e.text}`);
     last = e.end;
   }
   return lines;
@@ -60,6 +63,7 @@ export class MacroTools {
     if (!this.target()) return;
     this.events = [];
     this.down = null;
+    this.watchGamepads(readGamepads());
     this.store.update({ mode: 'record', status: 'Recording: click, drag or type on the screen; Stop ends it' });
   }
 
@@ -107,6 +111,18 @@ export class MacroTools {
       this.down = null;
       this.store.update({ status: `Recording: ${this.events.length} recorded` });
     }
+  }
+
+  // Gamepad buttons pressed and released while recording become lines too.
+  watchGamepads(before) {
+    const now = readGamepads();
+    const time = performance.now();
+    now.forEach((pad, i) => {
+      for (const change of gamepadButtonChanges(before[i], pad)) {
+        this.events.push({ kind: 'pad', ...change, start: time, end: time });
+      }
+    });
+    requestAnimationFrame(() => { if (this.store.get().mode === 'record') this.watchGamepads(now); });
   }
 
   /// A key pressed while recording: typed characters become text lines.
