@@ -142,8 +142,8 @@ void checkMacroLines(const ConfigItem& item, int element, std::vector<Finding>& 
                 item.type,
                 std::string(name) + " line " + std::to_string(line) + ": not a macro command: \"" +
                     text + "\"");
-            finding.line = static_cast<int>(line);
-            finding.line_text = text;
+            finding.script_line = static_cast<int>(line);
+            finding.script_text = text;
             out.push_back(std::move(finding));
         }
     }

@@ -200,8 +200,8 @@ void locate(const std::string& text, CheckReport& report) {
     for (std::size_t k = 0; k < report.findings.size(); ++k) {
         Finding& finding = report.findings[k];
         const bool syntax = finding.kind == FindingKind::LoadFailed && report.diagnostic.line > 0;
-        finding.text_line = syntax ? report.diagnostic.line : at[k].line;
-        finding.text_column = syntax ? report.diagnostic.column : at[k].column;
+        finding.line = syntax ? report.diagnostic.line : at[k].line;
+        finding.column = syntax ? report.diagnostic.column : at[k].column;
     }
 }
 

@@ -149,14 +149,14 @@ TEST(KeymapCheck, FindingsKnowTheirLineAndColumnInAnyLayout) {
         const std::size_t icon = text.find('{', text.find("\"icon\""));
         std::map<std::string, std::pair<int, int>> found;
         for (const km::Finding& f : report.findings) {
-            found[f.path] = {f.text_line, f.text_column};
+            found[f.path] = {f.line, f.column};
         }
         EXPECT_EQ(found["keymaps[0].sensitivty"], placeOf(text, value));
         EXPECT_EQ(found["keymaps[0].icon.description"], placeOf(text, icon));
     }
     const km::CheckReport broken = km::CheckKeymapDocument("{\n  \"info\" {}\n}", false);
     ASSERT_FALSE(broken.findings.empty());
-    EXPECT_EQ(std::make_pair(broken.findings[0].text_line, broken.findings[0].text_column),
+    EXPECT_EQ(std::make_pair(broken.findings[0].line, broken.findings[0].column),
               std::make_pair(2, 10));
 }
 

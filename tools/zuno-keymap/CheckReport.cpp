@@ -62,14 +62,14 @@ void writeFinding(JsonWriter& out, const km::Finding& finding) {
         .value(finding.other_type)
         .key("line")
         .value(finding.line)
-        .key("line_text")
-        .value(finding.line_text)
+        .key("column")
+        .value(finding.column)
+        .key("script_line")
+        .value(finding.script_line)
+        .key("script_text")
+        .value(finding.script_text)
         .key("keys")
         .value(finding.keys)
-        .key("text_line")
-        .value(finding.text_line)
-        .key("text_column")
-        .value(finding.text_column)
         .key("items")
         .beginArray();
     for (const int index : finding.items) {
@@ -147,11 +147,11 @@ void writeClassicLists(JsonWriter& out, const std::vector<km::Finding>& findings
         out.beginObject().key("index").value(macros[first]->item_index).key("list").value(list);
         out.key("lines").beginArray();
         for (std::size_t i = first; i < last; ++i) {
-            out.value(macros[i]->line);
+            out.value(macros[i]->script_line);
         }
         out.endArray().key("texts").beginArray();
         for (std::size_t i = first; i < last; ++i) {
-            out.value(macros[i]->line_text);
+            out.value(macros[i]->script_text);
         }
         out.endArray().endObject();
     }
@@ -246,19 +246,19 @@ void PrintCheckReport(std::ostream& terminal, const std::string& source,
     for (const km::Finding& finding : report.findings) {
         const char* severity = km::FindingSeverityName(finding.severity);
         const char* kind = km::FindingKindName(finding.kind);
-        const bool placed = finding.text_line > 0;
+        const bool placed = finding.line > 0;
         switch (format) {
             case ReportFormat::Gcc:
                 out << source;
                 if (placed) {
-                    out << ':' << finding.text_line << ':' << finding.text_column;
+                    out << ':' << finding.line << ':' << finding.column;
                 }
                 out << ": " << severity << ": " << describe(finding) << " [" << kind << "]\n";
                 break;
             case ReportFormat::Github:
                 out << "::" << severity << " file=" << githubEscaped(source, true);
                 if (placed) {
-                    out << ",line=" << finding.text_line << ",col=" << finding.text_column;
+                    out << ",line=" << finding.line << ",col=" << finding.column;
                 }
                 out << ",title=" << kind << "::" << githubEscaped(describe(finding), false) << "\n";
                 break;
