@@ -182,11 +182,7 @@ void WriteCheckReportJson(JsonWriter& out, const std::string& source,
     out.endArray().endObject();
 }
 
-namespace {
-
-// What a finding is about and what is wrong, as one line for people:
-// "keymaps[3] (Swipehold): ...".
-std::string describe(const km::Finding& finding) {
+std::string DescribeFinding(const km::Finding& finding) {
     std::string out;
     // A failed load's message and a collision's name their places themselves.
     if (finding.kind != km::FindingKind::LoadFailed &&
@@ -208,6 +204,8 @@ std::string describe(const km::Finding& finding) {
     }
     return out + finding.message;
 }
+
+namespace {
 
 // A workflow command's text and property escapes (%, CR, LF; in a property
 // also : and ,).
@@ -253,17 +251,19 @@ void PrintCheckReport(std::ostream& terminal, const std::string& source,
                 if (placed) {
                     out << ':' << finding.line << ':' << finding.column;
                 }
-                out << ": " << severity << ": " << describe(finding) << " [" << kind << "]\n";
+                out << ": " << severity << ": " << DescribeFinding(finding) << " [" << kind
+                    << "]\n";
                 break;
             case ReportFormat::Github:
                 out << "::" << severity << " file=" << githubEscaped(source, true);
                 if (placed) {
                     out << ",line=" << finding.line << ",col=" << finding.column;
                 }
-                out << ",title=" << kind << "::" << githubEscaped(describe(finding), false) << "\n";
+                out << ",title=" << kind << "::" << githubEscaped(DescribeFinding(finding), false)
+                    << "\n";
                 break;
             case ReportFormat::Text:
-                out << source << ": " << severity << ": " << describe(finding) << "\n";
+                out << source << ": " << severity << ": " << DescribeFinding(finding) << "\n";
                 break;
         }
     }
