@@ -120,11 +120,21 @@ std::vector<Problems> problemsByItem(const km::CheckReport& report, std::size_t 
     return result;
 }
 
+// What an overlay asks of one item's group.
+struct Layer {
+    const Overlay* overlay = nullptr;
+    const std::string* classes = nullptr;
+    bool extra = false;
+};
+
 void drawItem(SvgWriter& svg, const Canvas& canvas, const km::ConfigItem& item, int index,
-              const Problems& found) {
+              const Problems& found, const Layer& layer) {
     const Problems* problems = found.invalid || found.collision ? &found : nullptr;
     const TypeShape* shape = FindTypeShape(item.type);
     std::string cls = "item";
+    if (layer.classes != nullptr && !layer.classes->empty()) {
+        cls += " " + *layer.classes;
+    }
     if (!item.icon.visibility) {
         cls += " hidden";
     }
@@ -136,7 +146,8 @@ void drawItem(SvgWriter& svg, const Canvas& canvas, const km::ConfigItem& item, 
     }
     svg.open("g")
         .attr("class", cls)
-        .attr("data-item-index", index)
+        .attr(layer.extra ? layer.overlay->extraIndexAttribute : std::string("data-item-index"),
+              index)
         .attr("data-item-type", item.type);
     svg.content();
 
@@ -192,6 +203,9 @@ void drawItem(SvgWriter& svg, const Canvas& canvas, const km::ConfigItem& item, 
     const double size = FittedTextSize(shown, r);
     svg.open("text").attr("class", caption.empty() ? "caption type-name" : "caption");
     svg.attr("x", mx).attr("y", my).attr("dy", "0.35em").attr("font-size", size).text(shown);
+    if (layer.overlay != nullptr && layer.overlay->draw) {
+        layer.overlay->draw(svg, canvas, {&item, index, layer.extra, mx, my, r});
+    }
     svg.end("g");
 }
 
@@ -298,6 +312,7 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     svg.open("title").text(heading);
     svg.open("style").attr("type", "text/css").content();
     svg.raw(kStyle);
+    svg.raw(options.overlay.style);
     svg.raw("\n");
     svg.end("style");
 
@@ -314,11 +329,19 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     }
 
     svg.open("g").attr("class", "items").content();
+    const Overlay& overlay = options.overlay;
+    for (const Overlay::Extra& extra : overlay.extras) {
+        if (extra.item != nullptr) {
+            drawItem(svg, canvas, *extra.item, extra.index, Problems(),
+                     {&overlay, &extra.classes, true});
+        }
+    }
     for (std::size_t i = 0; i < count; ++i) {
         if (doc.items[i] == nullptr) {
             continue;
         }
-        drawItem(svg, canvas, *doc.items[i], static_cast<int>(i), problems[i]);
+        drawItem(svg, canvas, *doc.items[i], static_cast<int>(i), problems[i],
+                 {&overlay, i < overlay.classes.size() ? &overlay.classes[i] : nullptr, false});
     }
     svg.end("g");
 
