@@ -205,7 +205,7 @@ void locate(const std::string& text, CheckReport& report) {
     }
 }
 
-void checkText(const std::string& text, bool joystick, const std::string& source,
+void checkText(const std::string& text, bool joystick, const std::string& source, bool located,
                CheckReport& report) {
     KeymapConfig doc;
     doc.info = new ConfigInfo();
@@ -252,10 +252,30 @@ void checkText(const std::string& text, bool joystick, const std::string& source
     if (loaded) {
         checkLoaded(doc, progress.elements, report);
     }
-    locate(text, report);
+    if (located) {
+        locate(text, report);
+    }
 }
 
 }  // namespace
+
+namespace check {
+
+CheckReport CheckText(const std::string& text, bool joystick, const std::string& source,
+                      bool located) {
+    CheckReport report;
+    report.diagnostic.source = source;
+    try {
+        checkText(text, joystick, source, located, report);
+    } catch (const std::exception& error) {
+        // Only exhaustion gets here; the report says so rather than the host dying.
+        report.findings.push_back(MakeFinding(FindingKind::LoadFailed, FindingSeverity::Error,
+                                              std::string(), -1, std::string(), error.what()));
+    }
+    return report;
+}
+
+}  // namespace check
 
 KeymapConfig* ReadKeymapDocument(DocumentOrigin origin, const std::string& path,
                                  const std::string& text, bool joystick,
@@ -280,17 +300,7 @@ KeymapConfig* ReadKeymapDocument(DocumentOrigin origin, const std::string& path,
 }
 
 CheckReport CheckKeymapDocument(const std::string& text, bool joystick, const std::string& source) {
-    CheckReport report;
-    report.diagnostic.source = source;
-    try {
-        checkText(text, joystick, source, report);
-    } catch (const std::exception& error) {
-        // Only exhaustion gets here; the report says so rather than the host dying.
-        report.findings.push_back(check::MakeFinding(FindingKind::LoadFailed,
-                                                     FindingSeverity::Error, std::string(), -1,
-                                                     std::string(), error.what()));
-    }
-    return report;
+    return check::CheckText(text, joystick, source, true);
 }
 
 }  // namespace zunokeymapmanager
