@@ -2,27 +2,8 @@
 # file) into WORK once per lock, then runs validate.js. Expects NODE, NPM,
 # SOURCE (this folder), WORK (a folder in the build tree) and TOOL.
 
-file(MAKE_DIRECTORY ${WORK})
-set(stamp ${WORK}/node_modules/.installed-lock.json)
-set(install TRUE)
-if(EXISTS ${stamp})
-    file(SHA256 ${stamp} installed)
-    file(SHA256 ${SOURCE}/package-lock.json wanted)
-    if(installed STREQUAL wanted)
-        set(install FALSE)
-    endif()
-endif()
-if(install)
-    file(COPY ${SOURCE}/package.json ${SOURCE}/package-lock.json DESTINATION ${WORK})
-    execute_process(
-        COMMAND ${NPM} ci --no-audit --no-fund --loglevel=error
-        WORKING_DIRECTORY ${WORK}
-        RESULT_VARIABLE result)
-    if(NOT result EQUAL 0)
-        message(FATAL_ERROR "npm ci in ${WORK} failed (${result})")
-    endif()
-    configure_file(${SOURCE}/package-lock.json ${stamp} COPYONLY)
-endif()
+include(${CMAKE_CURRENT_LIST_DIR}/../NpmCi.cmake)
+zuno_km_npm_ci(${SOURCE} ${WORK})
 
 execute_process(
     COMMAND ${CMAKE_COMMAND} -E env NODE_PATH=${WORK}/node_modules
