@@ -141,7 +141,23 @@ TEST(KeymapCheck, FindingsKnowTheirLineAndColumnInAnyLayout) {
     for (const char c : pretty.str()) {
         crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
     }
-    for (const std::string& text : {pretty.str(), minified.str(), crlf}) {
+    // As a person might lay it out: tabs, each value on the line after its
+    // name, two members on one line.
+    std::string hand;
+    bool inString = false;
+    int commas = 0;
+    for (const char c : minified.str()) {
+        const bool escaped = !hand.empty() && hand.back() == '\\';
+        hand += c;
+        if (c == '"' && !escaped) {
+            inString = !inString;
+        } else if (!inString && c == ':') {
+            hand += "\n\t\t ";
+        } else if (!inString && c == ',') {
+            hand += ++commas % 2 == 0 ? "\n\t" : "  ";
+        }
+    }
+    for (const std::string& text : {pretty.str(), minified.str(), crlf, hand}) {
         SCOPED_TRACE(text.size());
         const km::CheckReport report = km::CheckKeymapDocument(text, false);
         // The unknown member: at its value. The missing one: at the icon.

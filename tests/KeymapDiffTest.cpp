@@ -89,6 +89,15 @@ TEST(KeymapDiff, NamesEachEditInTheKeymapsTermsAndDrawsIt) {
     };
     const std::vector<Row> rows = {
         {"formatting only", edited([](Object::Ptr&) {}), {}, {}},
+        {"defaults left out",
+         edited([](Object::Ptr& root) {
+             for (const char* member : {"transparent_ESC", "transparent_wheel", "is_joystick",
+                                        "transparent_mouse_windows_raw_move_period"}) {
+                 root->getObject("info")->remove(member);
+             }
+         }),
+         {},
+         {}},
         {"one move",
          edited([](Object::Ptr& root) { moveRight(itemAt(root, 2)); }),
          {"moved 2 keymaps[2].icon.rel_position"},
