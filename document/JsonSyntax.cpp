@@ -5,12 +5,12 @@
 #include "document/JsonSyntax.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
+
+#include "zuno-keymapmanager/model/NumberText.h"
 
 namespace zunokeymapmanager {
 namespace document {
@@ -244,8 +244,9 @@ private:
         const int startLine = line_;
         numberSyntax();
         // The parser also refuses numbers beyond the range of a double.
-        if (!failed_ &&
-            !std::isfinite(std::strtod(s_.substr(start, i_ - start).c_str(), nullptr))) {
+        double ignored = 0;
+        const char* first = s_.data() + start;
+        if (!failed_ && ReadNumber(first, s_.data() + i_, ignored) == first) {
             i_ = start;
             line_ = startLine;
             fail("the number is out of range");

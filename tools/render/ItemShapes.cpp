@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 #include <cmath>
 #include <vector>
 
@@ -213,12 +212,12 @@ std::vector<Vec> curvePoints(const Canvas& c, const std::string& text) {
             continue;
         }
         double value = 0;
-        const auto result = std::from_chars(p, end, value);
-        if (result.ec != std::errc() || result.ptr == p) {
+        const char* next = km::ReadNumber(p, end, value);
+        if (next == p) {
             ++p;
             continue;
         }
-        p = result.ptr;
+        p = next;
         value = sane(value, 0, -4, 4);
         if (half) {
             points.push_back({c.x(pending), c.y(value)});
