@@ -327,5 +327,13 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     return svg.take();
 }
 
+std::string RenderDocumentSvg(const km::KeymapConfig& doc, const std::string& text, bool joystick,
+                              const std::string& source, RenderOptions options) {
+    const km::CheckReport report = km::CheckKeymapDocument(text, joystick, source);
+    const std::size_t slash = source.find_last_of("/\\");
+    options.title = slash == std::string::npos ? source : source.substr(slash + 1);
+    return RenderSvg(doc, report, options);
+}
+
 }  // namespace render
 }  // namespace zunokeymap

@@ -19,11 +19,6 @@ namespace zunokeymap {
 
 namespace {
 
-std::string baseName(const std::string& path) {
-    const std::size_t slash = path.find_last_of("/\\");
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
 struct RenderArguments {
     std::string file;
     std::string output;
@@ -45,10 +40,8 @@ int runRender(const RenderArguments& args) {
         std::cerr << loaded.source << ": error: " << loaded.diagnostic.message << "\n";
         return loaded.unreadable ? kUsage : kProblems;
     }
-    const km::CheckReport report =
-        km::CheckKeymapDocument(loaded.text, loaded.joystick, loaded.source);
-    picture.title = baseName(loaded.source);
-    const std::string svg = render::RenderSvg(*loaded.doc, report, picture);
+    const std::string svg = render::RenderDocumentSvg(*loaded.doc, loaded.text, loaded.joystick,
+                                                      loaded.source, picture);
 
     return WriteOutput("render", args.output.empty() ? "-" : args.output, svg) ? kClean : kUsage;
 }
