@@ -1,7 +1,7 @@
 # zuno_km_editor_assets(OUTPUT [SCHEMA_ONLY]): a rule that writes OUTPUT, a
 # C++ source holding the editor page (tools/editor/page/*) and the format's
 # schema as bytes (PageAssets.h); with SCHEMA_ONLY, the schema alone. Used by
-# the editor library and its fuzz target.
+# the editor library.
 set(ZUNO_KM_EDITOR_DIR ${CMAKE_CURRENT_LIST_DIR})
 function(zuno_km_editor_assets output)
     set(files ${PROJECT_SOURCE_DIR}/docs/keymap.schema.json)

@@ -4,7 +4,7 @@
 
 #include "zuno-keymapmanager/api/KeyTriggers.h"
 
-#include "api/TriggerRules.h"
+#include "check/TriggerRules.h"
 
 namespace zunokeymapmanager {
 
