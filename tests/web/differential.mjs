@@ -16,8 +16,9 @@ import path from 'node:path';
 import { fileURLToPath } from 'node:url';
 import zlib from 'node:zlib';
 
-const [bundle, tool, limitText] = process.argv.slice(2);
-if (!bundle || !tool) {
+const [bundle, toolGiven, limitText] = process.argv.slice(2);
+const tool = toolGiven && path.resolve(toolGiven);
+if (!bundle || !toolGiven) {
   console.error('usage: node differential.mjs BUNDLE TOOL [LIMIT]');
   process.exit(2);
 }
