@@ -1,5 +1,7 @@
-# Sourced by the scripts that cross-build Poco (windows, web): Debian's own
-# source package of the installed libpoco-dev, unpacked into a folder.
+# Sourced by the scripts that cross-build (windows, web): their steps and
+# timings, a prefix built once into the cache, and Debian's own source
+# package of the installed libpoco-dev. Callers set `label` (shown on each
+# step) and `timings=()`.
 
 # apt-get source needs deb-src entries; they mirror the deb entries already
 # configured, so the sources match the installed packages.
@@ -31,4 +33,35 @@ poco_source() {
     mkdir -p "$dir"
     (cd "$dir" && apt-get source -qq "poco=$(poco_version)" >/dev/null 2>&1)
     find "$dir" -maxdepth 1 -mindepth 1 -type d -name 'poco-*' | head -1
+}
+
+# Runs a step, named, and keeps its time for print_timings.
+step() {
+    local name=$1 begin=$SECONDS
+    shift
+    echo "-- $label: $name"
+    "$@"
+    timings+=("$(printf '%-32s %5d s' "$name" $((SECONDS - begin)))")
+}
+
+print_timings() {
+    echo "-- $label: stage timings"
+    local line
+    for line in "${timings[@]}"; do echo "   $line"; done
+    printf '   %-32s %5d s\n' total $((SECONDS - start))
+}
+
+# Makes PREFIX with BUILD SCRATCH, unless it was made whole before: BUILD
+# fills SCRATCH/install in a scratch folder that then moves into place whole,
+# so an interrupted build never leaves a half prefix that looks usable.
+build_prefix_once() {
+    local prefix=$1 build=$2
+    [ -f "$prefix/.complete" ] && { echo "   reusing $prefix"; return; }
+    local scratch="$prefix.part"
+    rm -rf "$scratch" "$prefix"
+    mkdir -p "$scratch/install/include"
+    "$build" "$scratch"
+    mv "$scratch/install" "$prefix"
+    rm -rf "$scratch"
+    touch "$prefix/.complete"
 }
