@@ -1,7 +1,9 @@
 // The keymap module against the native tool, byte for byte: for every
 // example and the documents of the fuzz corpus, the module's check report
 // and picture must equal what `zuno-keymap check --json NAME` and
-// `zuno-keymap render NAME` print, run beside the file. Prints the module's
+// `zuno-keymap render NAME` print, run beside the file, and the editor's
+// session must take each one as an edit or refuse it with the contract's
+// statuses. Prints the module's
 // sizes and the time of an edit round trip on a 200-item document; neither
 // decides the outcome.
 //
@@ -72,6 +74,9 @@ for (const file of documents()) {
   } else if (picture.status === 200) {
     failures.push(`${file}: the module drew a picture of what the tool refuses (${drawn.status})`);
   }
+  // The editor's session takes the same document as an edit, or refuses it.
+  const put = module.request('PUT', '/api/document', bytes);
+  if (![200, 400, 422].includes(put.status)) failures.push(`${file}: PUT answered ${put.status}: ${put.body}`);
   compared += 1;
 }
 
