@@ -1,10 +1,16 @@
 // Decimal numbers read from text: how far a number reaches, what counts as
-// one, and values rounded as a correct reader rounds them.
+// one, and values rounded as a correct reader rounds them; and numbers
+// written as the C++ library's shortest form writes them.
 
 #include <gtest/gtest.h>
 
+#include <charconv>
+#include <cmath>
 #include <cstring>
+#include <limits>
+#include <random>
 #include <string>
+#include <vector>
 
 #include <zuno-keymapmanager/model/NumberText.h>
 
@@ -53,6 +59,34 @@ TEST(NumberText, StopsAtTheEndGivenEvenInsideANumber) {
         EXPECT_EQ(std::string(text.data(), end), expected) << "size " << size;
         EXPECT_EQ(value, std::stod(expected)) << "size " << size;
     }
+}
+
+// The platform's own writer where it has one: the same characters, and they
+// read back to the same bits.
+TEST(NumberText, WritesTheShortestFormAsTheStandardLibraryDoes) {
+    std::vector<double> values = {
+        0.0,      -0.0,    0.5,       1e-06,  0.0001,
+        100,      123456,  1234567,   1e+21,  1e+22,
+        0.1,      1.0 / 3, -2.5e-300, 5e-324, std::numeric_limits<double>::max(),
+        0.123456, 1.05};
+    std::mt19937_64 random(27);
+    std::uniform_int_distribution<int> exponent(-30, 30);
+    std::uniform_real_distribution<double> mantissa(-10, 10);
+    for (int i = 0; i < 2000; ++i) {
+        values.push_back(std::ldexp(mantissa(random), exponent(random)));
+        values.push_back(std::round(mantissa(random) * 1e6) / 1e6);
+    }
+    for (const double value : values) {
+        char expected[64];
+        const auto result = std::to_chars(expected, expected + sizeof expected, value);
+        const std::string written = km::WriteNumber(value);
+        EXPECT_EQ(written, std::string(expected, result.ptr)) << value;
+        double back = 0;
+        km::ReadNumber(written.data(), written.data() + written.size(), back);
+        EXPECT_EQ(std::memcmp(&back, &value, sizeof value), 0) << written;
+    }
+    EXPECT_EQ(km::WriteNumber(std::nan("")), "nan");
+    EXPECT_EQ(km::WriteNumber(-HUGE_VAL), "-inf");
 }
 
 }  // namespace
