@@ -18,6 +18,7 @@
 #include "zuno-keymapmanager/model/Fields.h"
 #include "zuno-keymapmanager/model/Geometry.h"
 #include "zuno-keymapmanager/model/NameLists.h"
+#include "zuno-keymapmanager/model/NumberText.h"
 
 // Item types.
 #include "zuno-keymapmanager/items/ComposableItems.h"

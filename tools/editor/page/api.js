@@ -1,11 +1,13 @@
 // Everything the page asks of the library goes through here, as the
-// editor's HTTP contract (docs/editor.md) by default. The transport is one
-// function, call(method, path, body) -> {status, ok, data}, so that the same
-// page can talk to another implementation of the contract.
+// editor's requests (docs/editor.md). They go over HTTP to the server of
+// `zuno-keymap edit`, or, when the page is served as plain static files, to
+// the keymap module running in this page (local.js): the same requests, the
+// same answers. Either way through one function,
+// call(method, path, body) -> {status, ok, data}.
 //
-// The token comes from the page's own address and goes out as a Bearer
-// header. It leaves the address bar (and so the history) at once, kept for
-// this tab only, where a reload finds it.
+// The server hands the page a token in its address. It leaves the address
+// bar (and so the history) at once, kept for this tab only, where a reload
+// finds it, and goes out as a Bearer header.
 
 const token = new URLSearchParams(location.search).get('token') ||
   sessionStorage.getItem('zuno-keymap-token') || '';
@@ -14,15 +16,20 @@ if (token) {
   history.replaceState(null, '', location.pathname);
 }
 
+/// True when no server serves the page: it then runs the library itself and
+/// opens and saves the user's files.
+export const standalone = !token;
+const local = standalone ? import('./local.js') : null;
+
 // No answer within this time counts as a lost answer: the request is retried.
 const ANSWER_TIME = 30000;
 
-async function httpCall(method, path, body) {
+async function httpCall(method, path, text) {
   const headers = { Authorization: `Bearer ${token}` };
   const init = { method, headers, cache: 'no-store', signal: AbortSignal.timeout(ANSWER_TIME) };
-  if (body !== undefined) {
+  if (text !== undefined) {
     headers['Content-Type'] = 'application/json';
-    init.body = typeof body === 'string' ? body : JSON.stringify(body);
+    init.body = text;
   }
   let response;
   try {
@@ -41,12 +48,11 @@ async function httpCall(method, path, body) {
   return { status: response.status, ok: response.ok, data };
 }
 
-let transport = httpCall;
-
-/// Replaces the transport, for a page that reaches the library another way.
-export function setTransport(call) { transport = call; }
-
-export function call(method, path, body) { return transport(method, path, body); }
+export async function call(method, path, body) {
+  const text = body === undefined || typeof body === 'string' ? body : JSON.stringify(body);
+  if (local) return (await local).localRequest(method, path, text);
+  return httpCall(method, path, text);
+}
 
 async function must(promise) {
   const answer = await promise;
@@ -80,4 +86,6 @@ export const api = {
   trigger: async (keys) => (await must(call('POST', '/api/trigger', { keys }))).items,
   macroCheck: async (lines) => (await must(call('POST', '/api/macro/check', { lines }))).bad,
   macroRunning: async (lines) => (await must(call('POST', '/api/macro/running', { lines }))).lines,
+  /// Opens a File or a file handle in the page's own module (standalone only).
+  openFile: async (source) => (await local).openFile(source),
 };

@@ -5,6 +5,7 @@
 // with the document, its check and its picture, which the page then shows.
 
 import { api } from './api.js';
+import { restoreScreenshot, showScreenshot, showScreenshotUrl } from './files.js';
 import { Gestures, undoState } from './history.js';
 import { GLYPHS, ItemList } from './itemlist.js';
 import { bindingSteps } from './keys.js';
@@ -352,26 +353,8 @@ stage.addEventListener('drop', (e) => {
     return;
   }
   const file = [...(e.dataTransfer ? e.dataTransfer.files : [])].find((f) => f.type.startsWith('image/'));
-  if (file) keepBackground(file);
+  if (file) showScreenshot(file);
 });
-
-// A dropped screenshot stays for the session: a reload of the page finds it
-// in the tab's storage, where it fits.
-const BACKGROUND_KEY = 'zuno-keymap-background';
-
-function showBackground(url) {
-  $('picture').style.backgroundImage = `url("${url}")`;
-  $('picture').classList.add('has-background');
-}
-
-function keepBackground(file) {
-  showBackground(URL.createObjectURL(file));
-  const reader = new FileReader();
-  reader.onload = () => {
-    try { sessionStorage.setItem(BACKGROUND_KEY, reader.result); } catch (error) { /* too large to keep */ }
-  };
-  reader.readAsDataURL(file);
-}
 
 const click = (id, fn) => $(id).addEventListener('click', fn);
 click('save', () => save());
@@ -447,9 +430,9 @@ async function start() {
     palette(types, info.joystick ? 'gamepad' : 'keyboard');
     if (info.background) {
       const image = await api.background();
-      if (image.ok) showBackground(URL.createObjectURL(image.data));
-    } else if (sessionStorage.getItem(BACKGROUND_KEY)) {
-      showBackground(sessionStorage.getItem(BACKGROUND_KEY));
+      if (image.ok) showScreenshotUrl(URL.createObjectURL(image.data));
+    } else {
+      restoreScreenshot();
     }
     await new Promise((resolve) => requestAnimationFrame(resolve));
     performance.mark('keymap-shown');
@@ -464,5 +447,25 @@ async function start() {
     store.update({ status: `Cannot reach the editor: ${error.message}` });
   }
 }
+
+// Another keymap opened in the page (served as static files): shown afresh.
+window.addEventListener('keymap-opened', () => {
+  history = new History();
+  state.selected = -1;
+  panel.clear();
+  // Another keymap opened in the page (served as static files): shown afresh.
+window.addEventListener('keymap-opened', () => {
+  store.update({ selected: [], hidden: [], errors: {}, showSettings: false, status: '' });
+  start();
+});
+
+start();
+});
+
+// Another keymap opened in the page (served as static files): shown afresh.
+window.addEventListener('keymap-opened', () => {
+  store.update({ selected: [], hidden: [], errors: {}, showSettings: false, status: '' });
+  start();
+});
 
 start();
