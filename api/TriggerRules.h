@@ -32,7 +32,7 @@ void ForEachTrigger(const ConfigItem& item, Visit visit) {
         if (first.isSet()) {
             visit(first,
                   slot.second < 0 ? none : slots[static_cast<std::size_t>(slot.second)].in(item),
-                  slot.name);
+                  slot.name.c_str());
         }
     }
 }
