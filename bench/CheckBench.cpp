@@ -26,7 +26,7 @@
 
 #include "CheckedDocument.h"
 #include "DocumentGenerator.h"
-#include "api/KeyCollisions.h"
+#include "check/KeyCollisions.h"
 
 namespace {
 

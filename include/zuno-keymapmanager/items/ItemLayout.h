@@ -48,9 +48,9 @@ struct ZUNO_KM_API KeySlot
     /// "negative" for the keys that fire the item; "second", "positive second",
     /// "negative second" for second keys.
     std::string name;
-    KeyRole role = KeyRole::Key;
-    int second = -1;  ///< the slot of this key's second key, or -1
-    MemberPath at;
+    KeyRole role = KeyRole::Key;  ///< what the key does for the item
+    int second = -1;              ///< the slot of this key's second key, or -1
+    MemberPath at;                ///< where the key lives in the item
 
     /// The member in `item`, which must be of the type the slot was listed for.
     ///@{

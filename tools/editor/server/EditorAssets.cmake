@@ -1,6 +1,6 @@
 # zuno_km_editor_assets(OUTPUT): a rule that writes OUTPUT, a C++ source
 # holding the editor page (tools/editor/page/*) and the format's schema as
-# bytes (PageAssets.h). Used by the editor library and its fuzz target.
+# bytes (PageAssets.h). Used by the editor library.
 set(ZUNO_KM_EDITOR_DIR ${CMAKE_CURRENT_LIST_DIR})
 function(zuno_km_editor_assets output)
     file(GLOB page CONFIGURE_DEPENDS ${ZUNO_KM_EDITOR_DIR}/../page/*)

@@ -2,14 +2,14 @@
 // KeyCollisions.cpp
 //
 
-#include "api/KeyCollisions.h"
+#include "check/KeyCollisions.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
 #include <unordered_map>
 
-#include "api/TriggerRules.h"
+#include "check/TriggerRules.h"
 #include "zuno-keymapmanager/api/KeyTriggers.h"
 
 namespace zunokeymapmanager {

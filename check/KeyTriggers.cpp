@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "api/TriggerRules.h"
+#include "check/TriggerRules.h"
 #include "zuno-keymapmanager/items/ComposableItems.h"
 
 namespace zunokeymapmanager {

@@ -16,9 +16,9 @@
 #include <valijson/schema_parser.hpp>
 #include <valijson/validator.hpp>
 
-#include "api/CheckFindings.h"
-#include "api/SchemaPaths.h"
-#include "api/VarRefAdapter.h"
+#include "check/CheckFindings.h"
+#include "check/SchemaPaths.h"
+#include "check/VarRefAdapter.h"
 
 namespace zunokeymapmanager {
 namespace check {

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "api/CheckFindings.h"
+#include "check/CheckFindings.h"
 #include "zuno-keymapmanager/api/Functions.h"
 #include "zuno-keymapmanager/api/KeyTriggers.h"
 #include "zuno-keymapmanager/items/ComposableItems.h"

@@ -9,8 +9,8 @@
 #include <iterator>
 #include <memory>
 
-#include "api/CheckFindings.h"
-#include "api/KeyCollisions.h"
+#include "check/CheckFindings.h"
+#include "check/KeyCollisions.h"
 #include "document/DocumentIO.h"
 #include "document/JsonSyntax.h"
 #include "zuno-keymapmanager/document/ConfigInfo.h"

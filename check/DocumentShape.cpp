@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "api/CheckFindings.h"
+#include "check/CheckFindings.h"
 #include "zuno-keymapmanager/model/Fields.h"
 #include "zuno-keymapmanager/model/NameLists.h"
 

@@ -2,7 +2,7 @@
 // SchemaPaths.cpp
 //
 
-#include "api/SchemaPaths.h"
+#include "check/SchemaPaths.h"
 
 #include <Poco/JSON/Array.h>
 
