@@ -232,20 +232,20 @@ const MemberTable& KeyMembers() {
 const MemberTable& ComposableKeyMembers() {
     using M = MembersOf<ComposableKey>;
     static const MemberTable table =
-        M::part("composable_key", "a key, or a combination of two keys pressed together",
-                {
-                    M::field<&ComposableKey::key>(kFieldKey)
-                        .require()
-                        .key(KeyRole::PairKey, "")
-                        .show("Key", kGroupKeys, "the first key of the combination"),
-                    M::field<&ComposableKey::second_key>(kFieldSecondKey)
-                        .key(KeyRole::PairSecondKey, "second")
-                        .when([](const void* owner) {
-                            return static_cast<const ComposableKey*>(owner)->second_key.isSet();
-                        })
-                        .show("Second key", kGroupKeys,
-                              "the second key of the combination; written only when set"),
-                });
+        M::table("a key, or a combination of two keys pressed together",
+                 {
+                     M::field<&ComposableKey::key>(kFieldKey)
+                         .require()
+                         .key(KeyRole::PairKey, "")
+                         .show("Key", kGroupKeys, "the first key of the combination"),
+                     M::field<&ComposableKey::second_key>(kFieldSecondKey)
+                         .key(KeyRole::PairSecondKey, "second")
+                         .when([](const void* owner) {
+                             return static_cast<const ComposableKey*>(owner)->second_key.isSet();
+                         })
+                         .show("Second key", kGroupKeys,
+                               "the second key of the combination; written only when set"),
+                 });
     return table;
 }
 

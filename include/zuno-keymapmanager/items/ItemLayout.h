@@ -26,9 +26,9 @@ struct ZUNO_KM_API MemberPath
 /// Where a member lives in an item: from the item to the owner of the
 /// member's table, then through the members that hold it.
 {
-    void* (*owner)(ConfigItem& item) = nullptr;
-    std::array<void* (*)(void*), 4> steps{};
-    std::size_t depth = 0;
+    void* (*owner)(ConfigItem& item) = nullptr;  ///< the owner of the first table
+    std::array<void* (*)(void*), 4> steps{};     ///< from one member to the next
+    std::size_t depth = 0;                       ///< how many `steps` there are
 
     /// The member in `item`.
     void* in(ConfigItem& item) const {
@@ -81,7 +81,7 @@ struct ZUNO_KM_API PointSlot
     /// touch point): such a point is left alone while it is not set.
     bool nullIsUnset = false;
     bool isText = false;  ///< a text that lists points, not a point
-    MemberPath at;
+    MemberPath at;        ///< where the member lives in the item
 
     /// The member in `item`: the point, or null for a text; the text, or null for a point.
     ///@{

@@ -75,16 +75,19 @@ struct MemberTable;
 /// Members another class reads and writes for their owner: the owner's
 /// reading and writing of them, and the table of what they are.
 struct ZUNO_KM_API MemberRoute {
+    /// Reads them from the owner's object.
     void (*read)(void* owner, const Poco::JSON::Object::Ptr& object);
+    /// Writes them into the owner's object.
     void (*write)(const void* owner, Poco::JSON::Object& object);
+    /// What they are, for the schema.
     const MemberTable& (*members)();
 };
 
 struct ZUNO_KM_API Member
 /// One JSON member. Made by MembersOf<Owner> and completed with the setters.
 {
-    const std::string* name = nullptr;  ///< a kField constant, so it outlives every read
-    MemberKind kind = MemberKind::Boolean;
+    const std::string* name = nullptr;          ///< a kField constant, so it outlives every read
+    MemberKind kind = MemberKind::Boolean;      ///< how the value is held and written
     bool required = false;                      ///< read without a presence test
     std::uint16_t flags = 0;                    ///< MemberFlag values
     void* (*at)(void* owner) = nullptr;         ///< the value in its owner
@@ -93,22 +96,19 @@ struct ZUNO_KM_API Member
     /// Written only when this says so of the owner; always when null.
     bool (*written)(const void* owner) = nullptr;
 
-    /// A key: what it does. A point or key: its name in KeySlot and PointSlot.
-    KeyRole role = KeyRole::Key;
-    const char* slot = "";
+    KeyRole role = KeyRole::Key;  ///< a key: what it does for its item
+    const char* slot = "";        ///< a key or point: its name in KeySlot and PointSlot
 
-    /// For people: a short label, the editor's group ("Position", "Keys",
-    /// "Behaviour", "Advanced"), one line of description and the unit.
-    const char* title = "";
-    const char* group = "";
-    const char* description = "";
-    const char* unit = "";
+    const char* title = "";  ///< a short label for people
+    const char* group = "";  ///< the editor's group: "Position", "Keys", "Behaviour", "Advanced"
+    const char* description = "";  ///< one line on what it is
+    const char* unit = "";         ///< the unit of a number ("ms", "%", "screen"), if any
     /// The names a string allows (one of the shared name lists), if any.
     const std::string_view* names = nullptr;
-    std::size_t nameCount = 0;
+    std::size_t nameCount = 0;  ///< how many `names` there are
     /// The range a number allows; NaN where it is open.
     double minimum = std::numeric_limits<double>::quiet_NaN();
-    double maximum = std::numeric_limits<double>::quiet_NaN();
+    double maximum = std::numeric_limits<double>::quiet_NaN();  ///< see `minimum`
     const char* pattern = "";  ///< a regular expression a string must match, if any
 
     /// Setters, for tables that read like the format's documentation.
@@ -170,7 +170,7 @@ struct ZUNO_KM_API MemberTable
     const char* shared = "";
     /// One line on what it is (for an item class: what the item does).
     const char* description = "";
-    std::vector<Member> members;
+    std::vector<Member> members;  ///< in reading order
     /// An item class's table: the table of the class whose reading and
     /// writing come first, or null.
     const MemberTable* base = nullptr;
@@ -183,8 +183,8 @@ struct ZUNO_KM_API MemberTable
 struct ZUNO_KM_API ItemDeclaration
 /// One item type: its name, its class and the table of the class.
 {
-    ItemType type;
-    const char* className;
+    ItemType type;                    ///< the type
+    const char* className;            ///< the class that the factory makes for it
     ConfigItem* (*make)();            ///< a new item with every default
     const MemberTable& (*members)();  ///< the class's own table; its bases follow `base`
     const std::type_info* typeInfo;   ///< the class
@@ -204,6 +204,7 @@ ZUNO_KM_API const MemberTable& KeyMembers();
 ZUNO_KM_API const MemberTable& ComposableKeyMembers();
 ///@}
 
+/// \cond INTERNAL
 namespace members {
 
 template <typename T>
@@ -233,6 +234,7 @@ void* ownerOf(ConfigItem& item) {
 }
 
 }  // namespace members
+/// \endcond
 
 template <typename Owner>
 struct MembersOf
