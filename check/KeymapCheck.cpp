@@ -68,6 +68,8 @@ const char* FindingKindName(FindingKind kind) {
             return "zero-radius";
         case FindingKind::DuplicateMember:
             return "duplicate-member";
+        case FindingKind::OffScreenPoint:
+            return "off-screen-point";
         case FindingKind::JoystickMismatch:
             return "joystick-mismatch";
     }

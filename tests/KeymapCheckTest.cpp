@@ -105,6 +105,15 @@ TEST(KeymapCheck, FindsEachHandWrittenMistakeWithItsPath) {
          K::DuplicateMember, kWarning, "keymaps[0].type", ""},
         {"a byte-order mark", "\xEF\xBB\xBF" + documentWith(click), false, K::LoadFailed, kError,
          "", ""},
+        {"a macro tapping beyond the macro screen",
+         documentWith(placed("Macro",
+                             [](Object& i) {
+                                 Poco::JSON::Array::Ptr lines = new Poco::JSON::Array();
+                                 lines->add("click 960,540");
+                                 lines->add("click 10,10 1920,540");
+                                 i.set("release_actions", lines);
+                             })),
+         false, K::OffScreenPoint, kWarning, "keymaps[0].release_actions[1]", ""},
     };
     for (const Mistake& mistake : mistakes) {
         SCOPED_TRACE(mistake.name);

@@ -45,6 +45,7 @@
 #include "zuno-keymapmanager/macro/MarcoConVerter.h"
 #include "zuno-keymapmanager/macro/MarcoConVerterFactory.h"
 #include "zuno-keymapmanager/macro/MarcoConVerterManager.h"
+#include "zuno-keymapmanager/macro/MacroTouches.h"
 
 // The manager and the free functions.
 #include "zuno-keymapmanager/api/Functions.h"

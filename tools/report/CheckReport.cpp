@@ -193,7 +193,8 @@ std::string describe(const km::Finding& finding) {
         finding.kind != km::FindingKind::KeyCollision) {
         const bool whole =
             finding.item_index >= 0 && (finding.kind == km::FindingKind::InvalidItem ||
-                                        finding.kind == km::FindingKind::MacroLine);
+                                        finding.kind == km::FindingKind::MacroLine ||
+                                        finding.kind == km::FindingKind::OffScreenPoint);
         if (whole) {
             out += "keymaps[" + std::to_string(finding.item_index) + "]";
         } else {

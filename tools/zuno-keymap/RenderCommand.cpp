@@ -30,6 +30,8 @@ struct RenderArguments {
     std::string size;
     std::string background;
     bool joystick = false;
+    bool labels = false;
+    bool noLegend = false;
 };
 
 int runRender(const RenderArguments& args) {
@@ -48,6 +50,8 @@ int runRender(const RenderArguments& args) {
     const km::CheckReport report =
         km::CheckKeymapDocument(loaded.text, loaded.joystick, loaded.source);
     picture.title = baseName(loaded.source);
+    picture.labels = args.labels;
+    picture.legend = !args.noLegend;
     const std::string svg = render::RenderSvg(*loaded.doc, report, picture);
 
     return WriteOutput("render", args.output.empty() ? "-" : args.output, svg) ? kClean : kUsage;
@@ -61,8 +65,9 @@ void AddRenderCommand(CLI::App& app) {
         app, "render", "draw a document as an SVG picture of the screen",
         "Draws the document as one self-contained SVG picture of the screen: every item\n"
         "at its marker with its key caption, its touch point and the geometry of its type,\n"
-        "invalid items and key collisions marked (the reason in each item's tooltip), a\n"
-        "legend and a title line. docs/render.md describes the picture.\n\n"
+        "invalid items and key collisions marked (the reason in each item's tooltip), and\n"
+        "a band above the screen with a title line and a legend. docs/render.md describes\n"
+        "the picture.\n\n"
         "Exit status: 0 when drawn (problems are drawn, not errors), 1 when FILE does not\n"
         "load, 2 on a usage error or when a file cannot be read or written.\n");
     command.add_option("FILE", args->file, "the document to draw")->required();
@@ -78,6 +83,11 @@ void AddRenderCommand(CLI::App& app) {
         .add_option("--background", args->background,
                     "a PNG or JPEG image (a screenshot) drawn under the items and embedded")
         ->type_name("IMAGE");
+    command.add_flag("--labels", args->labels,
+                     "print each item's description beside its marker, where there is room");
+    command.add_flag("--no-legend", args->noLegend,
+                     "leave out the band with the title line and the legend: the picture is "
+                     "the screen alone");
     command.add_flag("--joystick", args->joystick, "load FILE as a gamepad document");
     OnRun(command, [args] { return runRender(*args); });
 }

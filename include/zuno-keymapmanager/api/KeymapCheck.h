@@ -32,6 +32,7 @@ enum class FindingKind {
     ZeroRadius,        ///< a drag radius of 0
     JoystickMismatch,  ///< "is_joystick" disagrees with how the document is loaded
     DuplicateMember,   ///< a member named twice in one object: only the last counts
+    OffScreenPoint,    ///< a Macro line touching a point beyond the macro screen (1920x1080)
 };
 
 /// How bad a finding is.
@@ -61,7 +62,7 @@ struct ZUNO_KM_API Finding {
     std::string message;
     /// What to write instead ("Swipehold", "rel_x"), empty when nothing fits.
     std::string suggestion;
-    /// For a collision: the key or combination the items fire on ("Q+Ctrl").
+    /// For a collision: the key or combination the items fire on ("Ctrl+Q").
     std::string keys;
     /// Where in the document's text the value `path` names starts (for a
     /// missing member, the object that lacks it; for a malformed document,
@@ -94,7 +95,8 @@ struct ZUNO_KM_API CheckReport {
 
 /// A short stable name of `kind` ("load-failed", "unknown-type", "schema",
 /// "invalid-item", "key-collision", "macro-line", "key-text",
-/// "unset-position", "zero-radius", "joystick-mismatch", "duplicate-member").
+/// "unset-position", "zero-radius", "joystick-mismatch", "duplicate-member",
+/// "off-screen-point").
 ZUNO_KM_API const char* FindingKindName(FindingKind kind);
 
 /// "error" or "warning".
