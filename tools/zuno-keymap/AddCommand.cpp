@@ -51,7 +51,7 @@ std::string keyOrders() {
         std::string slots;
         for (const km::KeySlot& slot : km::KeySlotsOf(*item)) {
             if (slot.fires() || slot.role == km::KeyRole::SecondKey) {
-                slots += (slots.empty() ? "" : ", ") + slot.name;
+                slots.append(slots.empty() ? "" : ", ").append(slot.name);
             }
         }
         const auto same = [&slots](const auto& order) { return order.first == slots; };
@@ -59,12 +59,12 @@ std::string keyOrders() {
         if (found == orders.end()) {
             orders.emplace_back(slots, item->type);
         } else {
-            found->second += ", " + item->type;
+            found->second.append(", ").append(item->type);
         }
     }
     std::string text;
     for (const auto& [slots, types] : orders) {
-        text += "  " + types + ":\n    " + slots + "\n";
+        text.append("  ").append(types).append(":\n    ").append(slots).append("\n");
     }
     return text;
 }
