@@ -120,8 +120,8 @@ void checkMacroLines(const ConfigItem& item, int element, std::vector<Finding>& 
                 item.type,
                 std::string(name) + " line " + std::to_string(line) + ": not a macro command: \"" +
                     text + "\"");
-            finding.line = static_cast<int>(line);
-            finding.line_text = text;
+            finding.script_line = static_cast<int>(line);
+            finding.script_text = text;
             out.push_back(std::move(finding));
         }
         // One finding per line, for its first point off the screen.
@@ -139,8 +139,8 @@ void checkMacroLines(const ConfigItem& item, int element, std::vector<Finding>& 
                 std::string(name) + " line " + std::to_string(touch.line) + ": the point " +
                     std::to_string(off->x) + "," + std::to_string(off->y) +
                     " is off the macro screen, whose pixels run from 0,0 to 1919,1079");
-            finding.line = touch.line;
-            finding.line_text = text;
+            finding.script_line = touch.line;
+            finding.script_text = text;
             out.push_back(std::move(finding));
         }
     }

@@ -41,11 +41,11 @@
 #include "zuno-keymapmanager/document/LoadDiagnostic.h"
 
 // Macro language.
+#include "zuno-keymapmanager/macro/MacroTouches.h"
 #include "zuno-keymapmanager/macro/MarcoCommandConVerters.h"
 #include "zuno-keymapmanager/macro/MarcoConVerter.h"
 #include "zuno-keymapmanager/macro/MarcoConVerterFactory.h"
 #include "zuno-keymapmanager/macro/MarcoConVerterManager.h"
-#include "zuno-keymapmanager/macro/MacroTouches.h"
 
 // The manager and the free functions.
 #include "zuno-keymapmanager/api/Functions.h"
