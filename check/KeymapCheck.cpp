@@ -10,9 +10,13 @@
 #include <memory>
 
 #include "check/CheckFindings.h"
+#include "check/DocumentShape.h"
+#include "check/ItemChecks.h"
 #include "check/KeyCollisions.h"
+#include "check/SchemaCheck.h"
 #include "document/DocumentIO.h"
 #include "document/JsonSyntax.h"
+#include "document/LoadFailure.h"
 #include "zuno-keymapmanager/document/ConfigInfo.h"
 #include "zuno-keymapmanager/document/ConfigParam.h"
 #include "zuno-keymapmanager/document/EmbededConfig.h"

@@ -8,6 +8,8 @@
 
 #define VALIJSON_USE_EXCEPTIONS 1
 
+#include "check/SchemaCheck.h"
+
 #include <map>
 
 #include <Poco/JSON/Parser.h>

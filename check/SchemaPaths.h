@@ -6,8 +6,8 @@
 // which member, of what type, which names or range it allows.
 //
 
-#ifndef ZUNO_KEYMAPMANAGER_API_SCHEMAPATHS_H
-#define ZUNO_KEYMAPMANAGER_API_SCHEMAPATHS_H
+#ifndef ZUNO_KEYMAPMANAGER_CHECK_SCHEMAPATHS_H
+#define ZUNO_KEYMAPMANAGER_CHECK_SCHEMAPATHS_H
 
 #include <string>
 #include <vector>
@@ -62,4 +62,4 @@ private:
 }  // namespace check
 }  // namespace zunokeymapmanager
 
-#endif  // ZUNO_KEYMAPMANAGER_API_SCHEMAPATHS_H
+#endif  // ZUNO_KEYMAPMANAGER_CHECK_SCHEMAPATHS_H

@@ -15,6 +15,7 @@
 #include <Poco/JSON/Parser.h>
 
 #include "document/FileSystem.h"
+#include "document/LoadFailure.h"
 #include "model/JsonIO.h"
 #include "model/LoadTrail.h"
 #include "zuno-keymapmanager/model/ConfigFactory.h"

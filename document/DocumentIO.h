@@ -11,7 +11,6 @@
 #include <string>
 
 #include <Poco/Dynamic/Var.h>
-#include <Poco/Exception.h>
 
 #include "model/JsonIO.h"
 #include "zuno-keymapmanager/document/KeymapConfig.h"
@@ -70,12 +69,6 @@ void ReadFrom(Origin origin, const std::string& text, const std::string& path, K
 /// the tools' and the editor's loads.
 std::unique_ptr<KeymapConfig> Load(Origin origin, const std::string& text, const std::string& path,
                                    bool joystick, LoadDiagnostic& diagnostic);
-
-/// Says why the read recorded in `progress` failed with `error`. `source` is
-/// the loaded path or built-in name, `text` the text that was parsed (empty
-/// when it came from the file).
-void Describe(const ReadProgress& progress, const Poco::Exception& error, const std::string& source,
-              const std::string& text, LoadDiagnostic& out);
 
 /// The document as saved: keys sorted, indentation 4.
 std::string Write(const KeymapConfig& doc);
