@@ -14,16 +14,11 @@ namespace check {
 namespace {
 
 std::vector<std::string> itemTypeNames() {
-    std::vector<std::string> names;
-    for (std::size_t i = 1; i < kItemTypeNames.size(); ++i) {
-        names.emplace_back(kItemTypeNames[i]);
-    }
-    return names;
+    return {kDocumentItemTypeNames.begin(), kDocumentItemTypeNames.end()};
 }
 
 bool isItemType(const std::string& type) {
-    const int index = IndexOfName(kItemTypeNames, type);
-    return index > 0;
+    return IndexOfName(kDocumentItemTypeNames, type) >= 0;
 }
 
 void checkUnknownTypes(const Poco::JSON::Array::Ptr& elements, std::vector<Finding>& out) {

@@ -460,8 +460,8 @@ HttpResponse EditorApi::getSchema(const HttpRequest&) {
 
 HttpResponse EditorApi::getTypes(const HttpRequest&) {
     Array::Ptr types = new Array();
-    for (std::size_t i = 1; i < km::kItemTypeNames.size(); ++i) {
-        types->add(std::string(km::kItemTypeNames[i]));
+    for (const std::string_view type : km::kDocumentItemTypeNames) {
+        types->add(std::string(type));
     }
     Object::Ptr body = newObject();
     body->set("types", types);
@@ -471,7 +471,7 @@ HttpResponse EditorApi::getTypes(const HttpRequest&) {
 HttpResponse EditorApi::getItem(const HttpRequest& request) {
     const std::string type = request.query("type");
     std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(type));
-    if (!item || type == "Unknown") {
+    if (!item) {
         return respondError(404, "no item type '" + type + "'");
     }
     return respondJson(200, item->ConvertToJsonObject());
