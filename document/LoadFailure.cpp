@@ -116,7 +116,7 @@ std::string itemPrefix(int index) {
 /// The JSON path of the member object `object`, walked back through the trail.
 std::string pathOf(const ReadProgress& progress, const void* object) {
     const json::LoadTrail& trail = json::trail();
-    std::vector<const std::string*> names;
+    std::vector<const json::TrailKey*> names;
     std::string prefix;
     for (unsigned guard = 0; guard <= json::LoadTrail::kLinks; ++guard) {
         if (object == nullptr || object == progress.root.get()) {
@@ -131,12 +131,12 @@ std::string pathOf(const ReadProgress& progress, const void* object) {
             prefix = "?";
             break;
         }
-        names.push_back(link->key);
+        names.push_back(&link->key);
         object = link->parent;
     }
     std::string path = prefix;
     for (auto name = names.rbegin(); name != names.rend(); ++name) {
-        path += (path.empty() ? "" : ".") + **name;
+        path += (path.empty() ? "" : ".") + (*name)->str();
     }
     return path;
 }
@@ -148,7 +148,7 @@ std::string join(const std::string& path, const std::string& key) {
 void describeMember(const ReadProgress& progress, const Poco::Exception& error, LoadDiagnostic& out,
                     std::string& what) {
     const json::LoadTrail& trail = json::trail();
-    if (trail.readKey == nullptr) {
+    if (!trail.reading) {
         // Not a member read: an element of "keymaps" that is not an object,
         // or a failure the trail did not see.
         if (progress.stage == Stage::Keymaps && progress.itemIndex >= 0 && progress.item.isNull()) {
@@ -177,7 +177,7 @@ void describeMember(const ReadProgress& progress, const Poco::Exception& error, 
     }
 
     const auto* parent = static_cast<const Poco::JSON::Object*>(trail.readParent);
-    const std::string& key = *trail.readKey;
+    const std::string key = trail.readKey.str();
     out.path = join(pathOf(progress, parent), key);
     out.expected = expectedName(trail.readExpect);
     const std::string expected = withArticle(out.expected);
