@@ -45,6 +45,10 @@ public:
     /// Every member name the schema allows for the object at `place`.
     std::vector<std::string> memberNames(const SchemaPlace& place) const;
 
+    /// The schema nodes that hold for `place`: its own, then the branch its
+    /// value selects (an item's type), outermost first.
+    std::vector<Poco::JSON::Object::Ptr> nodes(const SchemaPlace& place) const;
+
     /// "integer", "number", "string", "boolean", "array of strings", "object",
     /// "key object", "point object", "size object"; empty when unknown.
     static std::string typeOf(const SchemaPlace& place);
