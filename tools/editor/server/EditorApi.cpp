@@ -487,20 +487,16 @@ HttpResponse EditorApi::getKey(const HttpRequest& request) {
         }
         key = km::ConfigKey(device, text, km::kUnsetKeyCode, km::kUnsetKeyCode);
     } else if (device == "keyboard" || device == "mouse") {
+        // The virtual key comes from the library's table, as in the tool.
         int scanCode = 0;
-        int virtualKey = 0;
-        if (!readInt(request.query("scan_code"), scanCode) ||
-            !readInt(request.query("virtual_key"), virtualKey)) {
-            return respondError(422, "a keyboard or mouse key needs scan_code and virtual_key");
+        if (!readInt(request.query("scan_code"), scanCode)) {
+            return respondError(422, "a keyboard or mouse key needs scan_code");
         }
-        key = km::CreateConfigKey(device, virtualKey, scanCode);
-    } else {
-        return respondError(422, "device must be keyboard, mouse or joystick");
+        key = km::KeyOfCode(device, scanCode);
+    } else if (!device.empty()) {
+        return respondError(422, "device must be keyboard, mouse or joystick, or empty for no key");
     }
-    // Written by the library's own item writer, so the key has the saved form.
-    std::unique_ptr<km::ConfigItem> carrier(km::CreateConfigItem("Click"));
-    carrier->key = key;
-    return respondJson(200, carrier->ConvertToJsonObject().get("key"));
+    return respondJson(200, km::KeyToJson(key));
 }
 
 HttpResponse EditorApi::postMacroCheck(const HttpRequest& request) {
