@@ -1,12 +1,28 @@
-# Installs the JSON Schema validator (ajv, from npm) into the build tree once,
-# then runs validate.js. Expects NODE, NPM, NPM_DIR, SCHEMA, TOOL and EXAMPLES.
+# Installs the JSON Schema validator (ajv, pinned by package-lock.json beside
+# this script) into the build tree with `npm ci`, again only when the lock
+# changed, then runs validate.js. Expects NODE, NPM, NPM_DIR, SCHEMA, TOOL and
+# EXAMPLES.
 
-if(NOT EXISTS ${NPM_DIR}/node_modules/ajv/package.json)
-    execute_process(COMMAND ${NPM} install --prefix ${NPM_DIR} --no-audit --no-fund --loglevel=error ajv@8
+set(stamp ${NPM_DIR}/node_modules/.installed-lock.json)
+set(lock ${CMAKE_CURRENT_LIST_DIR}/package-lock.json)
+set(install TRUE)
+if(EXISTS ${stamp})
+    file(SHA256 ${stamp} installed)
+    file(SHA256 ${lock} wanted)
+    if(installed STREQUAL wanted)
+        set(install FALSE)
+    endif()
+endif()
+if(install)
+    file(MAKE_DIRECTORY ${NPM_DIR})
+    file(COPY ${CMAKE_CURRENT_LIST_DIR}/package.json ${lock} DESTINATION ${NPM_DIR})
+    execute_process(COMMAND ${NPM} ci --no-audit --no-fund --loglevel=error
+        WORKING_DIRECTORY ${NPM_DIR}
         RESULT_VARIABLE result)
     if(NOT result EQUAL 0)
-        message(FATAL_ERROR "npm install ajv@8 failed (${result})")
+        message(FATAL_ERROR "npm ci in ${NPM_DIR} failed (${result})")
     endif()
+    configure_file(${lock} ${stamp} COPYONLY)
 endif()
 
 file(GLOB examples ${EXAMPLES}/*.json)
