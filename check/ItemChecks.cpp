@@ -15,8 +15,8 @@
 #include "zuno-keymapmanager/api/KeyTriggers.h"
 #include "zuno-keymapmanager/items/ComposableItems.h"
 #include "zuno-keymapmanager/items/CurveMacroItems.h"
-#include "zuno-keymapmanager/items/DiamondConfigItem.h"
 #include "zuno-keymapmanager/items/FireItem.h"
+#include "zuno-keymapmanager/items/ItemLayout.h"
 #include "zuno-keymapmanager/items/SpellItems.h"
 #include "zuno-keymapmanager/items/SwipeholdItem.h"
 #include "zuno-keymapmanager/items/WalkItems.h"
@@ -25,30 +25,6 @@ namespace zunokeymapmanager {
 namespace check {
 
 namespace {
-
-struct NamedKey {
-    const char* path;
-    const ConfigKey* key;
-};
-
-// Every key the item writes, under its member path.
-std::vector<NamedKey> keysOf(const ConfigItem& item) {
-    std::vector<NamedKey> keys{{"key", &item.key}};
-    if (const auto* pair = dynamic_cast<const PairConfigItem*>(&item)) {
-        keys.insert(keys.end(), {{"positive_key.key", &pair->positive_key.key},
-                                 {"positive_key.second_key", &pair->positive_key.second_key},
-                                 {"negative_key.key", &pair->negative_key.key},
-                                 {"negative_key.second_key", &pair->negative_key.second_key}});
-    } else if (const auto* composable = dynamic_cast<const ComposableConfigItem*>(&item)) {
-        keys.push_back({"second_key", &composable->second_key});
-    } else if (const auto* diamond = dynamic_cast<const DiamondConfigItem*>(&item)) {
-        keys.insert(keys.end(), {{"top_key", &diamond->top},
-                                 {"right_key", &diamond->right},
-                                 {"bottom_key", &diamond->bottom},
-                                 {"left_key", &diamond->left}});
-    }
-    return keys;
-}
 
 std::string captionOf(const std::string& device, int code) {
     ConfigKey key;
@@ -74,8 +50,8 @@ bool captionFits(const ConfigKey& key, std::string& expected) {
 }
 
 void checkKeyTexts(const ConfigItem& item, int element, std::vector<Finding>& out) {
-    for (const NamedKey& named : keysOf(item)) {
-        const ConfigKey& key = *named.key;
+    for (const KeySlot& slot : KeySlotsOf(item)) {
+        const ConfigKey& key = slot.in(item);
         if ((key.device != "keyboard" && key.device != "mouse") || key.scan_code == kUnsetKeyCode) {
             continue;
         }
@@ -83,7 +59,7 @@ void checkKeyTexts(const ConfigItem& item, int element, std::vector<Finding>& ou
         if (captionFits(key, expected)) {
             continue;
         }
-        const std::string path = ElementPath(element) + "." + named.path + ".text";
+        const std::string path = ElementPath(element) + "." + slot.path + ".text";
         out.push_back(MakeFinding(FindingKind::KeyText, FindingSeverity::Warning, path, element,
                                   item.type,
                                   "text \"" + key.text + "\" is not the caption of " + key.device +

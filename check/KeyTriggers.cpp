@@ -4,7 +4,10 @@
 
 #include "zuno-keymapmanager/api/KeyTriggers.h"
 
+#include <algorithm>
+
 #include "check/TriggerRules.h"
+#include "zuno-keymapmanager/items/ComposableItems.h"
 
 namespace zunokeymapmanager {
 
@@ -61,7 +64,9 @@ std::string WhyItemInvalid(const ConfigItem& item) {
     if (!item.IsInvalid()) {
         return std::string();
     }
-    if (dynamic_cast<const DiamondConfigItem*>(&item) != nullptr) {
+    const std::vector<KeySlot>& slots = KeySlotsOf(item);
+    const auto direction = [](const KeySlot& slot) { return slot.role == KeyRole::Direction; };
+    if (std::any_of(slots.begin(), slots.end(), direction)) {
         return "none of its four direction keys is set";
     }
     const ConfigKey& key = item.key;

@@ -9,8 +9,10 @@
 #ifndef ZUNO_KEYMAPMANAGER_CHECK_TRIGGERRULES_H
 #define ZUNO_KEYMAPMANAGER_CHECK_TRIGGERRULES_H
 
-#include "zuno-keymapmanager/items/ComposableItems.h"
-#include "zuno-keymapmanager/items/DiamondConfigItem.h"
+#include <cstddef>
+#include <vector>
+
+#include "zuno-keymapmanager/items/ItemLayout.h"
 #include "zuno-keymapmanager/model/ConfigItem.h"
 
 namespace zunokeymapmanager {
@@ -21,23 +23,17 @@ namespace check {
 template <typename Visit>
 void ForEachTrigger(const ConfigItem& item, Visit visit) {
     static const ConfigKey none;
-    auto add = [&visit](const ConfigKey& first, const ConfigKey& second, const char* role) {
-        if (first.isSet()) {
-            visit(first, second, role);
+    const std::vector<KeySlot>& slots = KeySlotsOf(item);
+    for (const KeySlot& slot : slots) {
+        if (!slot.fires()) {
+            continue;
         }
-    };
-    if (const auto* pair = dynamic_cast<const PairConfigItem*>(&item)) {
-        add(pair->positive_key.key, pair->positive_key.second_key, "positive");
-        add(pair->negative_key.key, pair->negative_key.second_key, "negative");
-    } else if (const auto* composable = dynamic_cast<const ComposableConfigItem*>(&item)) {
-        add(composable->key, composable->second_key, "key");
-    } else if (const auto* diamond = dynamic_cast<const DiamondConfigItem*>(&item)) {
-        add(diamond->top, none, "top");
-        add(diamond->right, none, "right");
-        add(diamond->bottom, none, "bottom");
-        add(diamond->left, none, "left");
-    } else {
-        add(item.key, none, "key");
+        const ConfigKey& first = slot.in(item);
+        if (first.isSet()) {
+            visit(first,
+                  slot.second < 0 ? none : slots[static_cast<std::size_t>(slot.second)].in(item),
+                  slot.name);
+        }
     }
 }
 

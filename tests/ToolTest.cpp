@@ -208,6 +208,11 @@ TEST(Tool, CommandsStatusAndOutput) {
          {"list", b},
          {"0      Swipehold  top:W right:D bottom:S left:A  0.200,0.700",
           "1      Spell      right_mouse                    0.500,0.250"}},
+        // A whole item moves with its points.
+        {0, {"set", b, "--at", "keymaps[1]=0.25,0.5"}, {}},
+        {0, {"list", b}, {"1      Spell      right_mouse                    0.250,0.500"}},
+        {2, {"set", b, "--at", "keymaps[1]=2,0"}, {}, "", "", "--at takes ITEM=X,Y"},
+        {2, {"set", b, "--at", "keymaps[9]=0,0"}, {}, "", "", "no element keymaps[9]"},
         {0, {"macro", "check"}, {}, "sleep 50\n\nrelease_actions\nloop_end\n"},
         {1, {"macro", "check", "-"}, {"<stdin>:2:"}, "sleep 50\njump\n"},
         {0,

@@ -24,6 +24,7 @@
 #include "zuno-keymapmanager/items/CurveMacroItems.h"
 #include "zuno-keymapmanager/items/DiamondConfigItem.h"
 #include "zuno-keymapmanager/items/FireItem.h"
+#include "zuno-keymapmanager/items/ItemLayout.h"
 #include "zuno-keymapmanager/items/ItemParts.h"
 #include "zuno-keymapmanager/items/LookItems.h"
 #include "zuno-keymapmanager/items/SpellItems.h"

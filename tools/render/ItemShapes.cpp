@@ -9,8 +9,6 @@
 #include "ItemShapes.h"
 
 #include <algorithm>
-#include <cctype>
-#include <charconv>
 #include <cmath>
 #include <vector>
 
@@ -203,29 +201,8 @@ void pairArrows(SvgWriter& svg, const Canvas& c, const km::PairConfigItem& item,
 // an error.
 std::vector<Vec> curvePoints(const Canvas& c, const std::string& text) {
     std::vector<Vec> points;
-    double pending = 0;
-    bool half = false;
-    const char* p = text.data();
-    const char* end = p + text.size();
-    while (p < end && points.size() < kMaxCurvePoints) {
-        if (!(std::isdigit(static_cast<unsigned char>(*p)) || *p == '-' || *p == '.')) {
-            ++p;
-            continue;
-        }
-        double value = 0;
-        const auto result = std::from_chars(p, end, value);
-        if (result.ec != std::errc() || result.ptr == p) {
-            ++p;
-            continue;
-        }
-        p = result.ptr;
-        value = sane(value, 0, -4, 4);
-        if (half) {
-            points.push_back({c.x(pending), c.y(value)});
-        } else {
-            pending = value;
-        }
-        half = !half;
+    for (const km::PointF& p : km::PointsOfText(text, kMaxCurvePoints)) {
+        points.push_back({c.x(sane(p.x, 0, -4, 4)), c.y(sane(p.y, 0, -4, 4))});
     }
     return points;
 }
@@ -424,13 +401,23 @@ std::string KeyCaption(const km::ConfigKey& key) {
 }
 
 std::string ItemCaption(const km::ConfigItem& item) {
-    std::string caption = KeyCaption(item.key);
-    const auto* composable = dynamic_cast<const km::ComposableConfigItem*>(&item);
-    if (composable != nullptr && dynamic_cast<const km::PairConfigItem*>(&item) == nullptr &&
-        composable->second_key.isSet()) {
-        caption += "+" + KeyCaption(composable->second_key);
+    // The item's own key and its second key; items fired by keys of their own
+    // (pairs, direction keys) draw those beside their geometry instead.
+    const std::vector<km::KeySlot>& slots = km::KeySlotsOf(item);
+    for (const km::KeySlot& slot : slots) {
+        if (slot.role != km::KeyRole::Key && slot.role != km::KeyRole::Carried) {
+            continue;
+        }
+        std::string caption = KeyCaption(slot.in(item));
+        if (slot.second >= 0) {
+            const km::ConfigKey& second = slots[static_cast<std::size_t>(slot.second)].in(item);
+            if (second.isSet()) {
+                caption += "+" + KeyCaption(second);
+            }
+        }
+        return caption;
     }
-    return caption;
+    return std::string();
 }
 
 const std::vector<TypeShape>& TypeShapes() {

@@ -4,7 +4,6 @@
 // zuno-keymap add: a new item appended to a document file.
 //
 
-#include <cstdio>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -29,24 +28,17 @@ struct AddOptions {
     bool force = false;
 };
 
-// The members that --key fills, in the order the keys are given.
-std::vector<std::string> keySlots(km::ConfigItem& item) {
-    if (dynamic_cast<km::DiamondConfigItem*>(&item) != nullptr) {
-        return {"top_key", "right_key", "bottom_key", "left_key"};
+// The members that --key fills, in the order the keys are given: the keys
+// that fire the item, and a combination's second key, but not the second
+// keys of a pair's sides.
+std::vector<std::string> keySlots(const km::ConfigItem& item) {
+    std::vector<std::string> paths;
+    for (const km::KeySlot& slot : km::KeySlotsOf(item)) {
+        if (slot.fires() || slot.role == km::KeyRole::SecondKey) {
+            paths.emplace_back(slot.path);
+        }
     }
-    if (dynamic_cast<km::PairConfigItem*>(&item) != nullptr) {
-        return {"positive_key.key", "negative_key.key"};
-    }
-    if (dynamic_cast<km::ComposableConfigItem*>(&item) != nullptr) {
-        return {"key", "second_key"};
-    }
-    return {"key"};
-}
-
-bool parsePoint(const std::string& text, double& x, double& y) {
-    char rest = 0;
-    return std::sscanf(text.c_str(), "%lf,%lf%c", &x, &y, &rest) == 2 && x >= 0 && x <= 1 &&
-           y >= 0 && y <= 1;
+    return paths;
 }
 
 int runAdd(const AddOptions& options) {
@@ -60,10 +52,12 @@ int runAdd(const AddOptions& options) {
         return UsageError(
             "add", options.type + " takes at most " + std::to_string(slots.size()) + " --key");
     }
-    double x = 0;
-    double y = 0;
-    if (!options.at.empty() && !parsePoint(options.at, x, y)) {
-        return UsageError("add", "--at takes X,Y, each a fraction of the screen from 0 to 1");
+    km::PointF at;
+    if (!options.at.empty()) {
+        if (!ParseScreenPoint(options.at, at)) {
+            return UsageError("add", "--at takes X,Y, each a fraction of the screen from 0 to 1");
+        }
+        km::PlaceItem(*item, at);
     }
     std::size_t index = 0;
     const int status = EditDocument(
@@ -76,13 +70,6 @@ int runAdd(const AddOptions& options) {
                 if (const int keyStatus = SetMember("add", wrapper, "item." + slots[k],
                                                     options.keys[k], options.joystick)) {
                     return keyStatus;
-                }
-            }
-            if (!options.at.empty()) {
-                const std::string point =
-                    "{\"rel_x\":" + std::to_string(x) + ",\"rel_y\":" + std::to_string(y) + "}";
-                for (const char* member : {"item.icon.rel_position", "item.rel_work_position"}) {
-                    SetMember("add", wrapper, member, point, options.joystick);
                 }
             }
             Poco::JSON::Array::Ptr items = root->getArray("keymaps");
@@ -113,7 +100,8 @@ void AddAddCommand(CLI::App& app) {
         "  Click, BunchClick, Tip, Staring, Spell, SpellCancel, Macro, Curve, Observe:\n"
         "    the key, then the other key of a combination\n"
         "  every other type: the key\n"
-        "--at places the item's marker and its touch point together.\n");
+        "--at places the item's marker, its touch point and the points that go with\n"
+        "them (a skill's cast point, a stroke's start and end) together.\n");
     command.add_option("FILE", options->file, "the document file")->required();
     command.add_option("TYPE", options->type, "the item type (see 'new --list')")->required();
     command.add_option("--key", options->keys, "a key of the item; give it once per key")

@@ -5,7 +5,9 @@
 #include "DocumentEdit.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <iostream>
+#include <memory>
 #include <sstream>
 
 #include <Poco/Exception.h>
@@ -172,6 +174,42 @@ int SetMember(const std::string& command, const Object::Ptr& root, const std::st
         Object::Ptr object = container.extract<Object::Ptr>();
         object->set(last.name, newValue);
     }
+    return kClean;
+}
+
+bool ParseScreenPoint(const std::string& text, km::PointF& at) {
+    char rest = 0;
+    return std::sscanf(text.c_str(), "%lf,%lf%c", &at.x, &at.y, &rest) == 2 && at.x >= 0 &&
+           at.x <= 1 && at.y >= 0 && at.y <= 1;
+}
+
+int PlaceMember(const std::string& command, const Object::Ptr& root, const std::string& path,
+                const km::PointF& at) {
+    std::vector<Step> steps;
+    if (!parsePath(path, steps) || !steps.back().name.empty()) {
+        return UsageError(command, "'" + path + "' is not an item's path like keymaps[0]");
+    }
+    std::string error;
+    const Var container = containerOf(root, steps, error);
+    if (container.isEmpty()) {
+        return UsageError(command, error);
+    }
+    Array::Ptr array = container.extract<Array::Ptr>();
+    const auto index = static_cast<unsigned>(steps.back().index);
+    const Var element = array->get(index);
+    std::unique_ptr<km::ConfigItem> item;
+    try {
+        if (element.type() == typeid(Object::Ptr)) {
+            item.reset(km::ConfigFactory::ProduceConfigItem(element.extract<Object::Ptr>()));
+        }
+    } catch (const Poco::Exception& e) {
+        return UsageError(command, path + " cannot be moved: " + e.displayText());
+    }
+    if (!item) {
+        return UsageError(command, path + " is not an item of a known type");
+    }
+    km::PlaceItem(*item, at);
+    array->set(index, Object::Ptr(new Object(item->ConvertToJsonObject())));
     return kClean;
 }
 

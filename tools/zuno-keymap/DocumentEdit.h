@@ -44,6 +44,15 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
 int SetMember(const std::string& command, const Poco::JSON::Object::Ptr& root,
               const std::string& path, const std::string& value, bool joystick);
 
+/// Reads "X,Y", each a fraction of the screen from 0 to 1.
+bool ParseScreenPoint(const std::string& text, km::PointF& at);
+
+/// Puts the item at `path` ("keymaps[2]") below `root` at `at`, with every
+/// point that goes with it (zunokeymapmanager::PlaceItem). Returns an exit
+/// status, reporting errors.
+int PlaceMember(const std::string& command, const Poco::JSON::Object::Ptr& root,
+                const std::string& path, const km::PointF& at);
+
 }  // namespace zunokeymap
 
 #endif  // ZUNO_KEYMAP_TOOL_DOCUMENTEDIT_H

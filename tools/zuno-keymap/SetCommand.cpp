@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "CommandLine.h"
@@ -19,6 +20,7 @@ namespace {
 struct SetOptions {
     std::string file;
     std::vector<std::string> assignments;
+    std::vector<std::string> places;
     bool joystick = false;
     bool force = false;
 };
@@ -29,6 +31,20 @@ int runSet(const SetOptions& options) {
             return UsageError("set", "'" + assignment + "' is not PATH=VALUE");
         }
     }
+    std::vector<std::pair<std::string, km::PointF>> places;
+    for (const std::string& place : options.places) {
+        const std::size_t equals = place.find('=');
+        km::PointF at;
+        if (equals == std::string::npos || !ParseScreenPoint(place.substr(equals + 1), at)) {
+            return UsageError("set",
+                              "--at takes ITEM=X,Y (keymaps[0]=0.5,0.5), X and Y each a "
+                              "fraction of the screen from 0 to 1");
+        }
+        places.emplace_back(place.substr(0, equals), at);
+    }
+    if (options.assignments.empty() && places.empty()) {
+        return UsageError("set", "nothing to set: give PATH=VALUE or --at");
+    }
     std::vector<std::string> paths;
     for (const std::string& assignment : options.assignments) {
         const std::size_t equals = assignment.find('=');
@@ -38,11 +54,16 @@ int runSet(const SetOptions& options) {
     }
     return EditDocument(
         "set", options.file, options.joystick, false, options.force,
-        [&options](const Poco::JSON::Object::Ptr& root) {
+        [&options, &places](const Poco::JSON::Object::Ptr& root) {
             for (const std::string& assignment : options.assignments) {
                 const std::size_t equals = assignment.find('=');
                 if (const int status = SetMember("set", root, assignment.substr(0, equals),
                                                  assignment.substr(equals + 1), options.joystick)) {
+                    return status;
+                }
+            }
+            for (const auto& [path, at] : places) {
+                if (const int status = PlaceMember("set", root, path, at)) {
                     return status;
                 }
             }
@@ -66,9 +87,17 @@ void AddSetCommand(CLI::App& app) {
         "second_key, top_key, ...) also takes a key as 'zuno-keymap add --key' reads\n"
         "it, and nothing ('keymaps[1].second_key=') unsets it. The edited document\n"
         "must load through the library, or FILE is left as it was and the load's error\n"
-        "is shown (exit status 1).\n");
+        "is shown (exit status 1).\n\n"
+        "--at ITEM=X,Y moves a whole item, after the assignments: its touch point goes\n"
+        "to X,Y and its marker and the points that go with it (a skill's cast point, a\n"
+        "stroke's points, ...) keep their places around it, e.g.\n"
+        "  zuno-keymap set my.json --at 'keymaps[2]=0.4,0.6'\n");
     command.add_option("FILE", options->file, "the document file")->required();
-    command.add_option("PATH=VALUE", options->assignments, "the members to set")->required();
+    command.add_option("PATH=VALUE", options->assignments, "the members to set");
+    command.add_option("--at", options->places, "move item ITEM to X,Y; give it once per item")
+        ->type_name("ITEM=X,Y")
+        ->take_last()
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     command.add_flag("--joystick", options->joystick,
                      "a gamepad document: bare key names are gamepad controls");
     command.add_flag("--force", options->force,
