@@ -1,9 +1,10 @@
 //
 // SchemaCheck.cpp
 //
-// The document against the format's schema, with valijson. Its raw errors
-// are turned into findings that name the member, its type, the names or
-// range it allows, and the nearest right spelling.
+// The document against the format's schema, with valijson. Where valijson
+// finds an error, the schema's keywords at that place give findings that
+// name the member, its type, the names or range it allows, and the nearest
+// right spelling.
 //
 
 #define VALIJSON_USE_EXCEPTIONS 1
