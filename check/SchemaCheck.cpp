@@ -281,7 +281,7 @@ private:
         if (!value.isString()) {
             return false;
         }
-        const std::string written = value.extract<std::string>();
+        const std::string& written = value.extract<std::string>();
         for (std::size_t i = 0; i < names->size(); ++i) {
             const Var name = names->get(static_cast<unsigned>(i));
             if (name.isString() && name.extract<std::string>() == written) {
