@@ -6,7 +6,9 @@ Reads Google Benchmark JSON files. A case "BM_X" (with or without arguments,
 case "BM_X_Library" is paired with the other benchmark named "BM_X_...". The
 user counter "bar" of a case is the largest acceptable ratio case/baseline.
 Times are CPU times (the machine may be shared, so wall time says less),
-medians when the run had repetitions. Exits 1 when a ratio misses its bar.
+except for cases with the counter "wall", which time other processes and so
+are read by the clock; medians when the run had repetitions. Exits 1 when a
+ratio misses its bar.
 """
 
 import json
@@ -38,7 +40,7 @@ def load(paths):
             if kind == "RMS":
                 notes.append(f"{name}: RMS deviation from the fit {100 * b['rms']:.1f}%")
                 continue
-            seconds = b["cpu_time"] * UNITS[b["time_unit"]]
+            seconds = b["real_time" if b.get("wall") else "cpu_time"] * UNITS[b["time_unit"]]
             entry = per_run.setdefault(name, {"times": [], "median": None, "bar": b.get("bar")})
             if kind == "median":
                 entry["median"] = seconds

@@ -19,6 +19,11 @@ namespace check {
 Finding MakeFinding(FindingKind kind, FindingSeverity severity, std::string path, int index,
                     std::string type, std::string message, std::string suggestion = std::string());
 
+/// CheckKeymapDocument; with `located` false, every finding's line and
+/// column stay 0 (the benchmarks weigh locating against this).
+CheckReport CheckText(const std::string& text, bool joystick, const std::string& source,
+                      bool located);
+
 /// "keymaps[3]".
 std::string ElementPath(int index);
 

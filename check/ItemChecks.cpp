@@ -7,6 +7,7 @@
 
 #include "check/ItemChecks.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 
@@ -20,6 +21,7 @@
 #include "zuno-keymapmanager/items/SpellItems.h"
 #include "zuno-keymapmanager/items/SwipeholdItem.h"
 #include "zuno-keymapmanager/items/WalkItems.h"
+#include "zuno-keymapmanager/macro/MacroTouches.h"
 
 namespace zunokeymapmanager {
 namespace check {
@@ -120,8 +122,27 @@ void checkMacroLines(const ConfigItem& item, int element, std::vector<Finding>& 
                 item.type,
                 std::string(name) + " line " + std::to_string(line) + ": not a macro command: \"" +
                     text + "\"");
-            finding.line = static_cast<int>(line);
-            finding.line_text = text;
+            finding.script_line = static_cast<int>(line);
+            finding.script_text = text;
+            out.push_back(std::move(finding));
+        }
+        // One finding per line, for its first point off the screen.
+        for (const MacroTouch& touch : MacroTouchesOf(*lines)) {
+            const auto off = std::find_if(touch.points.begin(), touch.points.end(),
+                                          [](const Point& p) { return !IsOnMacroScreen(p); });
+            if (off == touch.points.end()) {
+                continue;
+            }
+            const std::string& text = (*lines)[static_cast<std::size_t>(touch.line - 1)];
+            Finding finding = MakeFinding(
+                FindingKind::OffScreenPoint, FindingSeverity::Warning,
+                ElementPath(element) + "." + name + "[" + std::to_string(touch.line - 1) + "]",
+                element, item.type,
+                std::string(name) + " line " + std::to_string(touch.line) + ": the point " +
+                    std::to_string(off->x) + "," + std::to_string(off->y) +
+                    " is off the macro screen, whose pixels run from 0,0 to 1919,1079");
+            finding.script_line = touch.line;
+            finding.script_text = text;
             out.push_back(std::move(finding));
         }
     }

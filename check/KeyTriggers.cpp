@@ -5,6 +5,7 @@
 #include "zuno-keymapmanager/api/KeyTriggers.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "check/TriggerRules.h"
 #include "zuno-keymapmanager/items/ComposableItems.h"
@@ -54,10 +55,33 @@ std::string DescribeConfigKey(const ConfigKey& key) {
     return key.device + ":?";
 }
 
+bool IsModifierKey(const ConfigKey& key) {
+    // Left and right Ctrl, Shift, Alt and Windows keys.
+    constexpr int kModifiers[] = {29, 285, 42, 54, 56, 312, 347, 348};
+    return key.device == "keyboard" && std::find(std::begin(kModifiers), std::end(kModifiers),
+                                                 key.scan_code) != std::end(kModifiers);
+}
+
+std::vector<const ConfigKey*> KeysInReadingOrder(const ConfigKey& first, const ConfigKey& second) {
+    if (!second.isSet()) {
+        return {&first};
+    }
+    if (IsModifierKey(second) && !IsModifierKey(first)) {
+        return {&second, &first};
+    }
+    return {&first, &second};
+}
+
 std::string DescribeKeyTrigger(const KeyTrigger& trigger) {
-    return trigger.combination
-               ? DescribeConfigKey(trigger.first) + "+" + DescribeConfigKey(trigger.second)
-               : DescribeConfigKey(trigger.first);
+    if (!trigger.combination) {
+        return DescribeConfigKey(trigger.first);
+    }
+    std::string out;
+    for (const ConfigKey* key : KeysInReadingOrder(trigger.first, trigger.second)) {
+        out += out.empty() ? "" : "+";
+        out += DescribeConfigKey(*key);
+    }
+    return out;
 }
 
 std::string WhyItemInvalid(const ConfigItem& item) {

@@ -71,6 +71,8 @@ const char* FindingKindName(FindingKind kind) {
             return "zero-radius";
         case FindingKind::DuplicateMember:
             return "duplicate-member";
+        case FindingKind::OffScreenPoint:
+            return "off-screen-point";
         case FindingKind::JoystickMismatch:
             return "joystick-mismatch";
     }
@@ -203,12 +205,12 @@ void locate(const std::string& text, CheckReport& report) {
     for (std::size_t k = 0; k < report.findings.size(); ++k) {
         Finding& finding = report.findings[k];
         const bool syntax = finding.kind == FindingKind::LoadFailed && report.diagnostic.line > 0;
-        finding.text_line = syntax ? report.diagnostic.line : at[k].line;
-        finding.text_column = syntax ? report.diagnostic.column : at[k].column;
+        finding.line = syntax ? report.diagnostic.line : at[k].line;
+        finding.column = syntax ? report.diagnostic.column : at[k].column;
     }
 }
 
-void checkText(const std::string& text, bool joystick, const std::string& source,
+void checkText(const std::string& text, bool joystick, const std::string& source, bool located,
                CheckReport& report) {
     KeymapConfig doc;
     doc.info = new ConfigInfo();
@@ -255,10 +257,30 @@ void checkText(const std::string& text, bool joystick, const std::string& source
     if (loaded) {
         checkLoaded(doc, progress.elements, report);
     }
-    locate(text, report);
+    if (located) {
+        locate(text, report);
+    }
 }
 
 }  // namespace
+
+namespace check {
+
+CheckReport CheckText(const std::string& text, bool joystick, const std::string& source,
+                      bool located) {
+    CheckReport report;
+    report.diagnostic.source = source;
+    try {
+        checkText(text, joystick, source, located, report);
+    } catch (const std::exception& error) {
+        // Only exhaustion gets here; the report says so rather than the host dying.
+        report.findings.push_back(MakeFinding(FindingKind::LoadFailed, FindingSeverity::Error,
+                                              std::string(), -1, std::string(), error.what()));
+    }
+    return report;
+}
+
+}  // namespace check
 
 KeymapConfig* ReadKeymapDocument(DocumentOrigin origin, const std::string& path,
                                  const std::string& text, bool joystick,
@@ -270,17 +292,7 @@ KeymapConfig* ReadKeymapDocument(DocumentOrigin origin, const std::string& path,
 }
 
 CheckReport CheckKeymapDocument(const std::string& text, bool joystick, const std::string& source) {
-    CheckReport report;
-    report.diagnostic.source = source;
-    try {
-        checkText(text, joystick, source, report);
-    } catch (const std::exception& error) {
-        // Only exhaustion gets here; the report says so rather than the host dying.
-        report.findings.push_back(check::MakeFinding(FindingKind::LoadFailed,
-                                                     FindingSeverity::Error, std::string(), -1,
-                                                     std::string(), error.what()));
-    }
-    return report;
+    return check::CheckText(text, joystick, source, true);
 }
 
 }  // namespace zunokeymapmanager

@@ -24,6 +24,7 @@ public:
         : s_(text),
           maxDepth_(maxDepth),
           track_(trackMembers || wanted != nullptr),
+          members_(trackMembers),
           wanted_(wanted) {}
 
     SyntaxReport run() {
@@ -43,14 +44,16 @@ public:
                 return report_;
             }
             switch (state) {
-                case State::Value:
+                case State::Value: {
                     if (atEnd()) {
                         return fail("unexpected end of text, a value is expected");
                     }
-                    if (wanted_ != nullptr) {
+                    bool wantedHere = false;
+                    if (wanted_ != nullptr && prunedAt_ == 0) {
                         const auto found = wanted_->find(cur_);
                         if (found != wanted_->end()) {
                             found->second = {line_, static_cast<int>(i_ - lineStart_) + 1};
+                            wantedHere = true;
                         }
                     }
                     if (s_[i_] == '{' || s_[i_] == '[') {
@@ -59,6 +62,14 @@ public:
                         if (track_) {
                             frames_.emplace_back();
                             lens_.push_back(cur_.size());
+                        }
+                        // Every path a wanted one lies under is wanted too (the
+                        // document's own, "", only when named): below any other
+                        // container that is not, nothing is, and only the syntax
+                        // is left to follow.
+                        if (wanted_ != nullptr && !members_ && prunedAt_ == 0 && !wantedHere &&
+                            stack_.size() > 1) {
+                            prunedAt_ = stack_.size();
                         }
                         if (stack_.size() > maxDepth_) {
                             return fail("arrays and objects are nested too deeply");
@@ -82,6 +93,7 @@ public:
                     scalar();
                     state = State::AfterValue;
                     break;
+                }
                 case State::MemberName:
                     if (atEnd() || s_[i_] != '"') {
                         return fail(atEnd() ? "unexpected end of text, a member name is expected"
@@ -148,6 +160,9 @@ private:
     // The path of the value being read, kept as it goes: cur_ holds it, and
     // lens_ where each open container's own path ends in it.
     void popFrame() {
+        if (prunedAt_ > stack_.size()) {
+            prunedAt_ = 0;
+        }
         if (track_) {
             frames_.pop_back();
             cur_.resize(lens_.back());
@@ -156,6 +171,9 @@ private:
     }
 
     void element() {
+        if (prunedAt_ != 0) {
+            return;
+        }
         cur_.resize(lens_.back());
         cur_ += '[';
         cur_ += std::to_string(frames_.back().index);
@@ -163,6 +181,9 @@ private:
     }
 
     void member(std::string_view name) {
+        if (prunedAt_ != 0) {
+            return;
+        }
         cur_.resize(lens_.back());
         if (!cur_.empty()) {
             cur_ += '.';
@@ -243,9 +264,12 @@ private:
         const std::size_t start = i_;
         const int startLine = line_;
         numberSyntax();
-        // The parser also refuses numbers beyond the range of a double.
-        if (!failed_ &&
-            !std::isfinite(std::strtod(s_.substr(start, i_ - start).c_str(), nullptr))) {
+        // The parser also refuses numbers beyond the range of a double, which
+        // takes an exponent or hundreds of digits: others need no conversion.
+        const std::string_view written = std::string_view(s_).substr(start, i_ - start);
+        const bool large = written.size() > 300 || written.find_first_of("eE") != written.npos;
+        if (!failed_ && large &&
+            !std::isfinite(std::strtod(std::string(written).c_str(), nullptr))) {
             i_ = start;
             line_ = startLine;
             fail("the number is out of range");
@@ -385,7 +409,11 @@ private:
     std::size_t lineStart_ = 0;
     std::vector<char> stack_;
     const bool track_;
+    const bool members_;  // duplicate members are reported
     std::unordered_map<std::string, TextPosition>* wanted_;
+    // Locating: the depth of the container below which nothing is wanted,
+    // 0 for none.
+    std::size_t prunedAt_ = 0;
     std::vector<Frame> frames_;
     std::string cur_;
     std::vector<std::size_t> lens_;

@@ -105,6 +105,15 @@ TEST(KeymapCheck, FindsEachHandWrittenMistakeWithItsPath) {
          K::DuplicateMember, kWarning, "keymaps[0].type", ""},
         {"a byte-order mark", "\xEF\xBB\xBF" + documentWith(click), false, K::LoadFailed, kError,
          "", ""},
+        {"a macro tapping beyond the macro screen",
+         documentWith(placed("Macro",
+                             [](Object& i) {
+                                 Poco::JSON::Array::Ptr lines = new Poco::JSON::Array();
+                                 lines->add("click 960,540");
+                                 lines->add("click 10,10 1920,540");
+                                 i.set("release_actions", lines);
+                             })),
+         false, K::OffScreenPoint, kWarning, "keymaps[0].release_actions[1]", ""},
     };
     for (const Mistake& mistake : mistakes) {
         SCOPED_TRACE(mistake.name);
@@ -141,7 +150,23 @@ TEST(KeymapCheck, FindingsKnowTheirLineAndColumnInAnyLayout) {
     for (const char c : pretty.str()) {
         crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
     }
-    for (const std::string& text : {pretty.str(), minified.str(), crlf}) {
+    // As a person might lay it out: tabs, each value on the line after its
+    // name, two members on one line.
+    std::string hand;
+    bool inString = false;
+    int commas = 0;
+    for (const char c : minified.str()) {
+        const bool escaped = !hand.empty() && hand.back() == '\\';
+        hand += c;
+        if (c == '"' && !escaped) {
+            inString = !inString;
+        } else if (!inString && c == ':') {
+            hand += "\n\t\t ";
+        } else if (!inString && c == ',') {
+            hand += ++commas % 2 == 0 ? "\n\t" : "  ";
+        }
+    }
+    for (const std::string& text : {pretty.str(), minified.str(), crlf, hand}) {
         SCOPED_TRACE(text.size());
         const km::CheckReport report = km::CheckKeymapDocument(text, false);
         // The unknown member: at its value. The missing one: at the icon.
@@ -149,14 +174,14 @@ TEST(KeymapCheck, FindingsKnowTheirLineAndColumnInAnyLayout) {
         const std::size_t icon = text.find('{', text.find("\"icon\""));
         std::map<std::string, std::pair<int, int>> found;
         for (const km::Finding& f : report.findings) {
-            found[f.path] = {f.text_line, f.text_column};
+            found[f.path] = {f.line, f.column};
         }
         EXPECT_EQ(found["keymaps[0].sensitivty"], placeOf(text, value));
         EXPECT_EQ(found["keymaps[0].icon.description"], placeOf(text, icon));
     }
     const km::CheckReport broken = km::CheckKeymapDocument("{\n  \"info\" {}\n}", false);
     ASSERT_FALSE(broken.findings.empty());
-    EXPECT_EQ(std::make_pair(broken.findings[0].text_line, broken.findings[0].text_column),
+    EXPECT_EQ(std::make_pair(broken.findings[0].line, broken.findings[0].column),
               std::make_pair(2, 10));
 }
 

@@ -176,3 +176,53 @@ TEST(MacroTryOrder, FirstAcceptingCommandWins) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(MacroTouches, ArePointsOfTheTouchingLines) {
+    const std::vector<std::string> script = {
+        "click 100,200",
+        "click 10,20 mouse 30,40",
+        "sleep 50",
+        "press mouse",
+        "release 960,540",
+        "switch 1,2 3,4",
+        "curve 100,900 500,900 900,500",
+        "curve_first_time 30",  // a curve setting, not a curve
+        "release_all",          // a plain word, not a release
+        "xclick 1,2",           // no command
+        "click 1, 2",           // no command
+        "click 99999999999,5",  // too large for an int
+        "",
+    };
+    const struct {
+        int line;
+        const char* command;
+        std::vector<km::Point> points;
+    } expected[] = {
+        {1, "click", {{100, 200}}},
+        {2, "click", {{10, 20}, {30, 40}}},
+        {4, "press", {}},
+        {5, "release", {{960, 540}}},
+        {6, "switch", {{1, 2}, {3, 4}}},
+        {7, "curve", {{100, 900}, {500, 900}, {900, 500}}},
+        {12, "click", {{2147483647, 5}}},
+    };
+    const std::vector<km::MacroTouch> touches = km::MacroTouchesOf(script);
+    ASSERT_EQ(touches.size(), std::size(expected));
+    for (std::size_t k = 0; k < touches.size(); ++k) {
+        SCOPED_TRACE(script[static_cast<std::size_t>(expected[k].line - 1)]);
+        EXPECT_EQ(touches[k].line, expected[k].line);
+        EXPECT_EQ(touches[k].command, expected[k].command);
+        EXPECT_EQ(touches[k].points, expected[k].points);
+    }
+    const struct {
+        km::Point point;
+        bool on;
+    } screen[] = {{{0, 0}, true}, {{1919, 1079}, true}, {{1920, 5}, false}, {{5, 1080}, false}};
+    for (const auto& row : screen) {
+        EXPECT_EQ(km::IsOnMacroScreen(row.point), row.on) << row.point.x << "," << row.point.y;
+    }
+}
+
+}  // namespace

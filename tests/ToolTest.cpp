@@ -281,6 +281,10 @@ TEST(Tool, CheckWritesTheSameReportAsJson) {
     EXPECT_EQ(error->getValue<std::string>("problem"), "not-an-object");
     EXPECT_EQ(error->getValue<std::string>("path"), "keymaps[0].spell_option");
     EXPECT_EQ(error->getValue<std::string>("item_type"), "Spell");
+    // Each finding says where its value is written, as `--format gcc` does.
+    Poco::JSON::Object::Ptr finding = documents->getObject(0)->getArray("findings")->getObject(0);
+    EXPECT_GT(finding->getValue<int>("line"), 0);
+    EXPECT_GT(finding->getValue<int>("column"), 0);
     EXPECT_TRUE(documents->getObject(1)->getValue<bool>("loaded"));
     EXPECT_EQ(documents->getObject(1)->getArray("collisions")->size(), 0u);
 }

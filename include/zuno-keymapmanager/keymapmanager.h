@@ -41,6 +41,7 @@
 #include "zuno-keymapmanager/document/LoadDiagnostic.h"
 
 // Macro language.
+#include "zuno-keymapmanager/macro/MacroTouches.h"
 #include "zuno-keymapmanager/macro/MarcoCommandConVerters.h"
 #include "zuno-keymapmanager/macro/MarcoConVerter.h"
 #include "zuno-keymapmanager/macro/MarcoConVerterFactory.h"

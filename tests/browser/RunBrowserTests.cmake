@@ -16,27 +16,8 @@ file(COPY ${SOURCE}/ DESTINATION ${WORK}
     FILES_MATCHING PATTERN "*.js" PATTERN "*.mjs" PATTERN "*.json" PATTERN "*.svg"
     PATTERN "node_modules" EXCLUDE)
 
-# Install again only when the lock file changed since the last install.
-set(stamp ${WORK}/node_modules/.installed-lock.json)
-set(install TRUE)
-if(EXISTS ${stamp})
-    file(SHA256 ${stamp} installed)
-    file(SHA256 ${SOURCE}/package-lock.json wanted)
-    if(installed STREQUAL wanted)
-        set(install FALSE)
-    endif()
-endif()
-if(install)
-    execute_process(
-        COMMAND ${CMAKE_COMMAND} -E env PLAYWRIGHT_SKIP_BROWSER_DOWNLOAD=1
-            ${NPM} ci --no-audit --no-fund --loglevel=error
-        WORKING_DIRECTORY ${WORK}
-        RESULT_VARIABLE result)
-    if(NOT result EQUAL 0)
-        message(FATAL_ERROR "npm ci in ${WORK} failed (${result})")
-    endif()
-    configure_file(${SOURCE}/package-lock.json ${stamp} COPYONLY)
-endif()
+include(${CMAKE_CURRENT_LIST_DIR}/../NpmCi.cmake)
+zuno_km_npm_ci(${SOURCE} ${WORK})
 
 execute_process(
     COMMAND ${CMAKE_COMMAND} -E env

@@ -10,7 +10,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <utility>
 #include <vector>
+
+#include "Captions.h"
+#include "TextMetrics.h"
 
 namespace zunokeymap {
 namespace render {
@@ -30,6 +35,8 @@ constexpr double kMarkerSide = 0.026;
 constexpr std::size_t kMaxCurvePoints = 4096;
 // Swipehold spokes show at most this many steps.
 constexpr int kMaxSteps = 32;
+// A macro shows at most this many of its points.
+constexpr std::size_t kMaxMacroPoints = 256;
 
 double sane(double value, double fallback, double low, double high) {
     if (!std::isfinite(value)) {
@@ -67,16 +74,19 @@ void line(SvgWriter& svg, const char* cls, Vec a, Vec b) {
 
 void cross(SvgWriter& svg, const char* cls, Vec p, double size) {
     std::string d;
-    const auto point = [&](char command, double x, double y) {
-        d += command;
-        AppendNumber(d, x);
-        d += ' ';
-        AppendNumber(d, y);
-    };
-    point('M', p.x - size, p.y - size);
-    point('L', p.x + size, p.y + size);
-    point('M', p.x - size, p.y + size);
-    point('L', p.x + size, p.y - size);
+    AppendPathPoint(d, 'M', p.x - size, p.y - size);
+    AppendPathPoint(d, 'L', p.x + size, p.y + size);
+    AppendPathPoint(d, 'M', p.x - size, p.y + size);
+    AppendPathPoint(d, 'L', p.x + size, p.y - size);
+    svg.open("path").attr("class", cls).attr("d", d).close();
+}
+
+// An open path through `points` in order.
+void polyline(SvgWriter& svg, const char* cls, const std::vector<Vec>& points) {
+    std::string d;
+    for (std::size_t k = 0; k < points.size(); ++k) {
+        AppendPathPoint(d, k == 0 ? 'M' : 'L', points[k].x, points[k].y);
+    }
     svg.open("path").attr("class", cls).attr("d", d).close();
 }
 
@@ -104,29 +114,38 @@ void arrow(SvgWriter& svg, const char* cls, Vec a, Vec b, double head) {
     svg.open("polygon").attr("class", "head").attr("points", points).close();
 }
 
-double labelSize(const Canvas& c) {
-    return c.side() * 0.018;
+// How far from its arrow or spoke a key plate stands.
+double plateDistance(const Canvas& c) {
+    return c.side() * 0.022;
 }
 
-// A key's caption on a small plate, for keys drawn away from the marker.
-void keyLabel(SvgWriter& svg, Vec p, const km::ConfigKey& key, const Canvas& c) {
-    const std::string caption = KeyCaption(key);
+// A key's caption on a plate as wide as the caption, for keys drawn away
+// from the marker (direction keys, the two keys of a pair).
+void keyPlate(SvgWriter& svg, const Canvas& c, Vec p, const std::string& caption) {
     if (caption.empty()) {
         return;
     }
-    const double plate = labelSize(c) * 0.9;
-    circle(svg, "keycap", p, plate);
+    const double size = c.textSize(0.015);
+    const double halfHeight = size * 0.75;
+    const double halfWidth =
+        std::max(halfHeight, TextWidth(caption, size, Weight::Bold) / 2 + size * 0.35);
+    svg.open("rect").attr("class", "keycap").attr("x", p.x - halfWidth).attr("y", p.y - halfHeight);
+    svg.attr("width", 2 * halfWidth).attr("height", 2 * halfHeight).attr("rx", size * 0.3).close();
     svg.open("text").attr("class", "key").attr("x", p.x).attr("y", p.y);
-    svg.attr("font-size", FittedTextSize(caption, plate));
-    svg.attr("dy", "0.35em").text(caption);
+    svg.attr("font-size", size).attr("dy", "0.35em").text(caption);
+    c.take(Box::around(p.x, p.y, halfWidth, halfHeight));
 }
 
 // Small text beside the touch point: counts and kinds a shape cannot show.
 void badge(SvgWriter& svg, const Canvas& c, const km::ConfigItem& item, const std::string& text) {
     const Vec p = touchOf(c, item);
     const double r = c.markerRadius(item);
-    svg.open("text").attr("class", "badge").attr("x", p.x + r * 0.9).attr("y", p.y - r * 0.9);
-    svg.attr("font-size", labelSize(c)).text(text);
+    const double size = c.textSize(0.015);
+    const double x = p.x + r * 0.9;
+    const double y = p.y - r * 0.9;
+    svg.open("text").attr("class", "badge").attr("x", x).attr("y", y);
+    svg.attr("font-size", size).text(text);
+    c.take({x, y - size, x + TextWidth(text, size, Weight::Bold), y + size * 0.25});
 }
 
 void rangeRect(SvgWriter& svg, const Canvas& c, Vec centre, const km::SizeF& range) {
@@ -163,7 +182,7 @@ void diamond(SvgWriter& svg, const Canvas& c, const km::DiamondConfigItem& item,
     }
     const km::ConfigKey* keys[4] = {&item.top, &item.right, &item.bottom, &item.left};
     for (int k = 0; k < 4; ++k) {
-        keyLabel(svg, tips[k], *keys[k], c);
+        keyPlate(svg, c, tips[k], KeyCaption(*keys[k]));
     }
 }
 
@@ -186,13 +205,13 @@ void pairArrows(SvgWriter& svg, const Canvas& c, const km::PairConfigItem& item,
             circle(svg, "finger", from, 3);
         }
         arrow(svg, "direction", from, to, r * 0.4);
-        const Vec label{to.x + axis.x * side.sign * labelSize(c) * 1.2,
-                        to.y + axis.y * side.sign * labelSize(c) * 1.2};
-        km::ConfigKey shown = side.key->key;
-        if (side.key->second_key.isSet()) {
-            shown.text = KeyCaption(side.key->key) + "+" + KeyCaption(side.key->second_key);
-        }
-        keyLabel(svg, label, shown, c);
+        const std::string caption = CombinationCaption(side.key->key, side.key->second_key);
+        // Along a horizontal axis the plate's own width decides its distance.
+        const double away =
+            plateDistance(c) +
+            (axis.x != 0 ? TextWidth(caption, c.textSize(0.015), Weight::Bold) / 2 : 0);
+        keyPlate(svg, c, {to.x + axis.x * side.sign * away, to.y + axis.y * side.sign * away},
+                 caption);
     }
 }
 
@@ -300,10 +319,75 @@ void drawRightWalk(SvgWriter& svg, const Canvas& c, const km::MouseRightWalkConf
     }
 }
 
+// Each point a press or release script touches, numbered in the order the
+// scripts touch them, in the item's colour; the points of a curve line are
+// joined in order. Points off the macro screen are drawn at its edge.
 void drawMacro(SvgWriter& svg, const Canvas& c, const km::MacroConfigItem& item) {
     badge(svg, c, item,
           std::to_string(item.press_actions.size()) + "+" +
               std::to_string(item.release_actions.size()) + " lines");
+    struct Dot {
+        Vec at;
+        int line;
+        const char* script;
+        bool off;
+    };
+    std::vector<Dot> dots;
+    std::vector<std::vector<Vec>> strokes;
+    const std::pair<const char*, const std::vector<std::string>*> scripts[] = {
+        {"press", &item.press_actions}, {"release", &item.release_actions}};
+    for (const auto& [name, lines] : scripts) {
+        for (const km::MacroTouch& touch : km::MacroTouchesOf(*lines)) {
+            std::vector<Vec> stroke;
+            for (const km::Point& point : touch.points) {
+                if (dots.size() == kMaxMacroPoints) {
+                    break;
+                }
+                const Vec at{std::clamp(MacroX(c, point.x), 0.0, c.width),
+                             std::clamp(MacroY(c, point.y), 0.0, c.height)};
+                dots.push_back({at, touch.line, name, !km::IsOnMacroScreen(point)});
+                stroke.push_back(at);
+            }
+            if (touch.command == "curve" && stroke.size() > 1) {
+                strokes.push_back(std::move(stroke));
+            }
+        }
+    }
+    for (const std::vector<Vec>& stroke : strokes) {
+        polyline(svg, "macro-path", stroke);
+    }
+    // Points touched more than once carry all their numbers on one dot.
+    std::map<std::pair<long long, long long>, std::string> numbers;
+    const auto key = [](Vec at) { return std::make_pair(std::llround(at.x), std::llround(at.y)); };
+    for (std::size_t k = 0; k < dots.size(); ++k) {
+        std::string& text = numbers[key(dots[k].at)];
+        if (text.size() < 12) {
+            text += (text.empty() ? "" : ",") + std::to_string(k + 1);
+        } else if (text.back() != '.') {
+            text += ",...";
+        }
+    }
+    const double size = c.textSize(0.012);
+    const auto radiusOf = [&](const std::string& text) {
+        return std::max(size * 0.8, TextWidth(text, size, Weight::Bold) / 2 + size * 0.25);
+    };
+    for (const Dot& dot : dots) {
+        const double r = radiusOf(numbers[key(dot.at)]);
+        svg.open("circle").attr("class", dot.off ? "macro-point off-screen" : "macro-point");
+        svg.attr("data-line", dot.line).attr("data-script", dot.script);
+        svg.attr("cx", dot.at.x).attr("cy", dot.at.y).attr("r", r).close();
+    }
+    for (const Dot& dot : dots) {
+        auto found = numbers.find(key(dot.at));
+        if (found == numbers.end()) {
+            continue;  // numbered already
+        }
+        svg.open("text").attr("class", "macro-step").attr("x", dot.at.x).attr("y", dot.at.y);
+        svg.attr("dy", "0.35em").attr("font-size", size).text(found->second);
+        const double r = radiusOf(found->second);
+        c.take(Box::around(dot.at.x, dot.at.y, r, r));
+        numbers.erase(found);
+    }
 }
 
 void drawCurve(SvgWriter& svg, const Canvas& c, const km::CurveConfigItem& item) {
@@ -315,14 +399,7 @@ void drawCurve(SvgWriter& svg, const Canvas& c, const km::CurveConfigItem& item)
         points.insert(points.end(), between.begin(), between.end());
     }
     points.push_back(end);
-    std::string d;
-    for (std::size_t k = 0; k < points.size(); ++k) {
-        d += k == 0 ? 'M' : 'L';
-        AppendNumber(d, points[k].x);
-        d += ' ';
-        AppendNumber(d, points[k].y);
-    }
-    svg.open("path").attr("class", "curve").attr("d", d).close();
+    polyline(svg, "curve", points);
     circle(svg, "finger", start, 4);
     const Vec before = points[points.size() - 2];
     const double r = c.markerRadius(item);
@@ -352,15 +429,6 @@ void drawTip(SvgWriter& svg, const Canvas& c, const km::TipConfigItem& item) {
 
 }  // namespace
 
-double FittedTextSize(const std::string& text, double radius) {
-    // Counts code points, not bytes: an arrow is one glyph.
-    const double glyphs = static_cast<double>(std::max<std::ptrdiff_t>(
-        std::count_if(text.begin(), text.end(),
-                      [](char ch) { return (static_cast<unsigned char>(ch) & 0xC0) != 0x80; }),
-        1));
-    return std::min(radius * 0.8, radius * 2.6 / glyphs);
-}
-
 double Canvas::length(double rel) const {
     return std::abs(sane(rel, 0, -4, 4)) * side();
 }
@@ -371,82 +439,63 @@ double Canvas::markerRadius(const km::ConfigItem& item) const {
     return side() * kMarkerSide * scale;
 }
 
-std::string KeyCaption(const km::ConfigKey& key) {
-    // Captions too long for a marker, drawn as people write them on keycaps.
-    static const struct {
-        const char* text;
-        const char* shown;
-    } kShort[] = {
-        {"Direction_up", "\xE2\x86\x91"},
-        {"Direction_down", "\xE2\x86\x93"},
-        {"Direction_left", "\xE2\x86\x90"},
-        {"Direction_right", "\xE2\x86\x92"},
-        {"left_mouse", "LMB"},
-        {"right_mouse", "RMB"},
-        {"middle_mouse", "MMB"},
-        {"back_mouse", "Back"},
-        {"forward_mouse", "Fwd"},
-        {"wheel_up_mouse", "Wheel\xE2\x86\x91"},
-        {"wheel_down_mouse", "Wheel\xE2\x86\x93"},
-    };
-    for (const auto& entry : kShort) {
-        if (key.text == entry.text) {
-            return entry.shown;
-        }
-    }
-    if (!key.text.empty() || !key.isSet()) {
-        return key.text;
-    }
-    return "#" + std::to_string(key.device == "joystick" ? key.virtual_key : key.scan_code);
+double Canvas::textSize(double fraction) const {
+    return std::max(side() * fraction, minTextSize());
 }
 
-std::string ItemCaption(const km::ConfigItem& item) {
-    // The item's own key and its second key; items fired by keys of their own
-    // (pairs, direction keys) draw those beside their geometry instead.
-    const std::vector<km::KeySlot>& slots = km::KeySlotsOf(item);
-    for (const km::KeySlot& slot : slots) {
-        if (slot.role != km::KeyRole::Key && slot.role != km::KeyRole::Carried) {
-            continue;
-        }
-        std::string caption = KeyCaption(slot.in(item));
-        if (slot.second >= 0) {
-            const km::ConfigKey& second = slots[static_cast<std::size_t>(slot.second)].in(item);
-            if (second.isSet()) {
-                caption += "+" + KeyCaption(second);
-            }
-        }
-        return caption;
-    }
-    return std::string();
+double Canvas::minTextSize() const {
+    return 11.5 * width / 1920;
+}
+
+double MacroX(const Canvas& canvas, int x) {
+    return static_cast<double>(x) / km::kMacroScreenWidth * canvas.width;
+}
+
+double MacroY(const Canvas& canvas, int y) {
+    return static_cast<double>(y) / km::kMacroScreenHeight * canvas.height;
 }
 
 const std::vector<TypeShape>& TypeShapes() {
+    // The colours stay apart for every eye: no two closer than 13 in CIE
+    // L*a*b* under simulated protanopia, deuteranopia and tritanopia (nor in
+    // full colour), and the members of a family no closer than 30. Every
+    // colour is light enough to read on the screen's dark grey.
+    using M = MarkerShape;
     static const std::vector<TypeShape> shapes = {
-        {"Click", "#f8fafc", "tap", nullptr},
-        {"BunchClick", "#fde047", "repeated taps (count)",
+        {"Click", M::Circle, "#10D090", "tap", nullptr},
+        {"BunchClick", M::Circle, "#FFC0FF", "repeated taps (count)",
          &typed<km::BunchClickConfigItem, drawBunchClick>},
-        {"Swipehold", "#38bdf8", "drag: radius, direction keys, steps",
+        {"Swipehold", M::Hexagon, "#A0FFA0", "drag: radius, direction keys, steps",
          &typed<km::SwipeholdConfigItem, drawSwipehold>},
-        {"Fire", "#f87171", "fire: drag area, invalid zone", &typed<km::FireConfigItem, drawFire>},
-        {"Staring", "#a78bfa", "look range", &typed<km::StaringConfigItem, drawStaring>},
-        {"Spell", "#34d399", "skill: cast point and range, drag area",
+        {"Fire", M::Pentagon, "#FF6040", "fire: drag area, invalid zone",
+         &typed<km::FireConfigItem, drawFire>},
+        {"Staring", M::Diamond, "#FF00C0", "look range",
+         &typed<km::StaringConfigItem, drawStaring>},
+        {"Spell", M::Pentagon, "#FFC000", "skill: cast point and range, drag area",
          &typed<km::SpellConfigItem, drawSpell>},
-        {"SpellCancel", "#fb923c", "cancel skill",
+        {"SpellCancel", M::Pentagon, "#608080", "cancel skill",
          &typed<km::SpellCancelConfigItem, drawSpellCancel>},
-        {"RightWalk", "#2dd4bf", "walk to pointer: measurement point",
+        {"RightWalk", M::Hexagon, "#FF60FF", "walk to pointer: measurement point",
          &typed<km::MouseRightWalkConfigItem, drawRightWalk>},
-        {"Eye", "#c084fc", "look: direction keys", &typed<km::DiamondConfigItem, drawLook>},
-        {"Gravity", "#facc15", "tilt: direction keys", &typed<km::DiamondConfigItem, drawLook>},
-        {"Macro", "#f472b6", "macro (press+release lines)", &typed<km::MacroConfigItem, drawMacro>},
-        {"Curve", "#4ade80", "stroke: start, points, end", &typed<km::CurveConfigItem, drawCurve>},
-        {"LeftStickWalk", "#60a5fa", "left stick: radius",
+        {"Eye", M::Diamond, "#FFFFFF", "look: direction keys",
+         &typed<km::DiamondConfigItem, drawLook>},
+        {"Gravity", M::Diamond, "#20FF60", "tilt: direction keys",
+         &typed<km::DiamondConfigItem, drawLook>},
+        {"Macro", M::Square, "#C0E0C0", "macro: numbered points it touches",
+         &typed<km::MacroConfigItem, drawMacro>},
+        {"Curve", M::Square, "#4080C0", "stroke: start, points, end",
+         &typed<km::CurveConfigItem, drawCurve>},
+        {"LeftStickWalk", M::Hexagon, "#808020", "left stick: radius",
          &typed<km::JoystickLeftWalkConfigItem, drawLeftStickWalk>},
-        {"RightStickEye", "#818cf8", "right stick: look range",
+        {"RightStickEye", M::Diamond, "#C000FF", "right stick: look range",
          &typed<km::JoystickRightEyeConfigItem, drawRightStickEye>},
-        {"Wheel", "#fbbf24", "wheel: two directions", &typed<km::WheelConfigItem, drawWheel>},
-        {"Zoom", "#e879f9", "pinch: two directions", &typed<km::ZoomConfigItem, drawZoom>},
-        {"Observe", "#94a3b8", "look while held", &typed<km::ObserveConfigItem, drawObserve>},
-        {"Tip", "#e2e8f0", "tip", &typed<km::TipConfigItem, drawTip>},
+        {"Wheel", M::Capsule, "#80C060", "wheel: two directions",
+         &typed<km::WheelConfigItem, drawWheel>},
+        {"Zoom", M::Capsule, "#E0D0E0", "pinch: two directions",
+         &typed<km::ZoomConfigItem, drawZoom>},
+        {"Observe", M::Diamond, "#A08060", "look while held",
+         &typed<km::ObserveConfigItem, drawObserve>},
+        {"Tip", M::Bubble, "#F060A0", "tip", &typed<km::TipConfigItem, drawTip>},
     };
     return shapes;
 }

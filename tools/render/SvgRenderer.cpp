@@ -1,10 +1,14 @@
 //
 // SvgRenderer.cpp
 //
-// The picture, back to front: the screen, the background image, the items
-// in document order (each one <g>: its type's geometry, the link to its touch
-// point, the touch point, problem rings, the marker and its caption), then
-// the legend and the title line on top.
+// The picture is planned before a byte of it is written: where each marker
+// goes (fanned out when it would hide another), what its type draws around
+// it, which captions fit their markers, and where the captions that do not,
+// and the labels, find room. Then it is written back to front: the screen,
+// the background image, the items in document order (each one <g>: its
+// geometry, the links to its touch point and its spot, problem rings, the
+// marker, its caption, the touch ring, then what stands beside it), and the
+// band with the title line and the legend above the screen.
 //
 
 #include "SvgRenderer.h"
@@ -13,9 +17,13 @@
 #include <cmath>
 #include <vector>
 
+#include "Captions.h"
 #include "ImageHeader.h"
 #include "ItemShapes.h"
+#include "Layout.h"
+#include "Legend.h"
 #include "SvgWriter.h"
+#include "TextMetrics.h"
 
 namespace zunokeymap {
 namespace render {
@@ -27,9 +35,12 @@ namespace {
 // The style sheet: every rule the picture draws by, keyed by the classes
 // docs/render.md lists. Per-item values (a marker's fill, a type's colour)
 // are attributes, which these rules and an embedding page's may override.
+// Only markers, captions, labels and touch rings take the pointer: the
+// shapes around an item never hide another item from a click.
 const char* const kStyle =
     "text{font-family:'DejaVu Sans',Arial,sans-serif;text-anchor:middle}"
     ".screen{fill:#3f4652}"
+    ".geometry,.link,.leader,.true-spot,.problem{pointer-events:none}"
     ".geometry{fill:none;stroke:currentColor;stroke-width:2}"
     ".geometry .head,.geometry .step,.geometry .finger,.geometry "
     ".tap{fill:currentColor;stroke:none}"
@@ -38,22 +49,37 @@ const char* const kStyle =
     ".geometry .bounded{stroke-width:3}"
     ".geometry .zone{stroke-dasharray:3 3}"
     ".geometry .aim,.geometry .diamond,.geometry .burst{stroke-dasharray:6 4;stroke-width:1.5}"
-    ".geometry .keycap{fill:#111827;fill-opacity:0.75;stroke-width:1.5}"
+    ".geometry .keycap{fill:#111827;fill-opacity:0.8;stroke-width:1.5}"
     ".geometry .key,.geometry .badge{fill:#fff;stroke:none;font-weight:bold}"
-    ".geometry .badge{text-anchor:start}"
+    ".geometry .badge{text-anchor:start;paint-order:stroke;stroke:#111827;stroke-width:0.2em}"
+    ".geometry .macro-path{stroke-width:2.5;stroke-dasharray:8 4}"
+    ".geometry .macro-point{fill:currentColor;stroke:#111827;stroke-width:1.5}"
+    ".geometry .macro-point.off-screen{stroke:#ff1f1f;stroke-width:2.5;stroke-dasharray:3 2}"
+    ".geometry .macro-step{fill:#111827;stroke:none;font-weight:bold}"
     ".link{stroke:#fff;stroke-width:1.5;stroke-dasharray:4 3}"
-    ".touch{fill:#fff;stroke:#111827;stroke-width:1.5}"
-    ".marker{stroke:#fff;stroke-width:2}"
-    ".caption{fill:#fff;font-weight:bold}"
+    ".leader{stroke:#fff;stroke-width:1.5;stroke-opacity:0.85}"
+    ".true-spot{fill:#fff;stroke:#111827;stroke-width:1}"
+    ".touch{fill:#111827;fill-opacity:0.5;stroke:#fff;stroke-width:2}"
+    ".caption,.label{fill:#fff;paint-order:stroke;stroke:#111827;stroke-width:0.22em;"
+    "stroke-linejoin:round}"
+    ".caption{font-weight:bold}"
     ".problem{fill:none;stroke-width:5}"
     ".legend .problem{stroke-width:3}"
-    ".invalid>.problem-invalid{stroke:#ff1f1f;stroke-dasharray:9 5}"
-    ".collision>.problem-collision{stroke:#ffa000}"
-    ".hidden>.geometry,.hidden>.link,.hidden>.touch,.hidden>.marker,.hidden>.caption{opacity:0.35}"
-    ".panel{fill:#111827;fill-opacity:0.8}"
+    ".problem-invalid{stroke:#ff1f1f;stroke-dasharray:9 5}"
+    ".problem-collision{stroke:#ffa000}"
+    ".legend .macro-point{fill:#C0E0C0;stroke:#111827}"
+    ".hidden>.geometry,.hidden>.link,.hidden>.touch,.hidden>.marker,.hidden>.caption,"
+    ".hidden>.label,.hidden>.leader{opacity:0.35}"
+    ".panel{fill:#111827}"
     ".legend text{fill:#fff;text-anchor:start}";
 
 const char* const kDefaultMarkerFill = "00000066";
+// Captions and labels longer than these are cut; the whole text stays in
+// the tooltip.
+constexpr std::size_t kCaptionGlyphs = 24;
+constexpr std::size_t kLabelGlyphs = 40;
+// How many rings of places around a marker a caption or label may try.
+constexpr int kRings = 5;
 
 bool isHex(const std::string& text) {
     return std::all_of(text.begin(), text.end(), [](char ch) {
@@ -120,11 +146,141 @@ std::vector<Problems> problemsByItem(const km::CheckReport& report, std::size_t 
     return result;
 }
 
-void drawItem(SvgWriter& svg, const Canvas& canvas, const km::ConfigItem& item, int index,
-              const Problems& found) {
+// Text put beside a marker: a caption too long for it, or a label.
+struct Aside {
+    std::string text;
+    double size = 0;
+    Box box;
+    bool shown = false;
+    bool leader = false;  // joined to the marker by a line
+};
+
+// Everything decided about one item before it is written.
+struct Plan {
+    const km::ConfigItem* item = nullptr;
+    int index = -1;                        // in its document
+    bool extra = false;                    // one of the overlay's extras
+    const std::string* classes = nullptr;  // the overlay's, for its group
+    const TypeShape* type = nullptr;
+    MarkerShape marker = MarkerShape::Circle;
+    const char* colour = "#ffffff";
+    double r = 0;
+    Spot spot;     // where the document puts the marker
+    double x = 0;  // where it is drawn
+    double y = 0;
+    bool fanned = false;
+    std::string geometry;
+    std::string caption;  // as shown: the key, or the type's name
+    bool typeName = false;
+    double captionSize = 0;
+    bool captionInside = true;
+    Aside outside;  // the caption, when it does not fit inside
+    Aside label;
+    double ringX = 0;  // the touch ring
+    double ringY = 0;
+    double ringR = 0;
+};
+
+Spot drawnSpot(const Plan& plan) {
+    return {plan.x, plan.y, plan.spot.halfWidth, plan.spot.halfHeight};
+}
+
+// The touch ring sits on the touch point, unless that is under the drawn
+// marker: then on the marker's lower right rim, clear of the caption.
+void placeTouchRing(Plan& plan, const Canvas& canvas) {
+    const double tx = canvas.x(plan.item->rel_work_position.x);
+    const double ty = canvas.y(plan.item->rel_work_position.y);
+    plan.ringR = canvas.side() * 0.005;
+    if (std::abs(tx - plan.x) < plan.spot.halfWidth &&
+        std::abs(ty - plan.y) < plan.spot.halfHeight) {
+        plan.ringX = plan.x + plan.spot.halfWidth * 0.72;
+        plan.ringY = plan.y + plan.spot.halfHeight * 0.72;
+    } else {
+        plan.ringX = tx;
+        plan.ringY = ty;
+    }
+}
+
+void planCaption(Plan& plan, const Canvas& canvas) {
+    plan.caption = Truncated(ItemCaption(*plan.item), kCaptionGlyphs);
+    plan.typeName = plan.caption.empty();
+    if (plan.typeName) {
+        plan.caption = Truncated(plan.item->type, kCaptionGlyphs);
+    }
+    const double smallest = canvas.textSize(0.0115);
+    const double perUnit = std::max(TextWidth(plan.caption, 1, Weight::Bold), 0.01);
+    const double fits = std::min(plan.r * 0.8, MarkerTextWidth(plan.marker, plan.r) / perUnit);
+    plan.captionInside = fits >= smallest;
+    plan.captionSize = plan.captionInside ? fits : smallest;
+    if (!plan.captionInside) {
+        plan.outside.text = plan.caption;
+        plan.outside.size = canvas.textSize(0.0165);
+        plan.outside.leader = true;
+    }
+}
+
+// Finds a place for `aside` beside its marker; a caption that finds none is
+// put at the marker's right (or left) edge all the same, since it names the
+// key, while a label without room is left to the tooltip.
+void placeAside(Aside& aside, const Plan& plan, BoxIndex& taken, const Box& screen, bool always,
+                Weight weight) {
+    const double width = TextWidth(aside.text, aside.size, weight) + aside.size * 0.3;
+    const double height = aside.size * 1.3;
+    Beside found;
+    if (FindRoomBeside(taken, screen, drawnSpot(plan), width, height, height, kRings, found)) {
+        aside.box = found.box;
+        aside.leader = aside.leader || found.ring > 0;
+        aside.shown = true;
+    } else if (always) {
+        const double gap = height * 0.25;
+        const bool right = plan.x + plan.spot.halfWidth + gap + width <= screen.x1;
+        const double x0 =
+            right ? plan.x + plan.spot.halfWidth + gap : plan.x - plan.spot.halfWidth - gap - width;
+        aside.box = {x0, plan.y - height / 2, x0 + width, plan.y + height / 2};
+        aside.shown = true;
+    }
+    if (aside.shown) {
+        taken.add(aside.box);
+    }
+}
+
+void line(SvgWriter& svg, const char* cls, double x1, double y1, double x2, double y2) {
+    svg.open("line").attr("class", cls).attr("x1", x1).attr("y1", y1).attr("x2", x2);
+    svg.attr("y2", y2).close();
+}
+
+void drawAside(SvgWriter& svg, const Aside& aside, const Plan& plan, const char* cls) {
+    if (!aside.shown) {
+        return;
+    }
+    const Box& b = aside.box;
+    if (aside.leader) {
+        // From the marker's edge to the nearest point of the text's box.
+        const double nx = std::clamp(plan.x, b.x0, b.x1);
+        const double ny = std::clamp(plan.y, b.y0, b.y1);
+        const double dx = nx - plan.x;
+        const double dy = ny - plan.y;
+        const double length = std::hypot(dx, dy);
+        if (length > 0) {
+            const double reach =
+                std::min({plan.spot.halfWidth / std::max(std::abs(dx) / length, 1e-9),
+                          plan.spot.halfHeight / std::max(std::abs(dy) / length, 1e-9), length});
+            line(svg, "leader", plan.x + dx / length * reach, plan.y + dy / length * reach, nx, ny);
+        }
+    }
+    svg.open("text").attr("class", cls).attr("x", (b.x0 + b.x1) / 2).attr("y", (b.y0 + b.y1) / 2);
+    svg.attr("dy", "0.35em").attr("font-size", aside.size).text(aside.text);
+}
+
+void drawItem(SvgWriter& svg, const Canvas& canvas, const Plan& plan, const Problems& found,
+              const Overlay& overlay) {
+    const int index = plan.index;
+    const km::ConfigItem& item = *plan.item;
     const Problems* problems = found.invalid || found.collision ? &found : nullptr;
-    const TypeShape* shape = FindTypeShape(item.type);
     std::string cls = "item";
+    if (plan.classes != nullptr && !plan.classes->empty()) {
+        cls += " " + *plan.classes;
+    }
     if (!item.icon.visibility) {
         cls += " hidden";
     }
@@ -134,16 +290,19 @@ void drawItem(SvgWriter& svg, const Canvas& canvas, const km::ConfigItem& item, 
     if (problems != nullptr && problems->collision) {
         cls += " collision";
     }
+    if (plan.fanned) {
+        cls += " fanned";
+    }
     svg.open("g")
         .attr("class", cls)
-        .attr("data-item-index", index)
+        .attr(plan.extra ? overlay.extraIndexAttribute : std::string("data-item-index"), index)
         .attr("data-item-type", item.type);
     svg.content();
 
-    const std::string caption = ItemCaption(item);
+    const std::string key = ItemCaption(item);
     std::string tooltip = "keymaps[" + std::to_string(index) + "] " + item.type;
-    if (!caption.empty()) {
-        tooltip += ": " + caption;
+    if (!key.empty()) {
+        tooltip += ": " + key;
     }
     if (!item.icon.description.empty()) {
         tooltip += " \xE2\x80\x94 " + item.icon.description;
@@ -158,107 +317,45 @@ void drawItem(SvgWriter& svg, const Canvas& canvas, const km::ConfigItem& item, 
     }
     svg.open("title").text(tooltip);
 
-    svg.open("g").attr("class", "geometry").attr("color", shape ? shape->colour : "#ffffff");
-    svg.content();
-    if (shape != nullptr && shape->draw != nullptr) {
-        shape->draw(svg, canvas, item);
-    }
+    svg.open("g").attr("class", "geometry").attr("color", plan.colour).content();
+    svg.raw(plan.geometry);
     svg.end("g");
 
-    const double mx = canvas.x(item.icon.rel_position.x);
-    const double my = canvas.y(item.icon.rel_position.y);
     const double tx = canvas.x(item.rel_work_position.x);
     const double ty = canvas.y(item.rel_work_position.y);
-    const double r = canvas.markerRadius(item);
-    if (std::hypot(mx - tx, my - ty) >= 0.5) {
-        svg.open("line").attr("class", "link").attr("x1", mx).attr("y1", my).attr("x2", tx);
-        svg.attr("y2", ty).close();
+    if (std::hypot(plan.spot.x - tx, plan.spot.y - ty) >= 0.5) {
+        line(svg, "link", plan.spot.x, plan.spot.y, tx, ty);
     }
-    svg.open("circle").attr("class", "touch").attr("cx", tx).attr("cy", ty).attr("r", 4).close();
+    if (plan.fanned) {
+        line(svg, "leader", plan.spot.x, plan.spot.y, plan.x, plan.y);
+        svg.open("circle").attr("class", "true-spot").attr("cx", plan.spot.x);
+        svg.attr("cy", plan.spot.y).attr("r", plan.ringR * 0.6).close();
+    }
+    const double reach = std::max(plan.spot.halfWidth, plan.spot.halfHeight);
     if (problems != nullptr && problems->invalid) {
-        svg.open("circle").attr("class", "problem problem-invalid").attr("cx", mx).attr("cy", my);
-        svg.attr("r", r + 6).close();
+        svg.open("circle").attr("class", "problem problem-invalid").attr("cx", plan.x);
+        svg.attr("cy", plan.y).attr("r", reach + 6).close();
     }
     if (problems != nullptr && problems->collision) {
-        svg.open("circle").attr("class", "problem problem-collision").attr("cx", mx);
-        svg.attr("cy", my).attr("r", r + (problems->invalid ? 12 : 6)).close();
+        svg.open("circle").attr("class", "problem problem-collision").attr("cx", plan.x);
+        svg.attr("cy", plan.y).attr("r", reach + (problems->invalid ? 12 : 6)).close();
     }
-    svg.open("circle").attr("class", "marker").attr("cx", mx).attr("cy", my).attr("r", r);
+    OpenMarker(svg, plan.marker, plan.x, plan.y, plan.r);
+    svg.attr("class", "marker").attr("data-marker-shape", MarkerShapeName(plan.marker));
     markerFill(svg, item.icon.background_color);
-    svg.close();
-
-    // The caption fills the disc; a long one gets smaller rather than spill.
-    const std::string shown = caption.empty() ? item.type : caption;
-    const double size = FittedTextSize(shown, r);
-    svg.open("text").attr("class", caption.empty() ? "caption type-name" : "caption");
-    svg.attr("x", mx).attr("y", my).attr("dy", "0.35em").attr("font-size", size).text(shown);
-    svg.end("g");
-}
-
-// The band along the top: the title line, then one entry for each type the
-// document uses and for each problem mark, wrapped to the screen's width.
-// Each entry's tooltip says what the type's geometry shows.
-void drawHeading(SvgWriter& svg, const Canvas& canvas, const km::KeymapConfig& doc,
-                 const std::string& heading) {
-    const double line = canvas.side() * 0.03;
-    const double size = line * 0.6;
-    struct Entry {
-        const char* swatchClass;
-        const char* group;  // the problem class the swatch stands for
-        const char* colour;
-        std::string name;
-        std::string tooltip;
-    };
-    std::vector<Entry> entries;
-    for (const TypeShape& shape : TypeShapes()) {
-        const bool used =
-            std::any_of(doc.items.begin(), doc.items.end(), [&](const km::ConfigItem* item) {
-                return item != nullptr && item->type == shape.type;
-            });
-        if (used) {
-            entries.push_back({"swatch", nullptr, shape.colour, shape.type, shape.legend});
-        }
+    svg.attr("stroke", plan.colour).attr("stroke-width", plan.r * 0.13).close();
+    if (plan.captionInside) {
+        svg.open("text").attr("class", plan.typeName ? "caption type-name" : "caption");
+        svg.attr("x", plan.x).attr("y", plan.y).attr("dy", "0.35em");
+        svg.attr("font-size", plan.captionSize).text(plan.caption);
     }
-    entries.push_back({"problem problem-invalid", "invalid", nullptr, "invalid",
-                       "an item the host cannot use; the reason is in its tooltip"});
-    entries.push_back({"problem problem-collision", "collision", nullptr, "key collision",
-                       "items fired by the same key; the reason is in their tooltips"});
-
-    // Lay the entries out first: the panel behind them needs their height.
-    std::vector<std::pair<double, double>> places;
-    double x = line * 0.4;
-    double y = line * 1.5;
-    for (const Entry& entry : entries) {
-        const double width = line * 0.8 + size * 0.62 * static_cast<double>(entry.name.size());
-        if (x + width > canvas.width && x > line * 0.4) {
-            x = line * 0.4;
-            y += line * 0.8;
-        }
-        places.emplace_back(x, y);
-        x += width + line * 0.6;
-    }
-
-    svg.open("g").attr("class", "legend").attr("font-size", size).content();
-    svg.open("rect").attr("class", "panel").attr("x", 0).attr("y", 0).attr("width", canvas.width);
-    svg.attr("height", y + line * 0.5).close();
-    svg.open("text").attr("class", "title-line").attr("x", line * 0.4).attr("y", line * 0.8);
-    svg.attr("font-size", line * 0.7).text(heading);
-    for (std::size_t k = 0; k < entries.size(); ++k) {
-        const Entry& entry = entries[k];
-        const double ex = places[k].first;
-        const double ey = places[k].second;
-        svg.open("g").attr("class", entry.group ? std::string("entry ") + entry.group : "entry");
-        svg.content();
-        svg.open("title").text(entry.tooltip);
-        svg.open("circle").attr("class", entry.swatchClass).attr("cx", ex + line * 0.25);
-        svg.attr("cy", ey).attr("r", line * 0.22);
-        if (entry.colour != nullptr) {
-            svg.attr("fill", entry.colour);
-        }
-        svg.close();
-        svg.open("text").attr("x", ex + line * 0.6).attr("y", ey).attr("dy", "0.35em");
-        svg.text(entry.name);
-        svg.end("g");
+    svg.open("circle").attr("class", "touch").attr("cx", plan.ringX).attr("cy", plan.ringY);
+    svg.attr("r", plan.ringR).close();
+    drawAside(svg, plan.outside, plan,
+              plan.typeName ? "caption outside type-name" : "caption outside");
+    drawAside(svg, plan.label, plan, "label");
+    if (overlay.draw) {
+        overlay.draw(svg, canvas, {&item, index, plan.extra, plan.x, plan.y, plan.r});
     }
     svg.end("g");
 }
@@ -272,24 +369,125 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
         canvas.width = options.width;
         canvas.height = options.height;
     }
+    const Box screen{0, 0, canvas.width, canvas.height};
     std::size_t problemCount = 0;
-    const std::vector<Problems> problems = problemsByItem(report, doc.items.size(), problemCount);
+    const std::size_t count = doc.items.size();
+    const std::vector<Problems> problems = problemsByItem(report, count, problemCount);
 
-    SvgWriter svg(4096 + doc.items.size() * 1600 + options.background.bytes.size() * 4 / 3);
+    // Markers, and where they are drawn: the document's items, then the
+    // overlay's extras (drawn under them, where their document has them).
+    const Overlay& overlay = options.overlay;
+    std::vector<Plan> plans(count + overlay.extras.size());
+    std::vector<Spot> spots;
+    std::vector<std::size_t> planOfSpot;
+    std::vector<bool> used(TypeShapes().size(), false);
+    for (std::size_t i = 0; i < plans.size(); ++i) {
+        const bool extra = i >= count;
+        const km::ConfigItem* item = extra ? overlay.extras[i - count].item : doc.items[i];
+        if (item == nullptr) {
+            continue;
+        }
+        Plan& plan = plans[i];
+        plan.item = item;
+        plan.extra = extra;
+        plan.index = extra ? overlay.extras[i - count].index : static_cast<int>(i);
+        plan.classes = extra                        ? &overlay.extras[i - count].classes
+                       : i < overlay.classes.size() ? &overlay.classes[i]
+                                                    : nullptr;
+        plan.type = FindTypeShape(item->type);
+        if (plan.type != nullptr) {
+            plan.marker = plan.type->marker;
+            plan.colour = plan.type->colour;
+            used[static_cast<std::size_t>(plan.type - TypeShapes().data())] = true;
+        }
+        plan.r = canvas.markerRadius(*item);
+        plan.spot = {canvas.x(item->icon.rel_position.x), canvas.y(item->icon.rel_position.y),
+                     MarkerHalfWidth(plan.marker, plan.r), MarkerHalfHeight(plan.marker, plan.r)};
+        plan.x = plan.spot.x;
+        plan.y = plan.spot.y;
+        if (!extra) {
+            spots.push_back(plan.spot);
+            planOfSpot.push_back(i);
+        }
+    }
+    const std::vector<Fanned> fanned = FanOut(spots, screen);
+    bool anyFanned = false;
+    for (std::size_t k = 0; k < spots.size(); ++k) {
+        Plan& plan = plans[planOfSpot[k]];
+        plan.x = fanned[k].x;
+        plan.y = fanned[k].y;
+        plan.fanned = fanned[k].moved;
+        anyFanned = anyFanned || plan.fanned;
+    }
+
+    // Each type's own geometry, and what of it labels must not cover.
+    std::vector<Box> kept;
+    canvas.taken = &kept;
+    bool macroPoints = false;
+    for (Plan& plan : plans) {
+        if (plan.item == nullptr || plan.type == nullptr || plan.type->draw == nullptr) {
+            continue;
+        }
+        SvgWriter geometry(256);
+        plan.type->draw(geometry, canvas, *plan.item);
+        plan.geometry = geometry.take();
+        macroPoints = macroPoints || plan.geometry.find("macro-point") != std::string::npos;
+    }
+    canvas.taken = nullptr;
+
+    BoxIndex taken(screen, canvas.side() * 0.06);
+    for (const Box& box : kept) {
+        taken.add(box);
+    }
+    for (Plan& plan : plans) {
+        if (plan.item == nullptr) {
+            continue;
+        }
+        taken.add(Box::around(plan.x, plan.y, plan.spot.halfWidth, plan.spot.halfHeight));
+        placeTouchRing(plan, canvas);
+        taken.add(Box::around(plan.ringX, plan.ringY, plan.ringR * 1.5, plan.ringR * 1.5));
+        planCaption(plan, canvas);
+    }
+    // Captions first: they name the keys. Then the labels, while room lasts.
+    for (Plan& plan : plans) {
+        if (plan.item != nullptr && !plan.captionInside) {
+            placeAside(plan.outside, plan, taken, screen, true, Weight::Bold);
+        }
+    }
+    if (options.labels) {
+        for (Plan& plan : plans) {
+            if (plan.item == nullptr || plan.extra || plan.item->icon.description.empty()) {
+                continue;
+            }
+            plan.label.text = Truncated(plan.item->icon.description, kLabelGlyphs);
+            plan.label.size = canvas.textSize(0.017);
+            placeAside(plan.label, plan, taken, screen, false, Weight::Regular);
+        }
+    }
+
+    const Legend legend(canvas, used, anyFanned, macroPoints);
+    const double band = options.legend ? legend.height() : 0;
+
+    std::size_t reserve = 4096 + options.background.bytes.size() * 4 / 3;
+    for (const Plan& plan : plans) {
+        reserve += 1200 + plan.geometry.size();
+    }
+    SvgWriter svg(reserve);
     svg.raw("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
     svg.open("svg")
         .attr("xmlns", "http://www.w3.org/2000/svg")
         .attr("xmlns:xlink", "http://www.w3.org/1999/xlink")
         .attr("version", "1.1")
         .attr("width", canvas.width)
-        .attr("height", canvas.height);
-    std::string viewBox = "0 0 ";
+        .attr("height", canvas.height + band);
+    std::string viewBox = "0 ";
+    AppendNumber(viewBox, -band);
+    viewBox += ' ';
     AppendNumber(viewBox, canvas.width);
     viewBox += ' ';
-    AppendNumber(viewBox, canvas.height);
+    AppendNumber(viewBox, canvas.height + band);
     svg.attr("viewBox", viewBox).content();
 
-    const std::size_t count = doc.items.size();
     const std::string summary = std::to_string(count) + (count == 1 ? " item, " : " items, ") +
                                 std::to_string(problemCount) +
                                 (problemCount == 1 ? " problem" : " problems");
@@ -298,6 +496,7 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     svg.open("title").text(heading);
     svg.open("style").attr("type", "text/css").content();
     svg.raw(kStyle);
+    svg.raw(overlay.style);
     svg.raw("\n");
     svg.end("style");
 
@@ -314,15 +513,19 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     }
 
     svg.open("g").attr("class", "items").content();
-    for (std::size_t i = 0; i < count; ++i) {
-        if (doc.items[i] == nullptr) {
-            continue;
+    const Problems none;
+    for (std::size_t k = 0; k < plans.size(); ++k) {
+        // The extras first, so that the document's items stand over them.
+        const std::size_t i = (k + count) % plans.size();
+        if (plans[i].item != nullptr) {
+            drawItem(svg, canvas, plans[i], plans[i].extra ? none : problems[i], overlay);
         }
-        drawItem(svg, canvas, *doc.items[i], static_cast<int>(i), problems[i]);
     }
     svg.end("g");
 
-    drawHeading(svg, canvas, doc, heading);
+    if (options.legend) {
+        legend.draw(svg, heading);
+    }
     svg.end("svg");
     return svg.take();
 }

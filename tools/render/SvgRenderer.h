@@ -8,7 +8,9 @@
 #ifndef ZUNO_KEYMAP_RENDER_SVGRENDERER_H
 #define ZUNO_KEYMAP_RENDER_SVGRENDERER_H
 
+#include <functional>
 #include <string>
+#include <vector>
 
 #include <zuno-keymapmanager/keymapmanager.h>
 
@@ -26,11 +28,52 @@ struct Background {
     std::string uri;
 };
 
+class SvgWriter;
+struct Canvas;
+
+/// An item as the renderer drew it, for what an Overlay adds to it.
+struct DrawnItem {
+    const zunokeymapmanager::ConfigItem* item = nullptr;
+    int index = -1;      ///< in the document drawn, or in Overlay::extras' document
+    bool extra = false;  ///< one of Overlay::extras
+    double x = 0;        ///< the marker's centre and radius, in SVG units
+    double y = 0;
+    double radius = 0;
+};
+
+/// What a caller layers over the one picture (the drawn diff does). Left
+/// empty, it changes nothing.
+struct Overlay {
+    /// Classes added to the group of the document's item i (may be shorter
+    /// than the document).
+    std::vector<std::string> classes;
+    /// Items of another document drawn under the document's own, each with
+    /// its index there (written as `extraIndexAttribute`, not
+    /// data-item-index) and its classes.
+    struct Extra {
+        const zunokeymapmanager::ConfigItem* item = nullptr;
+        int index = -1;
+        std::string classes;
+    };
+    std::vector<Extra> extras;
+    std::string extraIndexAttribute = "data-old-index";
+    /// Rules added to the picture's style sheet.
+    std::string style;
+    /// Draws the caller's own shapes last in each item's group, extras
+    /// included.
+    std::function<void(SvgWriter&, const Canvas&, const DrawnItem&)> draw;
+};
+
 struct RenderOptions {
     int width = 1920;  ///< the screen, in SVG user units
     int height = 1080;
     std::string title;  ///< shown on the title line, usually the file name
     Background background;
+    /// The band above the screen with the title line and the legend.
+    bool legend = true;
+    /// Each item's description printed beside its marker.
+    bool labels = false;
+    Overlay overlay;
 };
 
 /// The picture of `doc`. `report` is the document's check (CheckKeymapDocument):

@@ -112,6 +112,13 @@ void AppendNumber(std::string& out, double value) {
     }
 }
 
+void AppendPathPoint(std::string& out, char command, double x, double y) {
+    out += command;
+    AppendNumber(out, x);
+    out += ' ';
+    AppendNumber(out, y);
+}
+
 SvgWriter::SvgWriter(std::size_t reserve) {
     out_.reserve(reserve);
 }

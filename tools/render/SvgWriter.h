@@ -25,6 +25,10 @@ void AppendEscaped(std::string& out, std::string_view text);
 /// +/-1e9 are clamped, so a hostile number cannot produce an unbounded picture.
 void AppendNumber(std::string& out, double value);
 
+/// Appends one step of path data: `command` (a letter, or ' ' to continue
+/// one) and the point "x y", as AppendNumber writes numbers.
+void AppendPathPoint(std::string& out, char command, double x, double y);
+
 /// Writes one SVG document into a string. Open an element, add attributes,
 /// then close it empty or give it text or children:
 ///

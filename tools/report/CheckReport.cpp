@@ -62,14 +62,14 @@ void writeFinding(JsonWriter& out, const km::Finding& finding) {
         .value(finding.other_type)
         .key("line")
         .value(finding.line)
-        .key("line_text")
-        .value(finding.line_text)
+        .key("column")
+        .value(finding.column)
+        .key("script_line")
+        .value(finding.script_line)
+        .key("script_text")
+        .value(finding.script_text)
         .key("keys")
         .value(finding.keys)
-        .key("text_line")
-        .value(finding.text_line)
-        .key("text_column")
-        .value(finding.text_column)
         .key("items")
         .beginArray();
     for (const int index : finding.items) {
@@ -147,11 +147,11 @@ void writeClassicLists(JsonWriter& out, const std::vector<km::Finding>& findings
         out.beginObject().key("index").value(macros[first]->item_index).key("list").value(list);
         out.key("lines").beginArray();
         for (std::size_t i = first; i < last; ++i) {
-            out.value(macros[i]->line);
+            out.value(macros[i]->script_line);
         }
         out.endArray().key("texts").beginArray();
         for (std::size_t i = first; i < last; ++i) {
-            out.value(macros[i]->line_text);
+            out.value(macros[i]->script_text);
         }
         out.endArray().endObject();
     }
@@ -182,18 +182,15 @@ void WriteCheckReportJson(JsonWriter& out, const std::string& source,
     out.endArray().endObject();
 }
 
-namespace {
-
-// What a finding is about and what is wrong, as one line for people:
-// "keymaps[3] (Swipehold): ...".
-std::string describe(const km::Finding& finding) {
+std::string DescribeFinding(const km::Finding& finding) {
     std::string out;
     // A failed load's message and a collision's name their places themselves.
     if (finding.kind != km::FindingKind::LoadFailed &&
         finding.kind != km::FindingKind::KeyCollision) {
         const bool whole =
             finding.item_index >= 0 && (finding.kind == km::FindingKind::InvalidItem ||
-                                        finding.kind == km::FindingKind::MacroLine);
+                                        finding.kind == km::FindingKind::MacroLine ||
+                                        finding.kind == km::FindingKind::OffScreenPoint);
         if (whole) {
             out += "keymaps[" + std::to_string(finding.item_index) + "]";
         } else {
@@ -208,6 +205,8 @@ std::string describe(const km::Finding& finding) {
     }
     return out + finding.message;
 }
+
+namespace {
 
 // A workflow command's text and property escapes (%, CR, LF; in a property
 // also : and ,).
@@ -246,24 +245,26 @@ void PrintCheckReport(std::ostream& terminal, const std::string& source,
     for (const km::Finding& finding : report.findings) {
         const char* severity = km::FindingSeverityName(finding.severity);
         const char* kind = km::FindingKindName(finding.kind);
-        const bool placed = finding.text_line > 0;
+        const bool placed = finding.line > 0;
         switch (format) {
             case ReportFormat::Gcc:
                 out << source;
                 if (placed) {
-                    out << ':' << finding.text_line << ':' << finding.text_column;
+                    out << ':' << finding.line << ':' << finding.column;
                 }
-                out << ": " << severity << ": " << describe(finding) << " [" << kind << "]\n";
+                out << ": " << severity << ": " << DescribeFinding(finding) << " [" << kind
+                    << "]\n";
                 break;
             case ReportFormat::Github:
                 out << "::" << severity << " file=" << githubEscaped(source, true);
                 if (placed) {
-                    out << ",line=" << finding.text_line << ",col=" << finding.text_column;
+                    out << ",line=" << finding.line << ",col=" << finding.column;
                 }
-                out << ",title=" << kind << "::" << githubEscaped(describe(finding), false) << "\n";
+                out << ",title=" << kind << "::" << githubEscaped(DescribeFinding(finding), false)
+                    << "\n";
                 break;
             case ReportFormat::Text:
-                out << source << ": " << severity << ": " << describe(finding) << "\n";
+                out << source << ": " << severity << ": " << DescribeFinding(finding) << "\n";
                 break;
         }
     }

@@ -24,6 +24,10 @@ namespace zunokeymap {
 void WriteCheckReportJson(JsonWriter& out, const std::string& source,
                           const zunokeymapmanager::CheckReport& report);
 
+/// What a finding is about and what is wrong, as one line for people:
+/// "keymaps[3] (Swipehold): ...".
+std::string DescribeFinding(const zunokeymapmanager::Finding& finding);
+
 /// How `check` prints findings as lines.
 enum class ReportFormat {
     Text,    ///< "SOURCE: SEVERITY: keymaps[3] (Swipehold): ...", then a summary line

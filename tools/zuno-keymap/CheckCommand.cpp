@@ -17,6 +17,7 @@
 #include "CheckReport.h"
 #include "CommandLine.h"
 #include "Common.h"
+#include "SarifReport.h"
 #include "TerminalText.h"
 
 namespace zunokeymap {
@@ -114,6 +115,7 @@ std::vector<Checked> checkAll(const std::vector<std::string>& files, bool joysti
 int runCheck(const std::vector<std::string>& given, const std::string& format, bool joystick,
              bool strict) {
     const bool asJson = format == "json";
+    const bool asSarif = format == "sarif";
     const ReportFormat lines = format == "gcc"      ? ReportFormat::Gcc
                                : format == "github" ? ReportFormat::Github
                                                     : ReportFormat::Text;
@@ -131,13 +133,14 @@ int runCheck(const std::vector<std::string>& given, const std::string& format, b
     std::string json;
     JsonWriter writer(json, true);
     writer.beginObject().key("documents").beginArray();
+    std::vector<SarifDocument> sarif;
     std::vector<Checked> results = checkAll(files, joystick);
     for (std::size_t i = 0; i < results.size(); ++i) {
         const Loaded& loaded = results[i].loaded;
         const km::CheckReport& report = results[i].report;
         if (fromFolder[i] && results[i].notAKeymap) {
             ++others;
-            if (!asJson && lines == ReportFormat::Text) {
+            if (!asJson && !asSarif && lines == ReportFormat::Text) {
                 std::cout << ForTerminal(loaded.source) << ": not a keymap document, skipped\n";
             }
             continue;
@@ -151,6 +154,9 @@ int runCheck(const std::vector<std::string>& given, const std::string& format, b
         ++(report.errors() > 0 ? failed : report.findings.empty() ? clean : warned);
         if (asJson) {
             WriteCheckReportJson(writer, loaded.source, report);
+        } else if (asSarif) {
+            const bool file = files[i] != "-" && !IsBuiltIn(files[i], joystick);
+            sarif.push_back({file ? SarifArtifactUri(files[i]) : std::string(), &report});
         } else {
             PrintCheckReport(std::cout, loaded.source, report, lines);
         }
@@ -172,6 +178,8 @@ int runCheck(const std::vector<std::string>& given, const std::string& format, b
             .endObject();
         writer.endObject();
         std::cout << json << "\n";
+    } else if (asSarif) {
+        std::cout << SarifLog(sarif, ZUNO_KEYMAP_VERSION) << "\n";
     } else if (summarize && lines == ReportFormat::Text) {
         std::cout << files.size() << " files: " << clean << " clean, " << warned
                   << " with warnings, " << failed << " with errors";
@@ -228,8 +236,9 @@ void AddCheckCommand(CLI::App& app) {
         .add_option("--format", options->format,
                     "text (the default); json; gcc: FILE:LINE:COL: error|warning: message "
                     "[kind], as compilers write, for editors' problem matchers; github: "
-                    "workflow annotations")
-        ->check(CLI::IsMember({"text", "json", "gcc", "github"}));
+                    "workflow annotations; sarif: one SARIF 2.1.0 log for code-scanning "
+                    "services, file names relative to the current folder")
+        ->check(CLI::IsMember({"text", "json", "gcc", "github", "sarif"}));
     command.add_flag("--joystick", options->joystick, "load the documents as gamepad documents");
     command.add_flag("--strict", options->strict, "fail on warnings too");
     OnRun(command, [options] {

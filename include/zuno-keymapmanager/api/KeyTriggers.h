@@ -39,7 +39,17 @@ ZUNO_KM_API bool TriggerFires(ConfigItem& item, const KeyTrigger& trigger);
 /// A key as people read it: its caption, else device and code; "-" when unset.
 ZUNO_KM_API std::string DescribeConfigKey(const ConfigKey& key);
 
-/// "Q", or "Q+Ctrl" for a combination.
+/// Whether `key` is a keyboard modifier: Ctrl, Shift, Alt or the Windows
+/// key, of either side.
+ZUNO_KM_API bool IsModifierKey(const ConfigKey& key);
+
+/// The keys of a combination in the order people say them: a modifier before
+/// the key it modifies ("Ctrl+G" whichever of the two is the item's first
+/// key), otherwise `first` then `second`. Just `first` when `second` is unset.
+ZUNO_KM_API std::vector<const ConfigKey*> KeysInReadingOrder(const ConfigKey& first,
+                                                             const ConfigKey& second);
+
+/// "Q", or "Ctrl+Q" for a combination, in reading order.
 ZUNO_KM_API std::string DescribeKeyTrigger(const KeyTrigger& trigger);
 
 /// Why `item` is invalid ("no key is assigned", ...), or empty when it is valid.

@@ -32,6 +32,7 @@ enum class FindingKind {
     ZeroRadius,        ///< a drag radius of 0
     JoystickMismatch,  ///< "is_joystick" disagrees with how the document is loaded
     DuplicateMember,   ///< a member named twice in one object: only the last counts
+    OffScreenPoint,    ///< a Macro line touching a point beyond the macro screen (1920x1080)
 };
 
 /// How bad a finding is.
@@ -54,21 +55,21 @@ struct ZUNO_KM_API Finding {
     /// For a collision: the second item's index and type (item_index < other_index).
     int other_index = -1;
     std::string other_type;  ///< the other item's "type"
-    /// For a Macro line: its one-based number and its text.
-    int line = 0;
-    std::string line_text;  ///< the Macro line as written
+    /// For a Macro line: its one-based number in its script and its text.
+    int script_line = 0;
+    std::string script_text;  ///< the Macro line as written
     /// One line for people, without the source name.
     std::string message;
     /// What to write instead ("Swipehold", "rel_x"), empty when nothing fits.
     std::string suggestion;
-    /// For a collision: the key or combination the items fire on ("Q+Ctrl").
+    /// For a collision: the key or combination the items fire on ("Ctrl+Q").
     std::string keys;
     /// Where in the document's text the value `path` names starts (for a
     /// missing member, the object that lacks it; for a malformed document,
     /// the syntax error): one-based line, and column in bytes; 0 when the
     /// text does not show it.
-    int text_line = 0;
-    int text_column = 0;  ///< see text_line
+    int line = 0;
+    int column = 0;  ///< see line
     /// For a collision: the index in "keymaps" of every item the key fires,
     /// ascending (item_index and other_index are the first two). One finding
     /// names them all, however many share the key.
@@ -94,7 +95,8 @@ struct ZUNO_KM_API CheckReport {
 
 /// A short stable name of `kind` ("load-failed", "unknown-type", "schema",
 /// "invalid-item", "key-collision", "macro-line", "key-text",
-/// "unset-position", "zero-radius", "joystick-mismatch", "duplicate-member").
+/// "unset-position", "zero-radius", "joystick-mismatch", "duplicate-member",
+/// "off-screen-point").
 ZUNO_KM_API const char* FindingKindName(FindingKind kind);
 
 /// "error" or "warning".

@@ -38,7 +38,7 @@ struct ZUNO_KM_API KeySlot
     /// "negative" for the keys that fire the item; "second", "positive second",
     /// "negative second" for second keys.
     const char* name;
-    KeyRole role;  ///< what the key does for the item
+    KeyRole role;                        ///< what the key does for the item
     int second;                          ///< the slot of this key's second key, or -1
     ConfigKey& (*at)(ConfigItem& item);  ///< the member in `item`
 

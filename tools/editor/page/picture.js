@@ -42,9 +42,12 @@ export class Picture {
     }
   }
 
+  // The screen's size: the picture may hold a band outside it.
   size() {
-    const box = this.svg.viewBox.baseVal;
-    return { width: box.width || 1, height: box.height || 1 };
+    const screen = this.svg.querySelector('rect.screen');
+    const width = screen ? screen.width.baseVal.value : this.svg.viewBox.baseVal.width;
+    const height = screen ? screen.height.baseVal.value : this.svg.viewBox.baseVal.height;
+    return { width: width || 1, height: height || 1 };
   }
 
   // Pointer position in the picture's own units.
