@@ -14,36 +14,16 @@ namespace json {
 
 namespace {
 
-// Plain data, zero-initialised: no guard or constructor on first use.
-thread_local LoadTrail tTrail;
-
 inline void noteRead(const ObjectPtr& parent, const std::string& key, Expect expect) {
-    tTrail.readParent = parent.get();
-    tTrail.readKey = &key;
-    tTrail.readIndex = -1;
-    tTrail.readExpect = expect;
-}
-
-// Stands for the key of an element read; the index says which element.
-const std::string kElementKey;
-
-// An element's parent is its array, already linked under its key.
-inline void noteElement(const ArrayPtr& array, std::size_t index) {
-    tTrail.readParent = array.get();
-    tTrail.readKey = &kElementKey;
-    tTrail.readIndex = static_cast<long>(index);
-    tTrail.readExpect = Expect::String;
+    trail().noteRead(parent.get(), key, expect);
 }
 
 inline void readDone() {
-    tTrail.readKey = nullptr;
+    trail().readDone();
 }
 
 inline void noteLink(const void* child, const ObjectPtr& parent, const std::string& key) {
-    LoadTrail::Link& link = tTrail.links[tTrail.linkCount++ % LoadTrail::kLinks];
-    link.child = child;
-    link.parent = parent.get();
-    link.key = &key;
+    trail().noteLink(child, parent.get(), key);
 }
 
 Poco::Dynamic::Var member(const ObjectPtr& parent, const std::string& key) {
@@ -54,10 +34,6 @@ Poco::Dynamic::Var member(const ObjectPtr& parent, const std::string& key) {
 }
 
 }  // namespace
-
-LoadTrail& trail() {
-    return tTrail;
-}
 
 ObjectPtr object(const ObjectPtr& parent, const std::string& key) {
     ObjectPtr child = optionalObject(parent, key);
@@ -104,7 +80,7 @@ void readElement(const ArrayPtr& array, std::size_t index, std::string& out) {
     if (array.isNull()) {
         throw Poco::NullPointerException();
     }
-    noteElement(array, index);
+    trail().noteElement(array.get(), index);
     out = array->get(static_cast<unsigned int>(index)).convert<std::string>();
     readDone();
 }

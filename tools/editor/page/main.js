@@ -21,6 +21,7 @@ const picture = new Picture($('picture'), {
 const panel = new Panel($('panel'), {
   change: (path, value) => changeMember(path, value),
   bind: (path) => captureKey(path),
+  clearKey: async (path) => changeMember(path, await api.key({ device: '' })),
   macroCheck: (lines) => api.macroCheck(lines),
   macroRunning: (lines) => api.macroRunning(lines),
 });
