@@ -6,8 +6,8 @@
 // per item.
 //
 
-#ifndef ZUNO_KEYMAPMANAGER_API_TRIGGERRULES_H
-#define ZUNO_KEYMAPMANAGER_API_TRIGGERRULES_H
+#ifndef ZUNO_KEYMAPMANAGER_CHECK_TRIGGERRULES_H
+#define ZUNO_KEYMAPMANAGER_CHECK_TRIGGERRULES_H
 
 #include <cstddef>
 #include <vector>
@@ -45,4 +45,4 @@ bool Fires(ConfigItem& item, const ConfigKey& first, const ConfigKey& second);
 }  // namespace check
 }  // namespace zunokeymapmanager
 
-#endif  // ZUNO_KEYMAPMANAGER_API_TRIGGERRULES_H
+#endif  // ZUNO_KEYMAPMANAGER_CHECK_TRIGGERRULES_H

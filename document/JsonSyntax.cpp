@@ -5,12 +5,12 @@
 #include "document/JsonSyntax.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
+
+#include "zuno-keymapmanager/model/NumberText.h"
 
 namespace zunokeymapmanager {
 namespace document {
@@ -268,8 +268,9 @@ private:
         // takes an exponent or hundreds of digits: others need no conversion.
         const std::string_view written = std::string_view(s_).substr(start, i_ - start);
         const bool large = written.size() > 300 || written.find_first_of("eE") != written.npos;
-        if (!failed_ && large &&
-            !std::isfinite(std::strtod(std::string(written).c_str(), nullptr))) {
+        double ignored = 0;
+        const char* first = s_.data() + start;
+        if (!failed_ && large && ReadNumber(first, s_.data() + i_, ignored) == first) {
             i_ = start;
             line_ = startLine;
             fail("the number is out of range");

@@ -6,11 +6,12 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 #include <cmath>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "zuno-keymapmanager/model/NumberText.h"
 
 namespace zunokeymapmanager {
 
@@ -149,26 +150,23 @@ void forEachNumber(const std::string& text, Visit visit) {
             continue;
         }
         double value = 0;
-        const auto result = std::from_chars(p, end, value);
-        if (result.ec != std::errc() || result.ptr == p) {
+        const char* next = ReadNumber(p, end, value);
+        if (next == p) {
             ++p;
             continue;
         }
         if (!visit(value, static_cast<std::size_t>(p - begin),
-                   static_cast<std::size_t>(result.ptr - begin))) {
+                   static_cast<std::size_t>(next - begin))) {
             return;
         }
-        p = result.ptr;
+        p = next;
     }
 }
 
 // A coordinate as a point text writes it: six decimals at most.
 std::string coordinateText(double value) {
-    char buffer[64];
     const double rounded = std::round(value * 1e6) / 1e6;
-    const auto result =
-        std::to_chars(buffer, buffer + sizeof buffer, rounded == 0.0 ? 0.0 : rounded);
-    return std::string(buffer, result.ptr);
+    return WriteNumber(rounded == 0.0 ? 0.0 : rounded);
 }
 
 }  // namespace

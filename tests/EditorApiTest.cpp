@@ -8,7 +8,9 @@
 #include <unistd.h>
 #endif
 
+#include <algorithm>
 #include <filesystem>
+#include <vector>
 
 #include "CheckReport.h"
 #include "tests/EditorTestSupport.h"
@@ -48,13 +50,13 @@ struct DoorCase {
     int status;
 };
 
-TEST(EditorApi, DoorAndRoutes) {
+std::vector<DoorCase> doorCases() {
     const std::string host = "127.0.0.1:" + std::to_string(kPort);
     const std::string bearer = "Bearer " + kToken;
     const HeaderList json = {{"Host", host},
                              {"Authorization", bearer},
                              {"Content-Type", "application/json; charset=utf-8"}};
-    const DoorCase cases[] = {
+    return {
         {"no_token", "GET", "/api/document", {{"Host", host}}, "", 401},
         {"wrong_token",
          "GET",
@@ -141,18 +143,18 @@ TEST(EditorApi, DoorAndRoutes) {
         {"macro_lines", "POST", "/api/macro/check", json, "{\"lines\": [\"x\"]}", 200},
         {"item_of_type", "GET", "/api/item?type=Swipehold", {}, "", 200},
         {"item_unknown_type", "GET", "/api/item?type=Unknown", {}, "", 404},
-        {"key_keyboard",
-         "GET",
-         "/api/key?device=keyboard&scan_code=30&virtual_key=65",
-         {},
-         "",
-         200},
+        {"key_keyboard", "GET", "/api/key?device=keyboard&scan_code=30", {}, "", 200},
+        {"key_unset", "GET", "/api/key", {}, "", 200},
+        {"key_unknown_device", "GET", "/api/key?device=pen&scan_code=1", {}, "", 422},
         {"key_no_codes", "GET", "/api/key?device=keyboard", {}, "", 422},
         {"key_gamepad_needs_name", "GET", "/api/key?device=joystick", {}, "", 422},
         {"schema", "GET", "/api/schema", {}, "", 200},
         {"render", "GET", "/api/render.svg", {}, "", 200},
     };
-    for (const DoorCase& c : cases) {
+}
+
+TEST(EditorApi, DoorAndRoutes) {
+    for (const DoorCase& c : doorCases()) {
         SCOPED_TRACE(c.name);
         Fixture f;
         HttpRequest r = request(c.method, c.target, kToken, kPort, c.body);
@@ -173,6 +175,31 @@ TEST(EditorApi, DoorAndRoutes) {
     }
 }
 
+// In the page's own process there is no socket: no Host and no token to
+// show, but the methods, body types and sizes are held to the same contract.
+TEST(EditorApi, InProcessHasNoDoorButTheSameRoutes) {
+    for (const DoorCase& c : doorCases()) {
+        SCOPED_TRACE(c.name);
+        Fixture f;
+        EditorApi inProcess(*f.session);
+        HttpRequest r = request(c.method, c.target, kToken, kPort, c.body);
+        if (!c.headers.empty()) {
+            r.headers = c.headers;
+        }
+        r.headers.erase(std::remove_if(r.headers.begin(), r.headers.end(),
+                                       [](const auto& h) {
+                                           return h.first == "Host" || h.first == "Authorization";
+                                       }),
+                        r.headers.end());
+        const HttpResponse response = inProcess.handle(r);
+        if (c.status == 401 || c.status == 403) {
+            EXPECT_LT(response.status, 400) << response.body;
+        } else {
+            EXPECT_EQ(response.status, c.status) << response.body;
+        }
+    }
+}
+
 TEST(EditorApi, AnswersCarryWhatThePageNeeds) {
     Fixture f;
     // The load diagnostic of a refused document, and its position when malformed.
@@ -187,9 +214,16 @@ TEST(EditorApi, AnswersCarryWhatThePageNeeds) {
     EXPECT_EQ(badMacro->getValue<int>("line"), 2);
 
     EXPECT_EQ(parseObject(f.call("GET", "/api/types").body)->getArray("types")->size(), 18U);
+    // Keys as the tool builds them: the virtual key from the library's table.
     Poco::JSON::Object::Ptr key =
-        parseObject(f.call("GET", "/api/key?device=keyboard&scan_code=285&virtual_key=17").body);
+        parseObject(f.call("GET", "/api/key?device=keyboard&scan_code=285").body);
     EXPECT_EQ(key->getValue<std::string>("text"), km::CreateConfigKey("keyboard", 17, 285).text);
+    EXPECT_EQ(key->getValue<int>("virtual_key"), 17);
+    Poco::JSON::Object::Ptr wheel =
+        parseObject(f.call("GET", "/api/key?device=mouse&scan_code=548").body);
+    EXPECT_EQ(wheel->getValue<int>("virtual_key"), -1);
+    Poco::JSON::Object::Ptr unset = parseObject(f.call("GET", "/api/key").body);
+    EXPECT_EQ(unset->getValue<int>("virtual_key"), km::kUnsetKeyCode);
     Poco::JSON::Object::Ptr pad =
         parseObject(f.call("GET", "/api/key?device=joystick&text=LB").body);
     EXPECT_EQ(pad->getValue<std::string>("text"), "LB");

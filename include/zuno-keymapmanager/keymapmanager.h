@@ -18,6 +18,7 @@
 #include "zuno-keymapmanager/model/Fields.h"
 #include "zuno-keymapmanager/model/Geometry.h"
 #include "zuno-keymapmanager/model/NameLists.h"
+#include "zuno-keymapmanager/model/NumberText.h"
 
 // Item types.
 #include "zuno-keymapmanager/items/ComposableItems.h"
@@ -49,6 +50,7 @@
 
 // The manager and the free functions.
 #include "zuno-keymapmanager/api/Functions.h"
+#include "zuno-keymapmanager/api/KeyObjects.h"
 #include "zuno-keymapmanager/api/KeyTriggers.h"
 #include "zuno-keymapmanager/api/KeymapCheck.h"
 #include "zuno-keymapmanager/api/KeymapManager.h"

@@ -1,7 +1,8 @@
 # Runs the browser tests with Playwright and Debian's chromium. Expects NPM,
 # NPX, SOURCE (this folder), SOURCE_ROOT (the project, as ZUNO_SOURCE_DIR),
 # WORK (a folder in the build tree) and TOOL (the built zuno-keymap, handed to
-# the tests as ZUNO_KEYMAP_TOOL).
+# the tests as ZUNO_KEYMAP_TOOL). Optional: WEB_BUNDLE (the folder scripts/web
+# wrote, as ZUNO_WEB_BUNDLE) and TESTS (test files to run, all by default).
 #
 # Node resolves '@playwright/test' from the importing file's own folder, so
 # the config and the tests are copied beside the build tree's node_modules
@@ -26,7 +27,8 @@ execute_process(
         ZUNO_SOURCE_DIR=${SOURCE_ROOT}
         ZUNO_BROWSER_TESTS=${WORK}
         ZUNO_BROWSER_OUTPUT=${WORK}/test-results
-        ${NPX} --no-install playwright test --config ${WORK}/playwright.config.mjs
+        ZUNO_WEB_BUNDLE=${WEB_BUNDLE}
+        ${NPX} --no-install playwright test --config ${WORK}/playwright.config.mjs ${TESTS}
     WORKING_DIRECTORY ${WORK}
     RESULT_VARIABLE result)
 if(NOT result EQUAL 0)

@@ -530,5 +530,19 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     return svg.take();
 }
 
+std::string RenderDocumentSvg(const km::KeymapConfig& doc, const std::string& text, bool joystick,
+                              const std::string& source, RenderOptions options) {
+    const km::CheckReport report = km::CheckKeymapDocument(text, joystick, source);
+    if (options.title.empty()) {
+        options.title = LastPathComponent(source);
+    }
+    return RenderSvg(doc, report, options);
+}
+
+std::string LastPathComponent(const std::string& path) {
+    const std::size_t slash = path.find_last_of("/\\");
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
 }  // namespace render
 }  // namespace zunokeymap

@@ -82,6 +82,16 @@ struct RenderOptions {
 std::string RenderSvg(const zunokeymapmanager::KeymapConfig& doc,
                       const zunokeymapmanager::CheckReport& report, const RenderOptions& options);
 
+/// The picture `zuno-keymap render` draws of `doc`, loaded from `text`: the
+/// library checks the text (as a gamepad document with `joystick`), and the
+/// title, unless `options` has one, is the last component of `source`, the
+/// name the user gave it.
+std::string RenderDocumentSvg(const zunokeymapmanager::KeymapConfig& doc, const std::string& text,
+                              bool joystick, const std::string& source, RenderOptions options);
+
+/// The last component of a path as the user wrote it, with either separator.
+std::string LastPathComponent(const std::string& path);
+
 }  // namespace render
 }  // namespace zunokeymap
 

@@ -287,6 +287,37 @@ void PrintCheckReport(std::ostream& terminal, const std::string& source,
     terminal << ForTerminal(out.str());
 }
 
+void CheckSummary::add(const km::CheckReport& report) {
+    problems += report.problems();
+    ++(report.errors() > 0 ? withErrors : report.findings.empty() ? clean : withWarnings);
+}
+
+std::string CheckJsonText(const std::vector<CheckedDocument>& documents,
+                          const CheckSummary& summary) {
+    std::string json;
+    JsonWriter writer(json, true);
+    writer.beginObject().key("documents").beginArray();
+    for (const CheckedDocument& document : documents) {
+        WriteCheckReportJson(writer, document.source, *document.report);
+    }
+    writer.endArray().key("problems").value(summary.problems);
+    writer.key("summary")
+        .beginObject()
+        .key("files")
+        .value(summary.files)
+        .key("clean")
+        .value(summary.clean)
+        .key("with_warnings")
+        .value(summary.withWarnings)
+        .key("with_errors")
+        .value(summary.withErrors)
+        .key("not_keymaps")
+        .value(summary.notKeymaps)
+        .endObject();
+    writer.endObject();
+    return json + "\n";
+}
+
 bool CheckFails(const km::CheckReport& report, bool strict) {
     return report.problems() > 0 || (strict && !report.findings.empty());
 }

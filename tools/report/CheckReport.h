@@ -8,8 +8,10 @@
 #ifndef ZUNO_KEYMAP_TOOL_CHECKREPORT_H
 #define ZUNO_KEYMAP_TOOL_CHECKREPORT_H
 
+#include <cstddef>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include <zuno-keymapmanager/api/KeymapCheck.h>
 
@@ -27,6 +29,30 @@ void WriteCheckReportJson(JsonWriter& out, const std::string& source,
 /// What a finding is about and what is wrong, as one line for people:
 /// "keymaps[3] (Swipehold): ...".
 std::string DescribeFinding(const zunokeymapmanager::Finding& finding);
+
+/// What `check` counts over the documents it checks, for its summary.
+struct CheckSummary {
+    std::size_t files = 0;  ///< documents named, or found in folders
+    std::size_t problems = 0;
+    std::size_t clean = 0;
+    std::size_t withWarnings = 0;
+    std::size_t withErrors = 0;
+    std::size_t notKeymaps = 0;  ///< JSON files in folders that are not keymaps
+
+    /// Counts one checked document.
+    void add(const zunokeymapmanager::CheckReport& report);
+};
+
+/// A checked document, named as the user named it.
+struct CheckedDocument {
+    std::string source;
+    const zunokeymapmanager::CheckReport* report;
+};
+
+/// All that `check --json` prints, its final newline included: "documents"
+/// (each one's object, in order), "problems" and "summary".
+std::string CheckJsonText(const std::vector<CheckedDocument>& documents,
+                          const CheckSummary& summary);
 
 /// How `check` prints findings as lines.
 enum class ReportFormat {

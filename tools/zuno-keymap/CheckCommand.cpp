@@ -125,35 +125,29 @@ int runCheck(const std::vector<std::string>& given, const std::string& format, b
     const bool summarize = files.size() != given.size() || given.size() > 1;
 
     int status = kClean;
-    std::size_t total = 0;
-    std::size_t clean = 0;
-    std::size_t warned = 0;
-    std::size_t failed = 0;
-    std::size_t others = 0;
-    std::string json;
-    JsonWriter writer(json, true);
-    writer.beginObject().key("documents").beginArray();
+    CheckSummary summary;
+    summary.files = files.size();
+    std::vector<CheckedDocument> documents;
     std::vector<SarifDocument> sarif;
     std::vector<Checked> results = checkAll(files, joystick);
     for (std::size_t i = 0; i < results.size(); ++i) {
         const Loaded& loaded = results[i].loaded;
         const km::CheckReport& report = results[i].report;
         if (fromFolder[i] && results[i].notAKeymap) {
-            ++others;
+            ++summary.notKeymaps;
             if (!asJson && !asSarif && lines == ReportFormat::Text) {
                 std::cout << ForTerminal(loaded.source) << ": not a keymap document, skipped\n";
             }
             continue;
         }
-        total += report.problems();
+        summary.add(report);
         if (loaded.unreadable) {
             status = kUsage;
         } else if (CheckFails(report, strict) && status == kClean) {
             status = kProblems;
         }
-        ++(report.errors() > 0 ? failed : report.findings.empty() ? clean : warned);
         if (asJson) {
-            WriteCheckReportJson(writer, loaded.source, report);
+            documents.push_back({loaded.source, &report});
         } else if (asSarif) {
             const bool file = files[i] != "-" && !IsBuiltIn(files[i], joystick);
             sarif.push_back({file ? SarifArtifactUri(files[i]) : std::string(), &report});
@@ -162,29 +156,15 @@ int runCheck(const std::vector<std::string>& given, const std::string& format, b
         }
     }
     if (asJson) {
-        writer.endArray().key("problems").value(total);
-        writer.key("summary")
-            .beginObject()
-            .key("files")
-            .value(files.size())
-            .key("clean")
-            .value(clean)
-            .key("with_warnings")
-            .value(warned)
-            .key("with_errors")
-            .value(failed)
-            .key("not_keymaps")
-            .value(others)
-            .endObject();
-        writer.endObject();
-        std::cout << json << "\n";
+        std::cout << CheckJsonText(documents, summary);
     } else if (asSarif) {
         std::cout << SarifLog(sarif, ZUNO_KEYMAP_VERSION) << "\n";
     } else if (summarize && lines == ReportFormat::Text) {
-        std::cout << files.size() << " files: " << clean << " clean, " << warned
-                  << " with warnings, " << failed << " with errors";
-        if (others > 0) {
-            std::cout << ", " << others << " not keymaps";
+        std::cout << summary.files << " files: " << summary.clean << " clean, "
+                  << summary.withWarnings << " with warnings, " << summary.withErrors
+                  << " with errors";
+        if (summary.notKeymaps > 0) {
+            std::cout << ", " << summary.notKeymaps << " not keymaps";
         }
         std::cout << "\n";
     }

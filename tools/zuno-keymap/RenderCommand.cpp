@@ -20,11 +20,6 @@ namespace zunokeymap {
 
 namespace {
 
-std::string baseName(const std::string& path) {
-    const std::size_t slash = path.find_last_of("/\\");
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
 struct RenderArguments {
     std::string file;
     std::string old;  ///< with --diff: the keymap FILE is compared with
@@ -52,18 +47,16 @@ int runRender(const RenderArguments& args) {
             return each->unreadable ? kUsage : kProblems;
         }
     }
-    const km::CheckReport report =
-        km::CheckKeymapDocument(loaded.text, loaded.joystick, loaded.source);
-    picture.title = baseName(loaded.source);
     picture.labels = args.labels;
     picture.legend = !args.noLegend;
     if (old.doc != nullptr) {
         const std::vector<KeymapChange> changes = DiffKeymaps(*old.doc, *loaded.doc);
         picture.overlay = DiffOverlay(*old.doc, *loaded.doc, changes);
-        picture.title =
-            baseName(old.source) + " \xE2\x86\x92 " + picture.title + ": " + DiffSummary(changes);
+        picture.title = render::LastPathComponent(old.source) + " \xE2\x86\x92 " +
+                        render::LastPathComponent(loaded.source) + ": " + DiffSummary(changes);
     }
-    const std::string svg = render::RenderSvg(*loaded.doc, report, picture);
+    const std::string svg = render::RenderDocumentSvg(*loaded.doc, loaded.text, loaded.joystick,
+                                                      loaded.source, picture);
 
     return WriteOutput("render", args.output.empty() ? "-" : args.output, svg) ? kClean : kUsage;
 }

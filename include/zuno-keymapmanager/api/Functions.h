@@ -32,7 +32,8 @@ ZUNO_KM_API ConfigItem* CreateConfigItem(const std::string& type);
 /// was read before the failure.
 ///
 /// The callback runs on a thread the load starts and waits for (where the
-/// platform has no threads, on the loading thread itself). When the system
+/// platform has no threads, such as WebAssembly built without them for a web
+/// page, on the loading thread itself). When the system
 /// cannot start that thread, the load throws `std::system_error`; a host that
 /// loads documents from untrusted sources under tight process limits catches
 /// it.

@@ -29,7 +29,9 @@ struct KeymapManagerCallbacks
 {
     /// Called once for every load that fails, with the path (or built-in name)
     /// that was being loaded. It runs on a thread of its own while the loading
-    /// thread waits for it to return.
+    /// thread waits for it to return; where the platform has no threads (a
+    /// WebAssembly build without them, as in a web page), it runs on the
+    /// loading thread itself, before the load returns.
     void (*loadConfigAndInfoFailed)(const std::string& path);
 };
 

@@ -1,7 +1,11 @@
-// The editor server's HTTP contract (docs/editor.md), as functions. The
-// token comes from the page's own address and goes out as a Bearer header.
-// It leaves the address bar (and so the history) at once, kept for this tab
-// only, where a reload finds it.
+// The editor's requests (docs/editor.md), as functions. They go over HTTP to
+// the server of `zuno-keymap edit`, or, when the page is served as plain
+// static files, to the keymap module running in this page (local.js): the
+// same requests, the same answers.
+//
+// The server hands the page a token in its address. It leaves the address
+// bar (and so the history) at once, kept for this tab only, where a reload
+// finds it, and goes out as a Bearer header.
 
 const token = new URLSearchParams(location.search).get('token') ||
   sessionStorage.getItem('zuno-keymap-token') || '';
@@ -10,12 +14,19 @@ if (token) {
   history.replaceState(null, '', location.pathname);
 }
 
+/// True when no server serves the page: it then runs the library itself and
+/// opens and saves the user's files.
+export const standalone = !token;
+const local = standalone ? import('./local.js') : null;
+
 async function call(method, path, body) {
+  const text = body === undefined || typeof body === 'string' ? body : JSON.stringify(body);
+  if (local) return (await local).localRequest(method, path, text);
   const headers = { Authorization: `Bearer ${token}` };
   const init = { method, headers, cache: 'no-store' };
-  if (body !== undefined) {
+  if (text !== undefined) {
     headers['Content-Type'] = 'application/json';
-    init.body = typeof body === 'string' ? body : JSON.stringify(body);
+    init.body = text;
   }
   const response = await fetch(path, init);
   const type = response.headers.get('Content-Type') || '';
@@ -48,4 +59,6 @@ export const api = {
   key: (params) => must(call('GET', `/api/key?${new URLSearchParams(params)}`)),
   macroCheck: async (lines) => (await must(call('POST', '/api/macro/check', { lines }))).bad,
   macroRunning: async (lines) => (await must(call('POST', '/api/macro/running', { lines }))).lines,
+  /// Opens a File or a file handle in the page's own module (standalone only).
+  openFile: async (source) => (await local).openFile(source),
 };

@@ -3,6 +3,7 @@
 // library), and keeps undo and redo over whole documents.
 
 import { api } from './api.js';
+import { showScreenshot } from './files.js';
 import { History } from './history.js';
 import { keyboardKey, mouseKey, wheelKey, pressedGamepadKey } from './keys.js';
 import { Panel } from './panel.js';
@@ -11,7 +12,7 @@ import { Picture } from './picture.js';
 const $ = (id) => document.getElementById(id);
 const state = { doc: null, text: '', schema: {}, report: null, selected: -1, errors: {},
   unsaved: false, queue: Promise.resolve(), name: '' };
-const history = new History();
+let history = new History();
 
 const picture = new Picture($('picture'), {
   select: (index) => select(index),
@@ -20,6 +21,7 @@ const picture = new Picture($('picture'), {
 const panel = new Panel($('panel'), {
   change: (path, value) => changeMember(path, value),
   bind: (path) => captureKey(path),
+  clearKey: async (path) => changeMember(path, await api.key({ device: '' })),
   macroCheck: (lines) => api.macroCheck(lines),
   macroRunning: (lines) => api.macroRunning(lines),
 });
@@ -310,9 +312,7 @@ stage.addEventListener('drop', (e) => {
   e.preventDefault();
   $('picture').classList.remove('dropping');
   const file = [...(e.dataTransfer ? e.dataTransfer.files : [])].find((f) => f.type.startsWith('image/'));
-  if (!file) return;
-  $('picture').style.backgroundImage = `url(${URL.createObjectURL(file)})`;
-  $('picture').classList.add('has-background');
+  if (file) showScreenshot(file);
 });
 
 $('save').addEventListener('click', () => save());
@@ -352,5 +352,13 @@ async function start() {
     status(`Cannot reach the editor: ${error.message}`);
   }
 }
+
+// Another keymap opened in the page (served as static files): shown afresh.
+window.addEventListener('keymap-opened', () => {
+  history = new History();
+  state.selected = -1;
+  panel.clear();
+  start();
+});
 
 start();

@@ -131,8 +131,7 @@ export class Panel {
     const bind = element('button', { type: 'button', 'aria-label': 'Bind key', text: 'Bind key' });
     bind.addEventListener('click', () => this.handlers.bind(path));
     const clear = element('button', { type: 'button', text: 'Clear', 'aria-label': `Clear ${path.join('.')}` });
-    clear.addEventListener('click', () => this.handlers.change(path,
-      { device: '', scan_code: 2147483647, text: '', virtual_key: 2147483647 }));
+    clear.addEventListener('click', () => this.handlers.clearKey(path));
     const control = element('div', { class: 'key-field', role: 'group' }, shown, bind, clear);
     return this.row(path, control, { type: 'key', description: node.description }, errors);
   }

@@ -180,7 +180,9 @@ struct EditorApi::Route {
 };
 
 EditorApi::EditorApi(EditorSession& session, std::string token, int port)
-    : session_(session), token_(std::move(token)), port_(port) {}
+    : session_(session), token_(std::move(token)), port_(port), door_(true) {}
+
+EditorApi::EditorApi(EditorSession& session) : session_(session), port_(0), door_(false) {}
 
 std::string EditorApi::MakeToken() {
     Poco::RandomInputStream random;
@@ -235,7 +237,7 @@ HttpResponse EditorApi::screen(const HttpRequest& request) const {
     // A page of another site that a DNS name points here still sends its own Host.
     const std::string host = Poco::toLower(request.header("Host"));
     const std::string port = ":" + std::to_string(port_);
-    if (host != "127.0.0.1" + port && host != "localhost" + port) {
+    if (door_ && host != "127.0.0.1" + port && host != "localhost" + port) {
         return respondError(403,
                             "the Host header must be 127.0.0.1" + port + " or localhost" + port);
     }
@@ -245,7 +247,7 @@ HttpResponse EditorApi::screen(const HttpRequest& request) const {
         return respondError(400, "the request target must be a path");
     }
     const bool api = Poco::startsWith(path, std::string("/api/"));
-    if (api) {
+    if (api && door_) {
         std::string shown = request.query("token");
         const std::string authorization = request.header("Authorization");
         if (authorization.size() > 7 &&
@@ -460,8 +462,8 @@ HttpResponse EditorApi::getSchema(const HttpRequest&) {
 
 HttpResponse EditorApi::getTypes(const HttpRequest&) {
     Array::Ptr types = new Array();
-    for (std::size_t i = 1; i < km::kItemTypeNames.size(); ++i) {
-        types->add(std::string(km::kItemTypeNames[i]));
+    for (const std::string_view type : km::kDocumentItemTypeNames) {
+        types->add(std::string(type));
     }
     Object::Ptr body = newObject();
     body->set("types", types);
@@ -471,7 +473,7 @@ HttpResponse EditorApi::getTypes(const HttpRequest&) {
 HttpResponse EditorApi::getItem(const HttpRequest& request) {
     const std::string type = request.query("type");
     std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(type));
-    if (!item || type == "Unknown") {
+    if (!item) {
         return respondError(404, "no item type '" + type + "'");
     }
     return respondJson(200, item->ConvertToJsonObject());
@@ -487,20 +489,16 @@ HttpResponse EditorApi::getKey(const HttpRequest& request) {
         }
         key = km::ConfigKey(device, text, km::kUnsetKeyCode, km::kUnsetKeyCode);
     } else if (device == "keyboard" || device == "mouse") {
+        // The virtual key comes from the library's table, as in the tool.
         int scanCode = 0;
-        int virtualKey = 0;
-        if (!readInt(request.query("scan_code"), scanCode) ||
-            !readInt(request.query("virtual_key"), virtualKey)) {
-            return respondError(422, "a keyboard or mouse key needs scan_code and virtual_key");
+        if (!readInt(request.query("scan_code"), scanCode)) {
+            return respondError(422, "a keyboard or mouse key needs scan_code");
         }
-        key = km::CreateConfigKey(device, virtualKey, scanCode);
-    } else {
-        return respondError(422, "device must be keyboard, mouse or joystick");
+        key = km::KeyOfCode(device, scanCode);
+    } else if (!device.empty()) {
+        return respondError(422, "device must be keyboard, mouse or joystick, or empty for no key");
     }
-    // Written by the library's own item writer, so the key has the saved form.
-    std::unique_ptr<km::ConfigItem> carrier(km::CreateConfigItem("Click"));
-    carrier->key = key;
-    return respondJson(200, carrier->ConvertToJsonObject().get("key"));
+    return respondJson(200, km::KeyToJson(key));
 }
 
 HttpResponse EditorApi::postMacroCheck(const HttpRequest& request) {

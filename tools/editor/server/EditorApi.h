@@ -26,6 +26,10 @@ public:
     /// Serves `session` on 127.0.0.1:`port` to clients that show `token`.
     EditorApi(EditorSession& session, std::string token, int port);
 
+    /// Serves `session` to a page in this very process (the editor built for
+    /// the browser): no socket, so no Host or token to check.
+    explicit EditorApi(EditorSession& session);
+
     /// Answers what can be decided from the method, the target and the
     /// headers alone: a response with status 0 lets the request through, to
     /// have its body read (at most kMaxBody bytes) and be handled.
@@ -67,6 +71,7 @@ private:
     EditorSession& session_;
     const std::string token_;
     int port_;
+    const bool door_;  ///< whether requests come over a socket, through the door
 };
 
 }  // namespace editor

@@ -1,10 +1,14 @@
-# zuno_km_editor_assets(OUTPUT): a rule that writes OUTPUT, a C++ source
-# holding the editor page (tools/editor/page/*) and the format's schema as
-# bytes (PageAssets.h). Used by the editor library.
+# zuno_km_editor_assets(OUTPUT [SCHEMA_ONLY]): a rule that writes OUTPUT, a
+# C++ source holding the editor page (tools/editor/page/*) and the format's
+# schema as bytes (PageAssets.h); with SCHEMA_ONLY, the schema alone. Used by
+# the editor library.
 set(ZUNO_KM_EDITOR_DIR ${CMAKE_CURRENT_LIST_DIR})
 function(zuno_km_editor_assets output)
-    file(GLOB page CONFIGURE_DEPENDS ${ZUNO_KM_EDITOR_DIR}/../page/*)
-    set(files ${page} ${PROJECT_SOURCE_DIR}/docs/keymap.schema.json)
+    set(files ${PROJECT_SOURCE_DIR}/docs/keymap.schema.json)
+    if(NOT "SCHEMA_ONLY" IN_LIST ARGN)
+        file(GLOB page CONFIGURE_DEPENDS ${ZUNO_KM_EDITOR_DIR}/../page/*)
+        list(PREPEND files ${page})
+    endif()
     add_custom_command(OUTPUT ${output}
         COMMAND ${CMAKE_COMMAND} -DOUTPUT=${output} "-DFILES=${files}"
             -P ${ZUNO_KM_EDITOR_DIR}/EmbedFiles.cmake
