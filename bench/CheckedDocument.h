@@ -66,9 +66,10 @@ inline DocumentPtr loadChecked(const std::string& text, std::size_t expectedItem
     for (const auto* item : doc->items) {
         types.insert(item->type);
     }
-    if (expectedItems >= kItemTypes.size() && types.size() != kItemTypes.size()) {
+    const std::size_t typeCount = zunokeymapmanager::ItemDeclarations().size();
+    if (expectedItems >= typeCount && types.size() != typeCount) {
         detail::fail("the loaded document holds " + std::to_string(types.size()) + " of " +
-                     std::to_string(kItemTypes.size()) + " item types");
+                     std::to_string(typeCount) + " item types");
     }
     return doc;
 }

@@ -8,14 +8,13 @@
 #include <string_view>
 #include <vector>
 
+#include <zuno-keymapmanager/keymapmanager.h>
+
 namespace benchdocs {
 
-const std::array<const char*, 18> kItemTypes = {
-    "Click",         "BunchClick",    "Swipehold", "Fire",    "Staring", "Spell",
-    "SpellCancel",   "RightWalk",     "Eye",       "Gravity", "Macro",   "Curve",
-    "LeftStickWalk", "RightStickEye", "Wheel",     "Zoom",    "Observe", "Tip"};
-
 namespace {
+
+namespace km = zunokeymapmanager;
 
 // splitmix64: small, fast and the same on every platform and standard
 // library, unlike the distributions of <random>.
@@ -217,359 +216,148 @@ constexpr std::array<const char*, 8> kDescriptions = {
 
 constexpr std::array<const char*, 4> kColours = {"1E90FF80", "FF000066", "00FF00AA", "FFFFFF40"};
 
+// Values away from the defaults for every member the library's tables
+// declare, so that a new type or member is in the documents without a line
+// here.
 class Generator {
 public:
     explicit Generator(std::uint64_t seed) : random_(seed) {}
 
     std::string document(std::size_t itemCount) {
+        const std::vector<km::ItemDeclaration>& types = km::ItemDeclarations();
         w_.beginObject();
-        info();
+        w_.key("info");
+        object(km::ConfigInfo::Members(), "");
         w_.key("keymaps");
         w_.beginArray();
         for (std::size_t i = 0; i < itemCount; ++i) {
-            item(kItemTypes[i % kItemTypes.size()]);
+            item(types[i % types.size()]);
         }
         w_.endArray();
-        param();
+        w_.key("param");
+        object(km::ConfigParam::Members(), "");
         w_.endObject();
         return w_.take();
     }
 
 private:
-    void info() {
-        w_.key("info");
-        w_.beginObject();
-        w_.member("background_color", "10203040");
-        w_.member("is_joystick", false);
-        w_.member("transparent_ESC", true);
-        w_.member("transparent_joystick", false);
-        w_.member("transparent_keyboard", false);
-        w_.member("transparent_mouse", "Mouse_OtherButton_Transparent");
-        w_.member("transparent_mouse_windows_raw_move_period", 4);
-        w_.member("transparent_mouse_windows_raw_move_sensitivity", 1.25);
-        w_.member("transparent_wheel", true);
-        w_.member("visibility", false);
-        w_.endObject();
-    }
-
-    void param() {
-        w_.key("param");
-        w_.beginObject();
-        w_.key("transparent_wheel_policy");
-        w_.beginObject();
-        w_.member("protocol_version", 2);
-        w_.member("sensitivity", 1.5);
-        w_.endObject();
-        w_.key("wheel_policy");
-        w_.beginObject();
-        w_.member("wheel_step_distance", 0.02);
-        w_.member("zoom_first_interval", 24);
-        w_.member("zoom_last_idle", 8);
-        w_.member("zoom_margin", 30);
-        w_.member("zoom_period", 12);
-        w_.member("zoom_step_distance", 0.005);
-        w_.member("zoom_steps", 10);
-        w_.endObject();
-        w_.endObject();
-    }
-
-    void item(std::string_view type) {
-        w_.beginObject();
-        common(type);
-        if (type == "Click" || type == "Tip" || type == "Observe") {
-            secondKey();
+    void item(const km::ItemDeclaration& declaration) {
+        std::vector<const km::MemberTable*> chain;
+        for (const km::MemberTable* t = &declaration.members(); t != nullptr; t = t->base) {
+            chain.insert(chain.begin(), t);
         }
-        if (type == "BunchClick") {
-            secondKey();
-            const bool oneOff = random_.chance(50);
-            w_.member("bunch_click_type", oneOff ? "One_Off" : "Continue");
-            w_.member("bunch_click_continue_number", random_.between(2, 60));
-            w_.member("bunch_click_one_off_number", random_.between(2, 60));
-        } else if (type == "Swipehold") {
-            diamond(true);
-            drag(random_.fraction() / 4);
-        } else if (type == "Fire") {
-            fire();
-        } else if (type == "Staring") {
-            secondKey();
-            w_.member("sensitivity_x", random_.between(10, 200));
-            w_.member("sensitivity_y", random_.between(10, 200));
-            lookRange();
-        } else if (type == "Spell") {
-            secondKey();
-            spell();
-        } else if (type == "SpellCancel") {
-            secondKey();
-            w_.member("is_in_use", false);
-            w_.key("spell_cancel_delay_info");
-            w_.beginObject();
-            w_.member("delay_time", random_.between(30, 300));
-            w_.endObject();
-        } else if (type == "RightWalk") {
-            rightWalk();
-        } else if (type == "Eye" || type == "Gravity") {
-            diamond(false);
-            w_.member("sensitivity", random_.between(5, 250));
-        } else if (type == "Macro") {
-            secondKey();
-            macro();
-        } else if (type == "Curve") {
-            secondKey();
-            curve();
-        } else if (type == "LeftStickWalk") {
-            w_.member("rel_radius", random_.fraction() / 3);
-        } else if (type == "RightStickEye") {
-            w_.member("sensitivity", random_.between(20, 300));
-            lookRange();
-        } else if (type == "Wheel") {
-            pairs();
-            w_.member("duration", random_.between(50, 500));
-            w_.member("orientation", random_.chance(50) ? "horizontal" : "vertical");
-            w_.member("sensitivity", random_.between(10, 120));
-        } else if (type == "Zoom") {
-            pairs();
-            w_.member("duration", random_.between(50, 500));
-            w_.member("one_side_gap", random_.fraction() / 20);
-            w_.member("orientation", random_.chance(50) ? "horizontal" : "vertical");
-            w_.member("sensitivity", random_.between(10, 200));
-        } else if (type == "Observe") {
-            w_.member("sensitivity", 0.5 + random_.fraction());
-            w_.member("sensitivity_x", random_.between(5, 90));
-            w_.member("sensitivity_y", random_.between(5, 90));
+        w_.beginObject();
+        for (const km::MemberTable* table : chain) {
+            members(*table, km::NameOf(declaration.type));
         }
         w_.endObject();
     }
 
-    void common(std::string_view type) {
-        w_.member("editor_icon_scale", 0.5 + random_.fraction());
-        w_.key("icon");
+    void object(const km::MemberTable& table, std::string_view type) {
         w_.beginObject();
-        w_.member("background_color", random_.pick(kColours));
-        w_.member("description", random_.pick(kDescriptions));
-        w_.member("radius_correction", 0.5 + random_.fraction());
-        point("rel_position");
-        w_.member("visibility", random_.chance(80));
+        members(table, type);
         w_.endObject();
-        keyMember("key", randomKey());
-        point("rel_work_position");
-        w_.member("type", type);
+    }
+
+    void members(const km::MemberTable& table, std::string_view type) {
+        for (const km::Member& member : table.members) {
+            if (member.kind == km::MemberKind::Route) {
+                routed(member.route->members());
+                continue;
+            }
+            // Members written only now and then (second keys, a tap sequence)
+            // are in about a third of the items.
+            if (member.written != nullptr && !random_.chance(33)) {
+                continue;
+            }
+            w_.key(*member.name);
+            value(member, type);
+        }
+    }
+
+    // What another class reads for an item: its settings, not its keys.
+    void routed(const km::MemberTable& table) {
+        for (const km::Member& member : table.members) {
+            if (member.kind != km::MemberKind::Object || member.members != &km::KeyMembers) {
+                w_.key(*member.name);
+                value(member, "");
+            }
+        }
+    }
+
+    void value(const km::Member& member, std::string_view type) {
+        switch (member.kind) {
+            case km::MemberKind::Boolean:
+                w_.value(random_.chance(50));
+                break;
+            case km::MemberKind::Integer:
+                w_.value(integer(member));
+                break;
+            case km::MemberKind::Number:
+                w_.value(number(member));
+                break;
+            case km::MemberKind::String:
+                text(member, type);
+                break;
+            case km::MemberKind::Lines:
+                script(random_.between(1, 16));
+                break;
+            case km::MemberKind::Object:
+                if (member.members == &km::KeyMembers) {
+                    keyObject(randomKey());
+                } else {
+                    object(member.members(), type);
+                }
+                break;
+            case km::MemberKind::Route:
+                break;
+        }
+    }
+
+    int integer(const km::Member& member) {
+        const std::string_view unit(member.unit);
+        return unit == "ms"  ? random_.between(1, 500)
+               : unit == "%" ? random_.between(10, 200)
+                             : random_.between(2, 60);
+    }
+
+    double number(const km::Member& member) {
+        if (member.minimum == member.minimum && member.maximum == member.maximum) {
+            return member.minimum + (member.maximum - member.minimum) * random_.fraction();
+        }
+        return std::string_view(member.unit) == "screen" ? random_.fraction() / 4
+                                                         : 0.5 + random_.fraction();
+    }
+
+    void text(const km::Member& member, std::string_view type) {
+        if ((member.flags & km::kTypeName) != 0) {
+            w_.value(type);
+        } else if (member.names != nullptr) {
+            w_.value(member.names[random_.next() % member.nameCount]);
+        } else if (*member.pattern != '\0') {
+            w_.value(random_.pick(kColours));
+        } else if ((member.flags & km::kPointText) != 0) {
+            std::string points;
+            const int count = random_.between(2, 8);
+            for (int i = 0; i < count; ++i) {
+                points += (i == 0 ? "(" : ";(") + number(random_.fraction()) + "," +
+                          number(random_.fraction()) + ")";
+            }
+            w_.value(std::string_view(points));
+        } else {
+            w_.value(random_.pick(kDescriptions));
+        }
     }
 
     const Key& randomKey() { return random_.pick(kKeys); }
 
-    void keyMember(std::string_view name, const Key& key) {
-        w_.key(name);
+    void keyObject(const Key& key) {
         w_.beginObject();
         w_.member("device", key.device);
         w_.member("scan_code", key.scanCode);
         w_.member("text", key.text);
         w_.member("virtual_key", key.virtualKey);
         w_.endObject();
-    }
-
-    void point(std::string_view name) {
-        w_.key(name);
-        w_.beginObject();
-        w_.member("rel_x", random_.fraction());
-        w_.member("rel_y", random_.fraction());
-        w_.endObject();
-    }
-
-    void secondKey() {
-        if (random_.chance(33)) {
-            keyMember("second_key", randomKey());
-        }
-    }
-
-    void pairs() {
-        for (const char* side : {"negative_key", "positive_key"}) {
-            w_.key(side);
-            w_.beginObject();
-            keyMember("key", randomKey());
-            if (random_.chance(33)) {
-                keyMember("second_key", randomKey());
-            }
-            w_.endObject();
-        }
-    }
-
-    // Four direction keys: the usual WASD or arrows, or gamepad controls.
-    void diamond(bool letters) {
-        static constexpr std::array<Key, 4> kWasd = {{{"keyboard", "W", 87, 17},
-                                                      {"keyboard", "D", 68, 32},
-                                                      {"keyboard", "S", 83, 31},
-                                                      {"keyboard", "A", 65, 30}}};
-        static constexpr std::array<Key, 4> kPad = {{{"joystick", "Up", 2147483647, 2147483647},
-                                                     {"joystick", "Right", 2147483647, 2147483647},
-                                                     {"joystick", "Down", 2147483647, 2147483647},
-                                                     {"joystick", "Left", 2147483647, 2147483647}}};
-        static constexpr std::array<Key, 4> kArrows = {{{"keyboard", "Direction_up", 38, 328},
-                                                        {"keyboard", "Direction_right", 39, 333},
-                                                        {"keyboard", "Direction_down", 40, 336},
-                                                        {"keyboard", "Direction_left", 37, 331}}};
-        const auto& keys = random_.chance(20) ? kPad : (letters ? kWasd : kArrows);
-        keyMember("bottom_key", keys[2]);
-        keyMember("left_key", keys[3]);
-        keyMember("right_key", keys[1]);
-        keyMember("top_key", keys[0]);
-    }
-
-    // The drag settings shared by Swipehold items and the drag part of Spell
-    // items.
-    void drag(double radius) {
-        static constexpr std::array<const char*, 3> kHandles = {"Transparent", "Click", "Move"};
-        static constexpr std::array<const char*, 3> kMoves = {"Constant", "Big_Variable",
-                                                              "Small_Variable"};
-        static constexpr std::array<const char*, 6> kAxes = {"Default", "Sin", "Cos",
-                                                             "X",       "X2",  "Infinite"};
-        w_.key("first_point_policy");
-        w_.beginObject();
-        w_.member("handle_type", random_.pick(kHandles));
-        w_.member("idle_before_first_press", random_.between(1, 20));
-        w_.member("interval", random_.between(8, 64));
-        w_.member("move_type", random_.pick(kMoves));
-        w_.member("no_press_first_center_point", random_.chance(50));
-        w_.member("period", random_.between(4, 32));
-        w_.member("speed", random_.between(50, 200));
-        w_.member("steps", random_.between(2, 12));
-        w_.member("wait_for_second", random_.between(1, 20));
-        w_.endObject();
-        w_.member("hold_center_interval_after_release", random_.between(1, 100));
-        w_.member("in_line_policy", random_.chance(50) ? "Just_Use_Last" : "Use_Both");
-        w_.member("rel_radius", radius);
-        w_.key("subsequent_point_policy");
-        w_.beginObject();
-        w_.member("handle_type", random_.pick(kHandles));
-        w_.member("period", random_.between(4, 32));
-        w_.member("steps", random_.between(2, 12));
-        w_.endObject();
-        w_.key("target_point_input_compensatory_policy");
-        w_.beginObject();
-        w_.member("count", random_.between(1, 9));
-        w_.member("distance", random_.fraction() / 10);
-        w_.member("enable", random_.chance(50));
-        w_.member("period", random_.between(2, 20));
-        w_.member("steps", random_.between(1, 9));
-        w_.member("x_policy", random_.pick(kAxes));
-        w_.member("x_policy_intercept_phaseshift", random_.fraction());
-        w_.member("x_policy_slope_period", 0.5 + random_.fraction());
-        w_.member("y_policy", random_.pick(kAxes));
-        w_.member("y_policy_intercept_phaseshift", random_.fraction());
-        w_.member("y_policy_slope_period", 0.5 + random_.fraction());
-        w_.endObject();
-    }
-
-    void invalidZone() {
-        w_.key("invalid_zone_info");
-        w_.beginObject();
-        w_.member("enable", true);
-        w_.member("rel_radius_inside_invalid_zone", random_.fraction() / 100);
-        w_.member("rel_radius_outside_invalid_zone", random_.fraction() / 50);
-        w_.endObject();
-    }
-
-    void fire() {
-        w_.key("fire_option");
-        w_.beginObject();
-        w_.member("fire_range_policy",
-                  random_.chance(50) ? "Fire_range_dependent_swipehold" : "Fire_range_unlimited");
-        w_.endObject();
-        w_.member("need_fire_and_drag", true);
-        w_.key("swipehold_info");
-        w_.beginObject();
-        invalidZone();
-        point("rel_position");
-        w_.member("rel_radius", random_.fraction() / 5);
-        w_.member("steps", random_.between(2, 12));
-        w_.endObject();
-    }
-
-    void spell() {
-        static constexpr std::array<const char*, 4> kTriggers = {
-            "Spell_Trigger_On_Release_Key", "Spell_Trigger_On_Press_Key",
-            "Spell_Trigger_On_Next_Key", "Spell_Trigger_Immedaite"};
-        static constexpr std::array<const char*, 3> kLocations = {
-            "Spell_touch_location_mouse_dependence", "Spell_touch_location_swipehold_dependence",
-            "Spell_touch_location_inner_swipehold_dependence"};
-        w_.key("spell_info");
-        w_.beginObject();
-        w_.member("range", 20.0 + random_.between(0, 80));
-        w_.member("rel_radius", random_.fraction() / 4);
-        point("rel_position");
-        w_.endObject();
-        w_.key("spell_option");
-        w_.beginObject();
-        w_.member("is_occupy_swipehold_input", random_.chance(50));
-        w_.member("need_spell_direction", random_.chance(50));
-        w_.member("spell_touch_location_policy", random_.pick(kLocations));
-        w_.member("spell_trigger_policy", random_.pick(kTriggers));
-        w_.member("stop_walk_after_spell", random_.chance(50));
-        w_.member("walk_with_spell", random_.chance(50));
-        w_.endObject();
-        w_.key("swipehold_info");
-        w_.beginObject();
-        drag(random_.fraction() / 4);
-        invalidZone();
-        w_.member("interval", random_.between(8, 64));
-        w_.member("period", random_.between(4, 32));
-        point("rel_position");
-        w_.member("speed", random_.between(50, 200));
-        w_.member("steps", random_.between(2, 12));
-        w_.endObject();
-        if (random_.chance(40)) {
-            w_.key("tap_info");
-            w_.beginObject();
-            w_.member("distance_ratio", random_.fraction());
-            w_.member("factor", 0.5 + random_.fraction());
-            point("rel_center_pos");
-            w_.member("seq", "1,2,3,2,1");
-            w_.endObject();
-        }
-    }
-
-    void lookRange() {
-        static constexpr std::array<const char*, 4> kResets = {
-            "Range_Window", "Range_Have_Padding_To_Window", "Range_User",
-            "Range_User_Allow_Outside"};
-        w_.key("reset_policy");
-        w_.beginObject();
-        w_.member("auto_reset_period", random_.between(100, 2000));
-        w_.member("need_reset", random_.chance(50));
-        w_.member("reset_type", random_.pick(kResets));
-        w_.member("reset_wait_interval", random_.between(1, 40));
-        w_.endObject();
-        w_.key("staring_range");
-        w_.beginObject();
-        w_.member("rel_height", random_.fraction());
-        w_.member("rel_width", random_.fraction());
-        w_.endObject();
-    }
-
-    void rightWalk() {
-        w_.member("duration_factor", random_.fraction());
-        w_.key("first_move_policy");
-        w_.beginObject();
-        w_.member("interval", random_.between(8, 64));
-        w_.member("period", random_.between(4, 32));
-        w_.member("rel_radius", random_.fraction() / 10);
-        w_.member("speed", random_.between(50, 200));
-        w_.member("steps", random_.between(2, 12));
-        w_.endObject();
-        point("rel_measurement_pos");
-    }
-
-    void curve() {
-        w_.member("act_as_line", random_.chance(50));
-        std::string points;
-        const int count = random_.between(2, 8);
-        for (int i = 0; i < count; ++i) {
-            points += (i == 0 ? "(" : ";(") + number(random_.fraction()) + "," +
-                      number(random_.fraction()) + ")";
-        }
-        w_.member("rel_all_points_pos", std::string_view(points));
-        point("rel_end_pos");
-        point("rel_start_pos");
-        w_.member("start_wait_time", random_.between(1, 200));
     }
 
     // Scripts in running text, the form documents carry.

@@ -5,6 +5,8 @@
 // macro grammar, and values that load but are very likely mistakes.
 //
 
+#include "check/ItemChecks.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <functional>

@@ -5,8 +5,8 @@
 // linear in the number of items.
 //
 
-#ifndef ZUNO_KEYMAPMANAGER_API_KEYCOLLISIONS_H
-#define ZUNO_KEYMAPMANAGER_API_KEYCOLLISIONS_H
+#ifndef ZUNO_KEYMAPMANAGER_CHECK_KEYCOLLISIONS_H
+#define ZUNO_KEYMAPMANAGER_CHECK_KEYCOLLISIONS_H
 
 #include <string>
 #include <vector>
@@ -34,4 +34,4 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items);
 }  // namespace check
 }  // namespace zunokeymapmanager
 
-#endif  // ZUNO_KEYMAPMANAGER_API_KEYCOLLISIONS_H
+#endif  // ZUNO_KEYMAPMANAGER_CHECK_KEYCOLLISIONS_H

@@ -10,12 +10,15 @@
 #include <memory>
 
 #include "check/CheckFindings.h"
+#include "check/DocumentShape.h"
+#include "check/ItemChecks.h"
 #include "check/KeyCollisions.h"
+#include "check/SchemaCheck.h"
 #include "document/DocumentIO.h"
 #include "document/JsonSyntax.h"
+#include "document/LoadFailure.h"
 #include "zuno-keymapmanager/document/ConfigInfo.h"
 #include "zuno-keymapmanager/document/ConfigParam.h"
-#include "zuno-keymapmanager/document/EmbededConfig.h"
 #include "zuno-keymapmanager/document/KeymapConfig.h"
 #include "zuno-keymapmanager/model/Fields.h"
 #include "zuno-keymapmanager/model/NameLists.h"
@@ -96,7 +99,7 @@ std::vector<int> elementsOfItems(const json::ArrayPtr& elements, std::size_t ite
         }
         try {
             const std::string type = element->get(kFieldType).convert<std::string>();
-            if (IndexOfName(kItemTypeNames, type) > 0) {
+            if (IndexOfName(kDocumentItemTypeNames, type) >= 0) {
                 indices.push_back(static_cast<int>(i));
             }
         } catch (const Poco::Exception&) {
@@ -282,23 +285,10 @@ CheckReport CheckText(const std::string& text, bool joystick, const std::string&
 KeymapConfig* ReadKeymapDocument(DocumentOrigin origin, const std::string& path,
                                  const std::string& text, bool joystick,
                                  LoadDiagnostic& diagnostic) {
-    if (origin == DocumentOrigin::BuiltIn) {
-        const auto& builtIns =
-            joystick ? EmbededConfig::joystickConfigs() : EmbededConfig::keymapConfigs();
-        const auto found = builtIns.find(path);
-        if (found == builtIns.end()) {
-            auto doc = document::Load(document::Origin::Text, "", path, joystick, diagnostic);
-            diagnostic.problem = LoadDiagnostic::Problem::Unreadable;
-            diagnostic.message = "no built-in document named '" + path + "'";
-            return doc.release();
-        }
-        return document::Load(document::Origin::Text, found->second, path, joystick, diagnostic)
-            .release();
-    }
-    return document::Load(
-               origin == DocumentOrigin::File ? document::Origin::File : document::Origin::Text,
-               text, path, joystick, diagnostic)
-        .release();
+    const document::Origin from = origin == DocumentOrigin::File      ? document::Origin::File
+                                  : origin == DocumentOrigin::BuiltIn ? document::Origin::BuiltIn
+                                                                      : document::Origin::Text;
+    return document::Load(from, text, path, joystick, diagnostic).release();
 }
 
 CheckReport CheckKeymapDocument(const std::string& text, bool joystick, const std::string& source) {

@@ -1,14 +1,20 @@
 //
 // SchemaCheck.cpp
 //
-// The document against the format's schema, with valijson. Its raw errors
-// are turned into findings that name the member, its type, the names or
-// range it allows, and the nearest right spelling.
+// The document against the format's schema, with valijson. Where valijson
+// finds an error, the schema's keywords at that place give findings that
+// name the member, its type, the names or range it allows, and the nearest
+// right spelling.
 //
 
 #define VALIJSON_USE_EXCEPTIONS 1
 
+#include "check/SchemaCheck.h"
+
+#include <algorithm>
 #include <map>
+#include <regex>
+#include <set>
 
 #include <Poco/JSON/Parser.h>
 #include <valijson/adapters/poco_json_adapter.hpp>
@@ -78,14 +84,6 @@ bool startsWith(const std::string& text, const std::string& prefix) {
     return text.compare(0, prefix.size(), prefix) == 0;
 }
 
-// The name between the last pair of single quotes of a valijson message.
-std::string quoted(const std::string& text) {
-    const std::size_t close = text.rfind('\'');
-    const std::size_t open =
-        close == std::string::npos || close == 0 ? std::string::npos : text.rfind('\'', close - 1);
-    return open == std::string::npos ? std::string() : text.substr(open + 1, close - open - 1);
-}
-
 std::string jsonTypeOf(const Var& value) {
     if (value.isEmpty()) {
         return "null";
@@ -150,15 +148,34 @@ std::string number(const Var& value) {
     return value.isEmpty() ? std::string("") : value.convert<std::string>();
 }
 
+// Whether `value` is of the JSON type `type`, as the validator sees it.
+bool hasType(const Var& value, const std::string& type) {
+    const VarRefValue seen(value);
+    return type == "object"    ? seen.isObject()
+           : type == "array"   ? seen.isArray()
+           : type == "string"  ? seen.isString()
+           : type == "boolean" ? seen.isBool()
+           : type == "integer" ? seen.isInteger()
+           : type == "number"  ? seen.isNumber()
+           : type == "null"    ? seen.isNull()
+                               : true;
+}
+
+Object::Ptr objectOf(const Var& value) {
+    return value.type() == typeid(Object::Ptr) ? value.extract<Object::Ptr>() : Object::Ptr();
+}
+
 class Translator
-/// Turns one valijson error into a finding, or into nothing for the
-/// summaries valijson adds above the errors that caused them.
+/// Says what is wrong at each place the validator names, in the schema's
+/// words. The validator tells where; what is wrong there is read from the
+/// schema's keywords at that place, each place once, in the order the
+/// validator checks them: enum, range, pattern, members, required, type.
 {
 public:
     Translator(const SchemaPaths& paths, const Object::Ptr& document)
         : _paths(paths), _document(document) {}
 
-    bool translate(const valijson::ValidationResults::Error& error, Finding& out) const {
+    void translate(const valijson::ValidationResults::Error& error, std::vector<Finding>& out) {
         std::vector<std::string> tokens;
         for (std::size_t i = 1; i < error.context.size(); ++i) {
             const std::string& token = error.context[i];
@@ -166,45 +183,17 @@ public:
         }
         std::string path;
         const SchemaPlace place = _paths.find(tokens, path);
-        const std::string& what = error.description;
-        if (startsWith(what, "Missing required property")) {
-            const std::string name = quoted(what);
-            const std::string type = SchemaPaths::typeOf(_paths.member(place, name));
-            return finish(out, FindingSeverity::Error, join(path, name),
-                          "required " + (type.empty() ? "member" : type) + " is missing");
+        if (!_described.insert(path).second) {
+            return;
         }
-        if (startsWith(what, "Object contains a property that could not be validated")) {
-            const std::string name = quoted(what);
-            const std::string nearest = NearestName(name, _paths.memberNames(place));
-            return finish(out, FindingSeverity::Warning, join(path, name),
-                          "unknown member, ignored on load" +
-                              (nearest.empty() ? "" : "; did you mean " + nearest + "?"),
-                          nearest);
+        const std::vector<Object::Ptr> nodes = _paths.nodes(place);
+        for (const Object::Ptr& node : nodes) {
+            valueFindings(node, place, path, out);
         }
-        if (startsWith(what, "Value type not permitted")) {
-            const std::string type = SchemaPaths::typeOf(place);
-            const bool loads = converts(place.value, type);
-            return finish(out, loads ? FindingSeverity::Warning : FindingSeverity::Error, path,
-                          "is " + jsonTypeOf(place.value) + ", should be " +
-                              (type.empty() ? "something else" : type) +
-                              (loads ? " (the load converts it)" : ""));
+        memberFindings(nodes, place, path, out);
+        for (const Object::Ptr& node : nodes) {
+            typeFinding(node, place, path, out);
         }
-        if (startsWith(what, "Failed to match against any enum values") && !place.schema.isNull()) {
-            return enumFinding(place, path, out);
-        }
-        if (startsWith(what, "Failed to match regex")) {
-            return finish(
-                out, FindingSeverity::Warning, path,
-                shown(place.value) + " is not a colour: RRGGBBAA, eight hexadecimal digits");
-        }
-        if (startsWith(what, "Expected number") && !place.schema.isNull()) {
-            const Object::Ptr node = place.schema;
-            return finish(out, FindingSeverity::Warning, path,
-                          shown(place.value) + " is outside " + number(node->get("minimum")) +
-                              ".." + number(node->get("maximum")) + " (" +
-                              node->optValue<std::string>("description", "") + ")");
-        }
-        return false;
     }
 
 private:
@@ -212,25 +201,120 @@ private:
         return path.empty() ? name : path + "." + name;
     }
 
-    bool enumFinding(const SchemaPlace& place, const std::string& path, Finding& out) const {
+    void valueFindings(const Object::Ptr& node, const SchemaPlace& place, const std::string& path,
+                       std::vector<Finding>& out) const {
+        const Var& value = place.value;
+        const Poco::JSON::Array::Ptr names = node->getArray("enum");
+        if (!names.isNull() && !inEnum(value, names)) {
+            enumFinding(names, value, path, out);
+        }
+        if (VarRefValue(value).isNumber() && outside(node, value.convert<double>())) {
+            add(out, FindingSeverity::Warning, path,
+                shown(value) + " is outside " + number(node->get("minimum")) + ".." +
+                    number(node->get("maximum")) + " (" +
+                    node->optValue<std::string>("description", "") + ")");
+        }
+        if (value.isString() && node->has("pattern") &&
+            !std::regex_search(value.extract<std::string>(),
+                               std::regex(node->getValue<std::string>("pattern")))) {
+            add(out, FindingSeverity::Warning, path,
+                shown(value) + " is not a colour: RRGGBBAA, eight hexadecimal digits");
+        }
+    }
+
+    // Members the object lacks or should not have.
+    void memberFindings(const std::vector<Object::Ptr>& nodes, const SchemaPlace& place,
+                        const std::string& path, std::vector<Finding>& out) const {
+        const Object::Ptr object = objectOf(place.value);
+        if (object.isNull()) {
+            return;
+        }
+        const bool closed = std::any_of(nodes.begin(), nodes.end(), [](const Object::Ptr& node) {
+            const Var extra = node->get("additionalProperties");
+            return extra.isBoolean() && !extra.extract<bool>();
+        });
+        if (closed) {
+            const std::vector<std::string> allowed = _paths.memberNames(place);
+            for (const auto& member : *object) {
+                const std::string& name = member.first;
+                if (std::find(allowed.begin(), allowed.end(), name) != allowed.end()) {
+                    continue;
+                }
+                const std::string nearest = NearestName(name, allowed);
+                add(out, FindingSeverity::Warning, join(path, name),
+                    "unknown member, ignored on load" +
+                        (nearest.empty() ? "" : "; did you mean " + nearest + "?"),
+                    nearest);
+            }
+        }
+        std::set<std::string> missing;
+        for (const Object::Ptr& node : nodes) {
+            const Poco::JSON::Array::Ptr required = node->getArray("required");
+            for (std::size_t i = 0; !required.isNull() && i < required->size(); ++i) {
+                const std::string name =
+                    required->getElement<std::string>(static_cast<unsigned>(i));
+                if (object->has(name) || !missing.insert(name).second) {
+                    continue;
+                }
+                const std::string type = SchemaPaths::typeOf(_paths.member(place, name));
+                add(out, FindingSeverity::Error, join(path, name),
+                    "required " + (type.empty() ? "member" : type) + " is missing");
+            }
+        }
+    }
+
+    void typeFinding(const Object::Ptr& node, const SchemaPlace& place, const std::string& path,
+                     std::vector<Finding>& out) const {
+        const Var type = node->get("type");
+        if (!type.isString() || hasType(place.value, type.extract<std::string>())) {
+            return;
+        }
+        const std::string expected = SchemaPaths::typeOf(place);
+        const bool loads = converts(place.value, expected);
+        add(out, loads ? FindingSeverity::Warning : FindingSeverity::Error, path,
+            "is " + jsonTypeOf(place.value) + ", should be " +
+                (expected.empty() ? "something else" : expected) +
+                (loads ? " (the load converts it)" : ""));
+    }
+
+    static bool inEnum(const Var& value, const Poco::JSON::Array::Ptr& names) {
+        if (!value.isString()) {
+            return false;
+        }
+        const std::string& written = value.extract<std::string>();
+        for (std::size_t i = 0; i < names->size(); ++i) {
+            const Var name = names->get(static_cast<unsigned>(i));
+            if (name.isString() && name.extract<std::string>() == written) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    static bool outside(const Object::Ptr& node, double value) {
+        return (node->has("minimum") && value < node->getValue<double>("minimum")) ||
+               (node->has("maximum") && value > node->getValue<double>("maximum"));
+    }
+
+    void enumFinding(const Poco::JSON::Array::Ptr& allowedNames, const Var& value,
+                     const std::string& path, std::vector<Finding>& out) const {
         // An unknown item type is a finding of its own, with its consequence.
         if (startsWith(path, "keymaps[") && path.size() > 5 &&
             path.compare(path.size() - 5, 5, ".type") == 0) {
-            return false;
+            return;
         }
         std::vector<std::string> names;
-        const std::string allowed = joined(place.schema->getArray("enum"), names);
-        const std::string written =
-            place.value.isString() ? place.value.extract<std::string>() : "";
+        const std::string allowed = joined(allowedNames, names);
+        const std::string written = value.isString() ? value.extract<std::string>() : "";
         const std::string nearest = NearestName(written, names);
-        return finish(out, FindingSeverity::Warning, path,
-                      shown(place.value) + " is not one of " + allowed +
-                          (nearest.empty() ? "" : "; did you mean " + nearest + "?"),
-                      nearest);
+        add(out, FindingSeverity::Warning, path,
+            shown(value) + " is not one of " + allowed +
+                (nearest.empty() ? "" : "; did you mean " + nearest + "?"),
+            nearest);
     }
 
-    bool finish(Finding& out, FindingSeverity severity, const std::string& path,
-                const std::string& message, const std::string& suggestion = std::string()) const {
+    void add(std::vector<Finding>& out, FindingSeverity severity, const std::string& path,
+             const std::string& message, const std::string& suggestion = std::string()) const {
         int index = -1;
         std::string type;
         if (startsWith(path, "keymaps[")) {
@@ -242,12 +326,13 @@ private:
             const Var written = element.isNull() ? Var() : element->get("type");
             type = written.isString() ? written.extract<std::string>() : std::string();
         }
-        out = MakeFinding(FindingKind::Schema, severity, path, index, type, message, suggestion);
-        return true;
+        out.push_back(
+            MakeFinding(FindingKind::Schema, severity, path, index, type, message, suggestion));
     }
 
     const SchemaPaths& _paths;
     Object::Ptr _document;
+    std::set<std::string> _described;  // the places already told about
 };
 
 }  // namespace
@@ -287,13 +372,10 @@ void CheckSchema(const Object::Ptr& root, std::vector<Finding>& out) {
     }
 
     const SchemaPaths paths(schema.root, document);
-    const Translator translator(paths, root);
+    Translator translator(paths, root);
     valijson::ValidationResults::Error error;
     while (results.popError(error)) {
-        Finding finding;
-        if (translator.translate(error, finding)) {
-            out.push_back(std::move(finding));
-        }
+        translator.translate(error, out);
     }
 }
 

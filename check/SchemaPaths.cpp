@@ -95,9 +95,17 @@ SchemaPlace SchemaPaths::member(const SchemaPlace& place, const std::string& nam
     return result;
 }
 
+std::vector<Object::Ptr> SchemaPaths::nodes(const SchemaPlace& place) const {
+    std::vector<Object::Ptr> found;
+    for (Object::Ptr node = place.schema; !node.isNull(); node = branch(node, place.value)) {
+        found.push_back(node);
+    }
+    return found;
+}
+
 std::vector<std::string> SchemaPaths::memberNames(const SchemaPlace& place) const {
     std::vector<std::string> names;
-    for (Object::Ptr node = place.schema; !node.isNull(); node = branch(node, place.value)) {
+    for (const Object::Ptr& node : nodes(place)) {
         const Object::Ptr properties = node->getObject("properties");
         if (properties.isNull()) {
             continue;

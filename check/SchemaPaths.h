@@ -6,8 +6,8 @@
 // which member, of what type, which names or range it allows.
 //
 
-#ifndef ZUNO_KEYMAPMANAGER_API_SCHEMAPATHS_H
-#define ZUNO_KEYMAPMANAGER_API_SCHEMAPATHS_H
+#ifndef ZUNO_KEYMAPMANAGER_CHECK_SCHEMAPATHS_H
+#define ZUNO_KEYMAPMANAGER_CHECK_SCHEMAPATHS_H
 
 #include <string>
 #include <vector>
@@ -45,6 +45,10 @@ public:
     /// Every member name the schema allows for the object at `place`.
     std::vector<std::string> memberNames(const SchemaPlace& place) const;
 
+    /// The schema nodes that hold for `place`: its own, then the branch its
+    /// value selects (an item's type), outermost first.
+    std::vector<Poco::JSON::Object::Ptr> nodes(const SchemaPlace& place) const;
+
     /// "integer", "number", "string", "boolean", "array of strings", "object",
     /// "key object", "point object", "size object"; empty when unknown.
     static std::string typeOf(const SchemaPlace& place);
@@ -62,4 +66,4 @@ private:
 }  // namespace check
 }  // namespace zunokeymapmanager
 
-#endif  // ZUNO_KEYMAPMANAGER_API_SCHEMAPATHS_H
+#endif  // ZUNO_KEYMAPMANAGER_CHECK_SCHEMAPATHS_H

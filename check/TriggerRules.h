@@ -6,8 +6,8 @@
 // per item.
 //
 
-#ifndef ZUNO_KEYMAPMANAGER_API_TRIGGERRULES_H
-#define ZUNO_KEYMAPMANAGER_API_TRIGGERRULES_H
+#ifndef ZUNO_KEYMAPMANAGER_CHECK_TRIGGERRULES_H
+#define ZUNO_KEYMAPMANAGER_CHECK_TRIGGERRULES_H
 
 #include <cstddef>
 #include <vector>
@@ -32,7 +32,7 @@ void ForEachTrigger(const ConfigItem& item, Visit visit) {
         if (first.isSet()) {
             visit(first,
                   slot.second < 0 ? none : slots[static_cast<std::size_t>(slot.second)].in(item),
-                  slot.name);
+                  slot.name.c_str());
         }
     }
 }
@@ -45,4 +45,4 @@ bool Fires(ConfigItem& item, const ConfigKey& first, const ConfigKey& second);
 }  // namespace check
 }  // namespace zunokeymapmanager
 
-#endif  // ZUNO_KEYMAPMANAGER_API_TRIGGERRULES_H
+#endif  // ZUNO_KEYMAPMANAGER_CHECK_TRIGGERRULES_H

@@ -9,8 +9,8 @@
 // finds, are the same; the document must outlive the adapters.
 //
 
-#ifndef ZUNO_KEYMAPMANAGER_API_VARREFADAPTER_H
-#define ZUNO_KEYMAPMANAGER_API_VARREFADAPTER_H
+#ifndef ZUNO_KEYMAPMANAGER_CHECK_VARREFADAPTER_H
+#define ZUNO_KEYMAPMANAGER_CHECK_VARREFADAPTER_H
 
 #include <algorithm>
 #include <cstdint>
@@ -335,4 +335,4 @@ struct AdapterTraits<zunokeymapmanager::check::VarRefAdapter> {
 }  // namespace adapters
 }  // namespace valijson
 
-#endif  // ZUNO_KEYMAPMANAGER_API_VARREFADAPTER_H
+#endif  // ZUNO_KEYMAPMANAGER_CHECK_VARREFADAPTER_H

@@ -15,8 +15,10 @@
 #include <Poco/JSON/Parser.h>
 
 #include "document/FileSystem.h"
+#include "document/LoadFailure.h"
 #include "model/JsonIO.h"
 #include "model/LoadTrail.h"
+#include "zuno-keymapmanager/document/EmbededConfig.h"
 #include "zuno-keymapmanager/model/ConfigFactory.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
@@ -83,14 +85,11 @@ Poco::Dynamic::Var parse(bool fromFile, const std::string& text, const std::stri
 
 }  // namespace
 
-void Read(const std::string& text, const std::string& path, KeymapConfig& doc) {
-    ReadProgress progress;
-    Read(text, path, doc, progress);
-}
-
-void Read(const std::string& text, const std::string& path, KeymapConfig& doc,
-          ReadProgress& progress) {
-    ReadFrom(text.empty() ? Origin::File : Origin::Text, text, path, doc, progress);
+const std::string* BuiltInText(const std::string& name, bool joystick) {
+    const auto& builtIns =
+        joystick ? EmbededConfig::joystickConfigs() : EmbededConfig::keymapConfigs();
+    const auto found = builtIns.find(name);
+    return found != builtIns.end() ? &found->second : nullptr;
 }
 
 void ReadFrom(Origin origin, const std::string& text, const std::string& path, KeymapConfig& doc,
@@ -151,10 +150,18 @@ std::unique_ptr<KeymapConfig> Load(Origin origin, const std::string& text, const
     ReadProgress progress;
     diagnostic = LoadDiagnostic();
     diagnostic.source = path;
-    try {
-        ReadFrom(origin, text, path, *doc, progress);
-    } catch (const Poco::Exception& error) {
-        Describe(progress, error, path, origin == Origin::File ? std::string() : text, diagnostic);
+    const std::string* builtIn = origin == Origin::BuiltIn ? BuiltInText(path, joystick) : &text;
+    if (builtIn == nullptr) {
+        diagnostic.failed = true;
+        diagnostic.problem = LoadDiagnostic::Problem::Unreadable;
+        diagnostic.message = "no built-in document named '" + path + "'";
+    } else {
+        try {
+            ReadFrom(origin, *builtIn, path, *doc, progress);
+        } catch (const Poco::Exception& error) {
+            Describe(progress, error, path, origin == Origin::File ? std::string() : *builtIn,
+                     diagnostic);
+        }
     }
     if (joystick) {
         doc->info->is_joystick = true;

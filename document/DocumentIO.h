@@ -11,7 +11,6 @@
 #include <string>
 
 #include <Poco/Dynamic/Var.h>
-#include <Poco/Exception.h>
 
 #include "model/JsonIO.h"
 #include "zuno-keymapmanager/document/KeymapConfig.h"
@@ -41,27 +40,26 @@ struct ReadProgress {
     bool keepElements = false;
 };
 
-/// Where a document's text comes from.
+/// Where a document's text comes from. Which one is always said: the host's
+/// rule that empty text means the file belongs to its load alone.
 enum class Origin {
-    Text,  ///< the text given, even when it is empty
-    File,  ///< the file at the path
+    Text,     ///< the text given, even when it is empty
+    File,     ///< the file at the path
+    BuiltIn,  ///< the document compiled into the library under the path's name
 };
 
-/// Reads the document from `text`, or from the file at `path` when `text` is
-/// empty, into `doc`: first the "keymaps" (unknown item types are dropped),
-/// then "info", then "param". Raises a Poco exception at the first failure;
+/// Reads the document from `origin` (`text`, which for a built-in is the
+/// text BuiltInText gives; or the file at `path`) into `doc`: first the "keymaps" (unknown
+/// item types are dropped), then "info", then "param", recording its
+/// progress in `progress`. Raises a Poco exception at the first failure;
 /// whatever was read before it stays in `doc`. A path that is not a regular
 /// file (a directory, a device, a pipe) counts as unreadable.
-void Read(const std::string& text, const std::string& path, KeymapConfig& doc);
-
-/// As above, recording its progress in `progress`.
-void Read(const std::string& text, const std::string& path, KeymapConfig& doc,
-          ReadProgress& progress);
-
-/// Reads the document from `origin` (`text`, or the file at `path`) into
-/// `doc`, as Read does.
 void ReadFrom(Origin origin, const std::string& text, const std::string& path, KeymapConfig& doc,
               ReadProgress& progress);
+
+/// The text of the built-in document `name` of the keymap table, or with
+/// `joystick` of the gamepad table; null when that table has none of that name.
+const std::string* BuiltInText(const std::string& name, bool joystick);
 
 /// A new document read from `origin`: never null, holding what was read
 /// before a failure, which `diagnostic` describes (`path` names the source
@@ -70,12 +68,6 @@ void ReadFrom(Origin origin, const std::string& text, const std::string& path, K
 /// the tools' and the editor's loads.
 std::unique_ptr<KeymapConfig> Load(Origin origin, const std::string& text, const std::string& path,
                                    bool joystick, LoadDiagnostic& diagnostic);
-
-/// Says why the read recorded in `progress` failed with `error`. `source` is
-/// the loaded path or built-in name, `text` the text that was parsed (empty
-/// when it came from the file).
-void Describe(const ReadProgress& progress, const Poco::Exception& error, const std::string& source,
-              const std::string& text, LoadDiagnostic& out);
 
 /// The document as saved: keys sorted, indentation 4.
 std::string Write(const KeymapConfig& doc);

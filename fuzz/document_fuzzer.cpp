@@ -8,17 +8,15 @@
 #include <memory>
 #include <string>
 
-#include <Poco/Exception.h>
-
-#include "document/DocumentIO.h"
 #include "zuno-keymapmanager/keymapmanager.h"
 
 namespace km = zunokeymapmanager;
 
 namespace {
 
-// Names no built-in document has and no file can have, so empty text fails
-// as a missing file instead of reading something from disk.
+// Names no built-in document has and no file can have, so that the host's
+// load, given empty text, fails as a missing file instead of reading
+// something from disk.
 const std::string kInputPath = "/nonexistent-zuno-fuzz/input.json";
 const std::string kSavedPath = "/nonexistent-zuno-fuzz/saved.json";
 
@@ -34,26 +32,18 @@ KeymapManagerCallbacks callbacks{&onFailed};
     std::abort();
 }
 
-// The first load takes the loader's own steps without its callback thread,
-// which would cost more than everything else here: most inputs fail to load.
+// The first load reads the text without the host's callback thread, which
+// would cost more than everything else here: most inputs fail to load. A
+// failed load keeps what was read before the failure.
 std::unique_ptr<km::KeymapConfig> loadInput(const std::string& text, bool joystick) {
-    auto doc = std::make_unique<km::KeymapConfig>();
-    doc->info = new km::ConfigInfo();
-    doc->param = new km::ConfigParam();
-    try {
-        km::document::Read(text, kInputPath, *doc);
-    } catch (const Poco::Exception&) {
-        // a failed load keeps what was read before the failure
-    }
-    if (joystick) {
-        doc->info->is_joystick = true;
-    }
-    return doc;
+    km::LoadDiagnostic diagnostic;
+    return std::unique_ptr<km::KeymapConfig>(
+        km::ReadKeymapDocument(km::DocumentOrigin::Text, kInputPath, text, joystick, diagnostic));
 }
 
 void roundTrip(const std::string& text, bool joystick) {
     std::unique_ptr<km::KeymapConfig> doc = loadInput(text, joystick);
-    const std::string saved = km::document::Write(*doc);
+    const std::string saved = km::SaveKeymapConfigAndInfoToText(doc.get());
 
     failures = 0;
     std::unique_ptr<km::KeymapConfig> reread(joystick
@@ -62,7 +52,7 @@ void roundTrip(const std::string& text, bool joystick) {
     if (failures != 0) {
         fail("the saved text does not load", text, saved);
     }
-    const std::string savedAgain = km::document::Write(*reread);
+    const std::string savedAgain = km::SaveKeymapConfigAndInfoToText(reread.get());
     if (savedAgain != saved) {
         fail("the saved text saves differently", saved, savedAgain);
     }

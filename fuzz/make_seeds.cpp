@@ -6,8 +6,8 @@
 #include <fstream>
 #include <memory>
 #include <string>
+#include <string_view>
 
-#include "document/DocumentIO.h"
 #include "zuno-keymapmanager/keymapmanager.h"
 #include "zuno-keymapmanager/model/NameLists.h"
 
@@ -19,6 +19,13 @@ void writeSeed(const std::string& dir, const std::string& name, const std::strin
     std::ofstream(dir + "/" + name + ".json", std::ios::binary | std::ios::trunc) << text;
 }
 
+std::unique_ptr<km::KeymapConfig> blankDocument(bool joystick) {
+    km::LoadDiagnostic diagnostic;
+    return std::unique_ptr<km::KeymapConfig>(km::ReadKeymapDocument(
+        km::DocumentOrigin::BuiltIn, "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300", "", joystick,
+        diagnostic));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -27,24 +34,17 @@ int main(int argc, char** argv) {
         return 2;
     }
     const std::string dir = argv[1];
-    const std::string blank = "sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300";
     for (const bool joystick : {false, true}) {
         const std::string kind = joystick ? "gamepad" : "keymap";
-        std::unique_ptr<km::KeymapConfig> all(joystick ? km::LoadJoystickConfigAndInfo(blank, "")
-                                                       : km::LoadKeymapConfigAndInfo(blank, ""));
-        for (const auto& type : km::kItemTypeNames) {
-            km::ConfigItem* item = km::CreateConfigItem(std::string(type));
-            if (item == nullptr) {
-                continue;
-            }
-            std::unique_ptr<km::KeymapConfig> one(joystick
-                                                      ? km::LoadJoystickConfigAndInfo(blank, "")
-                                                      : km::LoadKeymapConfigAndInfo(blank, ""));
-            one->items.push_back(item);
-            writeSeed(dir, kind + "-" + std::string(type), km::document::Write(*one));
+        std::unique_ptr<km::KeymapConfig> all = blankDocument(joystick);
+        for (const std::string_view type : km::kDocumentItemTypeNames) {
+            std::unique_ptr<km::KeymapConfig> one = blankDocument(joystick);
+            one->items.push_back(km::CreateConfigItem(std::string(type)));
+            writeSeed(dir, kind + "-" + std::string(type),
+                      km::SaveKeymapConfigAndInfoToText(one.get()));
             all->items.push_back(km::CreateConfigItem(std::string(type)));
         }
-        writeSeed(dir, kind + "-all-types", km::document::Write(*all));
+        writeSeed(dir, kind + "-all-types", km::SaveKeymapConfigAndInfoToText(all.get()));
     }
     int n = 0;
     for (const auto* table : {&EmbededConfig::keymapConfigs(), &EmbededConfig::joystickConfigs()}) {

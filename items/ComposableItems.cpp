@@ -6,32 +6,10 @@
 
 #include <utility>
 
-#include "model/JsonIO.h"
+#include "model/MemberIO.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
 namespace zunokeymapmanager {
-
-namespace {
-
-json::ObjectPtr composableKeyObject(const ComposableKey& pair) {
-    json::ObjectPtr result = json::newObject();
-    result->set(kFieldKey, json::keyObject(pair.key));
-    if (pair.second_key.isSet()) {
-        result->set(kFieldSecondKey, json::keyObject(pair.second_key));
-    }
-    return result;
-}
-
-void readComposableKey(const json::ObjectPtr& parent, const std::string& field,
-                       ComposableKey& out) {
-    json::ObjectPtr pair = json::object(parent, field);
-    json::readKey(pair, kFieldKey, out.key);
-    if (json::has(pair, kFieldSecondKey)) {
-        json::readKey(pair, kFieldSecondKey, out.second_key);
-    }
-}
-
-}  // namespace
 
 // --- ComposableConfigItem ----------------------------------------------------
 
@@ -42,17 +20,31 @@ ComposableConfigItem::~ComposableConfigItem() = default;
 
 Poco::JSON::Object ComposableConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    if (second_key.isSet()) {
-        result.set(kFieldSecondKey, json::keyObject(second_key));
-    }
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void ComposableConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     ConfigItem::FillFromJsonObject(object);
-    if (json::has(object, kFieldSecondKey)) {
-        json::readKey(object, kFieldSecondKey, second_key);
-    }
+    ReadMembers(Members(), this, object);
+}
+
+const MemberTable& ComposableConfigItem::Members() {
+    using M = MembersOf<ComposableConfigItem>;
+    static const MemberTable table = M::table(
+        "an item that a two-key combination may fire",
+        {
+            M::field<&ComposableConfigItem::second_key>(kFieldSecondKey)
+                .key(KeyRole::SecondKey, "second")
+                .when([](const void* owner) {
+                    return static_cast<const ComposableConfigItem*>(owner)->second_key.isSet();
+                })
+                .show("Second key", kGroupKeys,
+                      "makes the item a two-key combination: it fires only when both keys are "
+                      "pressed; written only when set"),
+        },
+        &ConfigItem::Members());
+    return table;
 }
 
 bool ComposableConfigItem::MatchConfigKey(const ConfigKey& a) {
@@ -73,16 +65,34 @@ Poco::JSON::Object PairConfigItem::ConvertToJsonObject() const {
     // The pair's own keys replace the top-level second key of its base.
     // NOLINTNEXTLINE(bugprone-parent-virtual-call): a pair has no top-level second key.
     Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    result.set(kFieldPositiveKey, composableKeyObject(positive_key));
-    result.set(kFieldNegativeKey, composableKeyObject(negative_key));
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void PairConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     // NOLINTNEXTLINE(bugprone-parent-virtual-call): a pair reads no top-level second key.
     ConfigItem::FillFromJsonObject(object);
-    readComposableKey(object, kFieldPositiveKey, positive_key);
-    readComposableKey(object, kFieldNegativeKey, negative_key);
+    ReadMembers(Members(), this, object);
+}
+
+const MemberTable& PairConfigItem::Members() {
+    using M = MembersOf<PairConfigItem>;
+    static const MemberTable table = M::table(
+        "an item driven by two opposite inputs",
+        {
+            M::field<&PairConfigItem::positive_key>(kFieldPositiveKey)
+                .require()
+                .key(KeyRole::PairKey, "positive")
+                .show("Positive key", kGroupKeys,
+                      "the key (or combination) that fires the gesture in its positive direction"),
+            M::field<&PairConfigItem::negative_key>(kFieldNegativeKey)
+                .require()
+                .key(KeyRole::PairKey, "negative")
+                .show("Negative key", kGroupKeys,
+                      "the key (or combination) that fires the gesture in its negative direction"),
+        },
+        &ConfigItem::Members(), true);
+    return table;
 }
 
 bool PairConfigItem::IsInvalid() const {

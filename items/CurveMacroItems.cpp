@@ -4,39 +4,12 @@
 
 #include "zuno-keymapmanager/items/CurveMacroItems.h"
 
-#include <cstddef>
 #include <utility>
 
-#include "model/JsonIO.h"
+#include "model/MemberIO.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
 namespace zunokeymapmanager {
-
-namespace {
-
-json::ArrayPtr linesArray(const std::vector<std::string>& lines) {
-    json::ArrayPtr result = new Poco::JSON::Array();
-    for (const std::string& line : lines) {
-        result->add(line);
-    }
-    return result;
-}
-
-/// Appends the lines of the array `field` when the member is present.
-void appendLines(const json::ObjectPtr& object, const std::string& field,
-                 std::vector<std::string>& lines) {
-    if (!json::has(object, field)) {
-        return;
-    }
-    const json::ArrayPtr elements = json::array(object, field);
-    for (std::size_t i = 0; i < elements->size(); ++i) {
-        std::string line;
-        json::readElement(elements, i, line);
-        lines.push_back(std::move(line));
-    }
-}
-
-}  // namespace
 
 // --- CurveConfigItem -------------------------------------------------------------
 
@@ -46,21 +19,46 @@ CurveConfigItem::~CurveConfigItem() = default;
 
 Poco::JSON::Object CurveConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    result.set(kFieldRelStartPos, json::pointObject(rel_start_pos));
-    result.set(kFieldRelEndPos, json::pointObject(rel_end_pos));
-    result.set(kFieldRelAllPointsPos, rel_all_points_pos);
-    result.set(kFieldActAsLine, act_as_line);
-    result.set(kFieldStartWaitTime, start_wait_time);
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void CurveConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     ComposableConfigItem::FillFromJsonObject(object);
-    json::readPoint(object, kFieldRelStartPos, rel_start_pos);
-    json::readPoint(object, kFieldRelEndPos, rel_end_pos);
-    json::read(object, kFieldRelAllPointsPos, rel_all_points_pos);
-    json::read(object, kFieldActAsLine, act_as_line);
-    json::read(object, kFieldStartWaitTime, start_wait_time);
+    ReadMembers(Members(), this, object);
+}
+
+const MemberTable& CurveConfigItem::Members() {
+    using M = MembersOf<CurveConfigItem>;
+    static const MemberTable table = M::table(
+        "Draws a stroke from a start point to an end point.",
+        {
+            M::field<&CurveConfigItem::rel_start_pos>(kFieldRelStartPos)
+                .require()
+                .point("start", kMoves)
+                .show("Start", kGroupPosition, "where the stroke starts"),
+            M::field<&CurveConfigItem::rel_end_pos>(kFieldRelEndPos)
+                .require()
+                .point("end", kMoves)
+                .show("End", kGroupPosition, "where the stroke ends"),
+            M::field<&CurveConfigItem::rel_all_points_pos>(kFieldRelAllPointsPos)
+                .require()
+                .point("points", kMoves | kPointText)
+                .show("Points between", kGroupPosition,
+                      "the points between start and end, kept as text"),
+            M::field<&CurveConfigItem::act_as_line>(kFieldActAsLine)
+                .require()
+                .show("Straight line", kGroupBehaviour,
+                      "whether the stroke goes straight from start to end, ignoring the points "
+                      "between"),
+            M::field<&CurveConfigItem::start_wait_time>(kFieldStartWaitTime)
+                .require()
+                .in("ms")
+                .show("Start delay", kGroupAdvanced,
+                      "pause before the stroke starts, in milliseconds"),
+        },
+        &ComposableConfigItem::Members());
+    return table;
 }
 
 // --- MacroConfigItem -------------------------------------------------------------
@@ -71,15 +69,32 @@ MacroConfigItem::~MacroConfigItem() = default;
 
 Poco::JSON::Object MacroConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    result.set(kFieldPressActions, linesArray(press_actions));
-    result.set(kFieldReleaseActions, linesArray(release_actions));
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void MacroConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     ComposableConfigItem::FillFromJsonObject(object);
-    appendLines(object, kFieldPressActions, press_actions);
-    appendLines(object, kFieldReleaseActions, release_actions);
+    ReadMembers(Members(), this, object);
+}
+
+const MemberTable& MacroConfigItem::Members() {
+    using M = MembersOf<MacroConfigItem>;
+    static const MemberTable table = M::table(
+        "Runs a macro script: `press_actions` when the key goes down, `release_actions` when it "
+        "comes up. Lines are editing text of the macro language (see `zuno-keymap macro "
+        "--help`).",
+        {
+            M::field<&MacroConfigItem::press_actions>(kFieldPressActions)
+                .show("On press", kGroupBehaviour,
+                      "macro lines run when the key goes down, one line each in editing text (see "
+                      "docs/macro.md)"),
+            M::field<&MacroConfigItem::release_actions>(kFieldReleaseActions)
+                .show("On release", kGroupBehaviour,
+                      "macro lines run when the key comes up, one line each in editing text"),
+        },
+        &ComposableConfigItem::Members());
+    return table;
 }
 
 }  // namespace zunokeymapmanager

@@ -4,8 +4,7 @@
 
 #include "zuno-keymapmanager/items/FireItem.h"
 
-#include "items/ItemPartsIO.h"
-#include "model/JsonIO.h"
+#include "model/MemberIO.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
 namespace zunokeymapmanager {
@@ -18,39 +17,73 @@ FireConfigItem::~FireConfigItem() = default;
 
 Poco::JSON::Object FireConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-
-    json::ObjectPtr drag = json::newObject();
-    drag->set(kFieldRelPosition, json::pointObject(swipehold_info.rel_position));
-    drag->set(kFieldRelRadius, swipehold_info.rel_radius);
-    drag->set(kFieldSteps, swipehold_info.steps);
-    drag->set(kFieldInvalidZoneInfo, parts::invalidZoneObject(swipehold_info.invalid_zone_info));
-
-    json::ObjectPtr option = json::newObject();
-    option->set(kFieldFireRangePolicy, fire_option.fire_range_policy);
-
-    result.set(kFieldFireOption, option);
-    result.set(kFieldSwipeholdInfo, drag);
-    result.set(kFieldNeedFireAndDrag, need_fire_and_drag);
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void FireConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     ConfigItem::FillFromJsonObject(object);
+    ReadMembers(Members(), this, object);
+}
 
-    const json::ObjectPtr drag = json::optionalObject(object, kFieldSwipeholdInfo);
-    if (!drag.isNull()) {
-        json::read(drag, kFieldRelRadius, swipehold_info.rel_radius);
-        json::readPoint(drag, kFieldRelPosition, swipehold_info.rel_position);
-        json::read(drag, kFieldSteps, swipehold_info.steps);
-        parts::readInvalidZone(drag, swipehold_info.invalid_zone_info);
-    }
+const MemberTable& FireConfigItem::Members() {
+    using M = MembersOf<FireConfigItem>;
+    static const MemberTable table = M::table(
+        "A fire button that can be dragged to aim while firing.",
+        {
+            M::block<&FireConfigItem::swipehold_info>(kFieldSwipeholdInfo,
+                                                      &FireSwipeholdInfo::Members)
+                .show("Drag area", kGroupPosition, "the drag area"),
+            M::block<&FireConfigItem::fire_option>(kFieldFireOption, &FireOption::Members)
+                .show("Fire range", kGroupBehaviour, "how the fire touch is limited"),
+            M::field<&FireConfigItem::need_fire_and_drag>(kFieldNeedFireAndDrag)
+                .require()
+                .show("Fire and drag", kGroupBehaviour, "whether firing also drags to aim"),
+        },
+        &ConfigItem::Members());
+    return table;
+}
 
-    const json::ObjectPtr option = json::optionalObject(object, kFieldFireOption);
-    if (!option.isNull()) {
-        json::read(option, kFieldFireRangePolicy, fire_option.fire_range_policy);
-    }
+const MemberTable& FireSwipeholdInfo::Members() {
+    using M = MembersOf<FireSwipeholdInfo>;
+    static const MemberTable table = M::table(
+        "the drag area",
+        {
+            M::field<&FireSwipeholdInfo::rel_radius>(kFieldRelRadius)
+                .require()
+                .in("screen")
+                .show("Drag radius", kGroupPosition,
+                      "how far the fire touch may be dragged from its centre, as a fraction of "
+                      "the screen; 0 leaves no room to drag"),
+            M::field<&FireSwipeholdInfo::rel_position>(kFieldRelPosition)
+                .require()
+                .point("drag centre", kMoves | kNullIsUnset)
+                .show("Drag centre", kGroupPosition,
+                      "the drag centre; (0, 0) means the item's own position"),
+            M::field<&FireSwipeholdInfo::steps>(kFieldSteps)
+                .require()
+                .show("Steps", kGroupAdvanced, "number of steps a drag move is made of"),
+            M::block<&FireSwipeholdInfo::invalid_zone_info>(kFieldInvalidZoneInfo,
+                                                            &InvalidZoneInfo::Members)
+                .show("Dead zone", kGroupAdvanced,
+                      "a ring around the centre where small moves are ignored"),
+        });
+    return table;
+}
 
-    json::read(object, kFieldNeedFireAndDrag, need_fire_and_drag);
+const MemberTable& FireOption::Members() {
+    using M = MembersOf<FireOption>;
+    static const MemberTable table = M::table(
+        "how the fire touch is limited",
+        {
+            M::field<&FireOption::fire_range_policy>(kFieldFireRangePolicy)
+                .require()
+                .oneOf(kFireRangePolicyNames)
+                .show("Fire range", kGroupBehaviour,
+                      "Fire_range_dependent_swipehold keeps the drag within swipehold_info; "
+                      "Fire_range_unlimited lets it go anywhere"),
+        });
+    return table;
 }
 
 }  // namespace zunokeymapmanager

@@ -7,146 +7,122 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <string>
+#include <utility>
+#include <vector>
 
-#include "zuno-keymapmanager/items/ComposableItems.h"
-#include "zuno-keymapmanager/items/CurveMacroItems.h"
-#include "zuno-keymapmanager/items/DiamondConfigItem.h"
-#include "zuno-keymapmanager/items/FireItem.h"
-#include "zuno-keymapmanager/items/SpellItems.h"
-#include "zuno-keymapmanager/items/WalkItems.h"
 #include "zuno-keymapmanager/model/NumberText.h"
 
 namespace zunokeymapmanager {
 
 namespace {
 
-// Key members, by the class that brings them. A pair and a four-key item
-// still carry the base key, but their own keys fire them.
+// The key slots and points of one class, gathered from its member tables.
+struct Layout {
+    std::vector<KeySlot> keys;
+    std::vector<PointSlot> points;
+};
 
-template <typename Item>
-Item& as(ConfigItem& item) {
-    return static_cast<Item&>(item);
+std::string joined(const std::string& a, const char* b, const char* separator) {
+    if (a.empty() || *b == '\0') {
+        return a.empty() ? std::string(b) : a;
+    }
+    return a + separator + b;
 }
 
-const std::vector<KeySlot>& plainKeys() {
-    static const std::vector<KeySlot> slots{
-        {"key", "key", KeyRole::Key, -1, [](ConfigItem& i) -> ConfigKey& { return i.key; }},
-    };
-    return slots;
+// Direction keys are listed clockwise from the top, as people name them.
+int compassRank(const KeySlot& slot) {
+    static const char* const kClockwise[] = {"top", "right", "bottom", "left"};
+    if (slot.role != KeyRole::Direction) {
+        return 0;
+    }
+    for (int k = 0; k < 4; ++k) {
+        if (slot.name == kClockwise[k]) {
+            return k + 1;
+        }
+    }
+    return 5;
 }
 
-const std::vector<KeySlot>& composableKeys() {
-    static const std::vector<KeySlot> slots{
-        {"key", "key", KeyRole::Key, 1, [](ConfigItem& i) -> ConfigKey& { return i.key; }},
-        {"second_key", "second", KeyRole::SecondKey, -1,
-         [](ConfigItem& i) -> ConfigKey& { return as<ComposableConfigItem>(i).second_key; }},
-    };
-    return slots;
+void gather(const MemberTable& table, const MemberPath& path, const std::string& prefix,
+            const std::string& slotPrefix, Layout& out) {
+    for (const Member& member : table.members) {
+        if (member.name == nullptr) {
+            continue;  // members another class reads for this one
+        }
+        MemberPath at = path;
+        if (at.depth < at.steps.size()) {
+            at.steps[at.depth++] = member.at;
+        }
+        const std::string name = prefix + *member.name;
+        const std::string slot = joined(slotPrefix, member.slot, " ");
+        if (member.kind == MemberKind::String && (member.flags & kPointText) != 0) {
+            out.points.push_back({name, slot, (member.flags & kMoves) != 0, false, true, at});
+        } else if (member.kind != MemberKind::Object) {
+            continue;
+        } else if (member.members == &KeyMembers) {
+            KeySlot key;
+            key.path = name;
+            key.name = slot;
+            key.role = member.role;
+            key.at = at;
+            out.keys.push_back(std::move(key));
+        } else if (member.members == &PointMembers) {
+            out.points.push_back({name, slot, (member.flags & kMoves) != 0,
+                                  (member.flags & kNullIsUnset) != 0, false, at});
+        } else {
+            gather(member.members(), at, name + ".", slot, out);
+        }
+    }
 }
 
-const std::vector<KeySlot>& pairKeys() {
-    static const std::vector<KeySlot> slots{
-        {"key", "key", KeyRole::Carried, -1, [](ConfigItem& i) -> ConfigKey& { return i.key; }},
-        {"positive_key.key", "positive", KeyRole::PairKey, 2,
-         [](ConfigItem& i) -> ConfigKey& { return as<PairConfigItem>(i).positive_key.key; }},
-        {"positive_key.second_key", "positive second", KeyRole::PairSecondKey, -1,
-         [](ConfigItem& i) -> ConfigKey& { return as<PairConfigItem>(i).positive_key.second_key; }},
-        {"negative_key.key", "negative", KeyRole::PairKey, 4,
-         [](ConfigItem& i) -> ConfigKey& { return as<PairConfigItem>(i).negative_key.key; }},
-        {"negative_key.second_key", "negative second", KeyRole::PairSecondKey, -1,
-         [](ConfigItem& i) -> ConfigKey& { return as<PairConfigItem>(i).negative_key.second_key; }},
-    };
-    return slots;
+Layout layoutOf(const MemberTable& own) {
+    std::vector<const MemberTable*> chain;
+    for (const MemberTable* table = &own; table != nullptr; table = table->base) {
+        chain.insert(chain.begin(), table);
+    }
+    Layout layout;
+    bool ownKeys = false;
+    for (const MemberTable* table : chain) {
+        MemberPath path;
+        path.owner = table->owner;
+        gather(*table, path, "", "", layout);
+        ownKeys = ownKeys || table->ownKeys;
+    }
+    for (KeySlot& key : layout.keys) {
+        if (ownKeys && key.role == KeyRole::Key) {
+            key.role = KeyRole::Carried;
+        }
+    }
+    std::stable_sort(
+        layout.keys.begin(), layout.keys.end(),
+        [](const KeySlot& a, const KeySlot& b) { return compassRank(a) < compassRank(b); });
+    // A key that fires takes the second key listed right after it.
+    for (std::size_t k = 0; k + 1 < layout.keys.size(); ++k) {
+        const KeyRole next = layout.keys[k + 1].role;
+        if ((layout.keys[k].role == KeyRole::Key && next == KeyRole::SecondKey) ||
+            (layout.keys[k].role == KeyRole::PairKey && next == KeyRole::PairSecondKey)) {
+            layout.keys[k].second = static_cast<int>(k + 1);
+        }
+    }
+    return layout;
 }
 
-const std::vector<KeySlot>& diamondKeys() {
-    static const std::vector<KeySlot> slots{
-        {"key", "key", KeyRole::Carried, -1, [](ConfigItem& i) -> ConfigKey& { return i.key; }},
-        {"top_key", "top", KeyRole::Direction, -1,
-         [](ConfigItem& i) -> ConfigKey& { return as<DiamondConfigItem>(i).top; }},
-        {"right_key", "right", KeyRole::Direction, -1,
-         [](ConfigItem& i) -> ConfigKey& { return as<DiamondConfigItem>(i).right; }},
-        {"bottom_key", "bottom", KeyRole::Direction, -1,
-         [](ConfigItem& i) -> ConfigKey& { return as<DiamondConfigItem>(i).bottom; }},
-        {"left_key", "left", KeyRole::Direction, -1,
-         [](ConfigItem& i) -> ConfigKey& { return as<DiamondConfigItem>(i).left; }},
-    };
-    return slots;
-}
-
-// Points, by the type that has them; every item has a marker and a touch point.
-
-PointSlot marker() {
-    return {"icon.rel_position",
-            "marker",
-            true,
-            false,
-            [](ConfigItem& i) { return &i.icon.rel_position; },
-            nullptr};
-}
-
-PointSlot touch() {
-    return {"rel_work_position",
-            "touch point",
-            true,
-            false,
-            [](ConfigItem& i) { return &i.rel_work_position; },
-            nullptr};
-}
-
-const std::vector<PointSlot>& basePoints() {
-    static const std::vector<PointSlot> slots{marker(), touch()};
-    return slots;
-}
-
-const std::vector<PointSlot>& spellPoints() {
-    static const std::vector<PointSlot> slots{
-        marker(),
-        touch(),
-        {"spell_info.rel_position", "cast point", true, false,
-         [](ConfigItem& i) { return &as<SpellConfigItem>(i).spell_info.rel_position; }, nullptr},
-        {"swipehold_info.rel_position", "drag centre", true, true,
-         [](ConfigItem& i) { return &as<SpellConfigItem>(i).swipehold_info.rel_position; },
-         nullptr},
-        {"tap_info.rel_center_pos", "tap centre", true, true,
-         [](ConfigItem& i) { return &as<SpellConfigItem>(i).tap_info.rel_center_pos; }, nullptr},
-    };
-    return slots;
-}
-
-const std::vector<PointSlot>& firePoints() {
-    static const std::vector<PointSlot> slots{
-        marker(),
-        touch(),
-        {"swipehold_info.rel_position", "drag centre", true, true,
-         [](ConfigItem& i) { return &as<FireConfigItem>(i).swipehold_info.rel_position; }, nullptr},
-    };
-    return slots;
-}
-
-const std::vector<PointSlot>& curvePoints() {
-    static const std::vector<PointSlot> slots{
-        marker(),
-        touch(),
-        {"rel_start_pos", "start", true, false,
-         [](ConfigItem& i) { return &as<CurveConfigItem>(i).rel_start_pos; }, nullptr},
-        {"rel_all_points_pos", "points", true, false, nullptr,
-         [](ConfigItem& i) { return &as<CurveConfigItem>(i).rel_all_points_pos; }},
-        {"rel_end_pos", "end", true, false,
-         [](ConfigItem& i) { return &as<CurveConfigItem>(i).rel_end_pos; }, nullptr},
-    };
-    return slots;
-}
-
-const std::vector<PointSlot>& rightWalkPoints() {
-    static const std::vector<PointSlot> slots{
-        marker(),
-        touch(),
-        {"rel_measurement_pos", "measurement point", false, false,
-         [](ConfigItem& i) { return &as<MouseRightWalkConfigItem>(i).rel_measurement_pos; },
-         nullptr},
-    };
-    return slots;
+// One layout per item type, in the order of ItemDeclarations(), and the base
+// class's for items of a class the library does not make.
+const Layout& layoutFor(const ConfigItem& item) {
+    static const std::vector<Layout> layouts = [] {
+        std::vector<Layout> all;
+        for (const ItemDeclaration& declaration : ItemDeclarations()) {
+            all.push_back(layoutOf(declaration.members()));
+        }
+        all.push_back(layoutOf(ConfigItem::Members()));
+        return all;
+    }();
+    const ItemDeclaration* declaration = DeclarationOf(item);
+    const std::vector<ItemDeclaration>& types = ItemDeclarations();
+    return layouts[declaration == nullptr ? types.size()
+                                          : static_cast<std::size_t>(declaration - types.data())];
 }
 
 // A point moving with the item, not one left alone while unset.
@@ -196,32 +172,11 @@ std::string coordinateText(double value) {
 }  // namespace
 
 const std::vector<KeySlot>& KeySlotsOf(const ConfigItem& item) {
-    if (dynamic_cast<const PairConfigItem*>(&item) != nullptr) {
-        return pairKeys();
-    }
-    if (dynamic_cast<const ComposableConfigItem*>(&item) != nullptr) {
-        return composableKeys();
-    }
-    if (dynamic_cast<const DiamondConfigItem*>(&item) != nullptr) {
-        return diamondKeys();
-    }
-    return plainKeys();
+    return layoutFor(item).keys;
 }
 
 const std::vector<PointSlot>& PointSlotsOf(const ConfigItem& item) {
-    if (dynamic_cast<const SpellConfigItem*>(&item) != nullptr) {
-        return spellPoints();
-    }
-    if (dynamic_cast<const FireConfigItem*>(&item) != nullptr) {
-        return firePoints();
-    }
-    if (dynamic_cast<const CurveConfigItem*>(&item) != nullptr) {
-        return curvePoints();
-    }
-    if (dynamic_cast<const MouseRightWalkConfigItem*>(&item) != nullptr) {
-        return rightWalkPoints();
-    }
-    return basePoints();
+    return layoutFor(item).points;
 }
 
 std::vector<PointF> PointsOfText(const std::string& text, std::size_t limit) {
@@ -261,10 +216,10 @@ PointF MoveItem(ConfigItem& item, double dx, double dy) {
     PointF delta{std::isfinite(dx) ? dx : 0.0, std::isfinite(dy) ? dy : 0.0};
     const std::vector<PointSlot>& slots = PointSlotsOf(item);
     for (const PointSlot& slot : slots) {
-        if (slot.point != nullptr && takesPart(slot, *slot.point(item))) {
+        if (!slot.isText && takesPart(slot, *slot.point(item))) {
             keepOnScreen(slot.point(item)->x, delta.x);
             keepOnScreen(slot.point(item)->y, delta.y);
-        } else if (slot.text != nullptr && slot.moves) {
+        } else if (slot.isText && slot.moves) {
             for (const PointF& point : PointsOfText(*slot.text(item), slot.text(item)->size())) {
                 keepOnScreen(point.x, delta.x);
                 keepOnScreen(point.y, delta.y);
@@ -275,9 +230,9 @@ PointF MoveItem(ConfigItem& item, double dx, double dy) {
         return delta;
     }
     for (const PointSlot& slot : slots) {
-        if (slot.point != nullptr && takesPart(slot, *slot.point(item))) {
+        if (!slot.isText && takesPart(slot, *slot.point(item))) {
             *slot.point(item) += delta;
-        } else if (slot.text != nullptr && slot.moves) {
+        } else if (slot.isText && slot.moves) {
             *slot.text(item) = MovePointText(*slot.text(item), delta.x, delta.y);
         }
     }
@@ -290,7 +245,7 @@ void PlaceItem(ConfigItem& item, PointF at) {
         return;
     }
     for (const PointSlot& slot : PointSlotsOf(item)) {
-        if (slot.point != nullptr && takesPart(slot, *slot.point(item))) {
+        if (!slot.isText && takesPart(slot, *slot.point(item))) {
             *slot.point(item) = at;
         }
     }

@@ -4,26 +4,32 @@
 
 #include "items/ItemPartsIO.h"
 
+#include "zuno-keymapmanager/items/ItemParts.h"
+
 namespace zunokeymapmanager {
-namespace parts {
 
-void readInvalidZone(const json::ObjectPtr& parent, InvalidZoneInfo& out) {
-    json::ObjectPtr zone = json::optionalObject(parent, kFieldInvalidZoneInfo);
-    if (zone.isNull()) {
-        return;
-    }
-    json::read(zone, kFieldEnable, out.enable);
-    json::read(zone, kFieldInsideInvalidZoneRaidus, out.rel_radius_inside_invalid_zone);
-    json::read(zone, kFieldOutsideInvalidZoneRaidus, out.rel_radius_outside_invalid_zone);
+const MemberTable& InvalidZoneInfo::Members() {
+    using M = MembersOf<InvalidZoneInfo>;
+    static const MemberTable table =
+        M::part("invalid_zone_info", "a ring around the centre where small moves are ignored",
+                {
+                    M::field<&InvalidZoneInfo::enable>(kFieldEnable)
+                        .require()
+                        .show("Dead zone", kGroupAdvanced, "whether this block is in effect"),
+                    M::field<&InvalidZoneInfo::rel_radius_inside_invalid_zone>(
+                        kFieldInsideInvalidZoneRaidus)
+                        .require()
+                        .in("screen")
+                        .show("Dead zone inner radius", kGroupAdvanced,
+                              "inner radius of the ignored ring, as a fraction of the screen"),
+                    M::field<&InvalidZoneInfo::rel_radius_outside_invalid_zone>(
+                        kFieldOutsideInvalidZoneRaidus)
+                        .require()
+                        .in("screen")
+                        .show("Dead zone outer radius", kGroupAdvanced,
+                              "outer radius of the ignored ring, as a fraction of the screen"),
+                });
+    return table;
 }
 
-json::ObjectPtr invalidZoneObject(const InvalidZoneInfo& zone) {
-    json::ObjectPtr result = json::newObject();
-    result->set(kFieldEnable, zone.enable);
-    result->set(kFieldInsideInvalidZoneRaidus, zone.rel_radius_inside_invalid_zone);
-    result->set(kFieldOutsideInvalidZoneRaidus, zone.rel_radius_outside_invalid_zone);
-    return result;
-}
-
-}  // namespace parts
 }  // namespace zunokeymapmanager

@@ -1,11 +1,13 @@
 //
 // ItemTable.cpp
 //
-// One switch naming each item class; the compiler reports a type left out.
+// The list of item types: one line per type, naming its class. Everything
+// else about a type is in its class and the class's member table.
 //
 
-#include "model/ItemTable.h"
+#include <typeinfo>
 
+#include "model/ItemTable.h"
 #include "zuno-keymapmanager/items/CurveMacroItems.h"
 #include "zuno-keymapmanager/items/FireItem.h"
 #include "zuno-keymapmanager/items/LookItems.h"
@@ -17,46 +19,63 @@
 
 namespace zunokeymapmanager {
 
+namespace {
+
+template <typename Item>
+ItemDeclaration declare(ItemType type, const char* className) {
+    return {type, className, [] { return static_cast<ConfigItem*>(new Item()); }, &Item::Members,
+            &typeid(Item)};
+}
+
+}  // namespace
+
+const std::vector<ItemDeclaration>& ItemDeclarations() {
+    static const std::vector<ItemDeclaration> types{
+        declare<ClickConfigItem>(ItemType::Click, "ClickConfigItem"),
+        declare<BunchClickConfigItem>(ItemType::BunchClick, "BunchClickConfigItem"),
+        declare<SwipeholdConfigItem>(ItemType::Swipehold, "SwipeholdConfigItem"),
+        declare<FireConfigItem>(ItemType::Fire, "FireConfigItem"),
+        declare<StaringConfigItem>(ItemType::Staring, "StaringConfigItem"),
+        declare<SpellConfigItem>(ItemType::Spell, "SpellConfigItem"),
+        declare<SpellCancelConfigItem>(ItemType::SpellCancel, "SpellCancelConfigItem"),
+        declare<MouseRightWalkConfigItem>(ItemType::RightWalk, "MouseRightWalkConfigItem"),
+        declare<EyeConfigItem>(ItemType::Eye, "EyeConfigItem"),
+        declare<GravityConfigItem>(ItemType::Gravity, "GravityConfigItem"),
+        declare<MacroConfigItem>(ItemType::Macro, "MacroConfigItem"),
+        declare<CurveConfigItem>(ItemType::Curve, "CurveConfigItem"),
+        declare<JoystickLeftWalkConfigItem>(ItemType::LeftStickWalk, "JoystickLeftWalkConfigItem"),
+        declare<JoystickRightEyeConfigItem>(ItemType::RightStickEye, "JoystickRightEyeConfigItem"),
+        declare<WheelConfigItem>(ItemType::Wheel, "WheelConfigItem"),
+        declare<ZoomConfigItem>(ItemType::Zoom, "ZoomConfigItem"),
+        declare<ObserveConfigItem>(ItemType::Observe, "ObserveConfigItem"),
+        declare<TipConfigItem>(ItemType::Tip, "TipConfigItem"),
+    };
+    return types;
+}
+
+const ItemDeclaration* DeclarationOf(const ConfigItem& item) {
+    const std::type_info& type = typeid(item);
+    const std::vector<ItemDeclaration>& types = ItemDeclarations();
+    // The library's own classes have one type_info each; comparing names is
+    // left for classes that reach it some other way.
+    for (const ItemDeclaration& declaration : types) {
+        if (declaration.typeInfo == &type) {
+            return &declaration;
+        }
+    }
+    for (const ItemDeclaration& declaration : types) {
+        if (*declaration.typeInfo == type) {
+            return &declaration;
+        }
+    }
+    return nullptr;
+}
+
 ConfigItem* MakeItemOfType(ItemType type) {
-    switch (type) {
-        case ItemType::Unknown:
-            return nullptr;
-        case ItemType::Click:
-            return new ClickConfigItem();
-        case ItemType::BunchClick:
-            return new BunchClickConfigItem();
-        case ItemType::Tip:
-            return new TipConfigItem();
-        case ItemType::Swipehold:
-            return new SwipeholdConfigItem();
-        case ItemType::Staring:
-            return new StaringConfigItem();
-        case ItemType::Spell:
-            return new SpellConfigItem();
-        case ItemType::SpellCancel:
-            return new SpellCancelConfigItem();
-        case ItemType::Eye:
-            return new EyeConfigItem();
-        case ItemType::Gravity:
-            return new GravityConfigItem();
-        case ItemType::Fire:
-            return new FireConfigItem();
-        case ItemType::RightWalk:
-            return new MouseRightWalkConfigItem();
-        case ItemType::Macro:
-            return new MacroConfigItem();
-        case ItemType::Curve:
-            return new CurveConfigItem();
-        case ItemType::LeftStickWalk:
-            return new JoystickLeftWalkConfigItem();
-        case ItemType::RightStickEye:
-            return new JoystickRightEyeConfigItem();
-        case ItemType::Wheel:
-            return new WheelConfigItem();
-        case ItemType::Zoom:
-            return new ZoomConfigItem();
-        case ItemType::Observe:
-            return new ObserveConfigItem();
+    for (const ItemDeclaration& declaration : ItemDeclarations()) {
+        if (declaration.type == type) {
+            return declaration.make();
+        }
     }
     return nullptr;
 }

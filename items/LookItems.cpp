@@ -4,8 +4,11 @@
 
 #include "zuno-keymapmanager/items/LookItems.h"
 
+#include <utility>
+#include <vector>
+
 #include "items/ItemPartsIO.h"
-#include "model/JsonIO.h"
+#include "model/MemberIO.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
 namespace zunokeymapmanager {
@@ -18,19 +21,41 @@ StaringConfigItem::~StaringConfigItem() = default;
 
 Poco::JSON::Object StaringConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    result.set(kFieldStaringRange, json::sizeObject(staring_range));
-    result.set(kFieldSensitivityX, sensitivity_x);
-    result.set(kFieldSensitivityY, sensitivity_y);
-    result.set(kFieldResetPolicy, parts::resetPolicyObject(*this));
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void StaringConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     ComposableConfigItem::FillFromJsonObject(object);
-    json::readSize(object, kFieldStaringRange, staring_range);
-    json::read(object, kFieldSensitivityX, sensitivity_x);
-    json::read(object, kFieldSensitivityY, sensitivity_y);
-    parts::readResetPolicy(object, *this);
+    ReadMembers(Members(), this, object);
+}
+
+const MemberTable& StaringConfigItem::Members() {
+    using M = MembersOf<StaringConfigItem>;
+    static const MemberTable table = M::table(
+        "A key-triggered look mode within a range of the screen.",
+        {
+            M::field<&StaringConfigItem::staring_range>(kFieldStaringRange)
+                .require()
+                .show("Look range", kGroupPosition, "the part of the screen the look may move in"),
+            M::field<&StaringConfigItem::sensitivity_x>(kFieldSensitivityX)
+                .require()
+                .in("%")
+                .show("Horizontal sensitivity", kGroupBehaviour,
+                      "horizontal sensitivity, in percent (100: one pointer pixel moves one "
+                      "screen pixel)"),
+            M::field<&StaringConfigItem::sensitivity_y>(kFieldSensitivityY)
+                .require()
+                .in("%")
+                .show("Vertical sensitivity", kGroupBehaviour,
+                      "vertical sensitivity, in percent (100: one pointer pixel moves one screen "
+                      "pixel)"),
+            M::group(kFieldResetPolicy, &parts::ResetPolicyMembers<StaringConfigItem>)
+                .require()
+                .show("Reset", kGroupBehaviour, "when and where the look returns to its centre"),
+        },
+        &ComposableConfigItem::Members());
+    return table;
 }
 
 // --- EyeConfigItem and GravityConfigItem -----------------------------------------
@@ -48,15 +73,24 @@ struct DirectionalLookOps {
 
     static Poco::JSON::Object convert(const Item& item) {
         Poco::JSON::Object result = item.ConfigItem::ConvertToJsonObject();
-        item.WriteDirectionKeys(result);
-        result.set(kFieldSensitivity, item.sensitivity);
+        WriteMembers(Item::Members(), &item, result);
         return result;
     }
 
     static void fill(Item& item, const Poco::JSON::Object::Ptr& object) {
         item.ConfigItem::FillFromJsonObject(object);
-        item.ReadDirectionKeys(object, true);
-        json::read(object, kFieldSensitivity, item.sensitivity);
+        ReadMembers(Item::Members(), &item, object);
+    }
+
+    // Every direction key is required, then the sensitivity.
+    static MemberTable members(const char* description, const char* sensitivity) {
+        using M = MembersOf<Item>;
+        std::vector<Member> list = parts::DirectionKeyMembers<Item>(true);
+        list.push_back(M::template field<&Item::sensitivity>(kFieldSensitivity)
+                           .require()
+                           .in("%")
+                           .show("Sensitivity", kGroupBehaviour, sensitivity));
+        return M::table(description, std::move(list), &ConfigItem::Members(), true);
     }
 
     static bool isInvalid(const Item& item) { return !item.HasUsableDirectionKey(); }
@@ -88,6 +122,13 @@ bool EyeConfigItem::MatchConfigKey(const ConfigKey& other) {
     return DirectionalLookOps<EyeConfigItem>::match(*this, other);
 }
 
+const MemberTable& EyeConfigItem::Members() {
+    static const MemberTable table = DirectionalLookOps<EyeConfigItem>::members(
+        "Looks around with four direction keys. Valid when any direction key is set.",
+        "how far one key press looks, in percent (100: normal)");
+    return table;
+}
+
 GravityConfigItem::GravityConfigItem() : DiamondConfigItem("Gravity") {
     DirectionalLookOps<GravityConfigItem>::setDefaultKeys(*this);
 }
@@ -108,6 +149,13 @@ bool GravityConfigItem::IsInvalid() const {
 
 bool GravityConfigItem::MatchConfigKey(const ConfigKey& other) {
     return DirectionalLookOps<GravityConfigItem>::match(*this, other);
+}
+
+const MemberTable& GravityConfigItem::Members() {
+    static const MemberTable table = DirectionalLookOps<GravityConfigItem>::members(
+        "Tilts with four direction keys. Valid when any direction key is set.",
+        "how far one key press tilts, in percent (100: normal)");
+    return table;
 }
 
 }  // namespace zunokeymapmanager

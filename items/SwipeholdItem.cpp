@@ -4,109 +4,14 @@
 
 #include "zuno-keymapmanager/items/SwipeholdItem.h"
 
-#include "model/JsonIO.h"
+#include <utility>
+#include <vector>
+
+#include "items/ItemPartsIO.h"
+#include "model/MemberIO.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
 namespace zunokeymapmanager {
-
-namespace {
-
-// Each settings block has exactly one reader and one writer. Skill items reach
-// them through a temporary drag item, so both item types share the format.
-
-void readFirstPointPolicy(const json::ObjectPtr& parent, FirstPointPolicy& out) {
-    json::ObjectPtr policy = json::optionalObject(parent, kFieldFirstPointPolicy);
-    if (policy.isNull()) {
-        return;
-    }
-    json::read(policy, kFieldHandleType, out.handle_type);
-    json::read(policy, kFieldInterval, out.interval);
-    json::read(policy, kFieldPeriod, out.period);
-    json::read(policy, kFieldSteps, out.steps);
-    json::read(policy, kFieldSpeed, out.speed);
-    // Added to the format later; older documents lack them.
-    json::readOptional(policy, kFieldWaitForSecond, out.wait_for_second);
-    json::readOptional(policy, kFieldMoveType, out.move_type);
-    json::readOptional(policy, kFieldIdleBeforeFirstPress, out.idle_before_first_press);
-    json::readOptional(policy, kFieldNoPressFirstCenterPoint, out.no_press_first_center_point);
-}
-
-json::ObjectPtr firstPointPolicyObject(const FirstPointPolicy& policy) {
-    json::ObjectPtr result = json::newObject();
-    result->set(kFieldHandleType, policy.handle_type);
-    result->set(kFieldInterval, policy.interval);
-    result->set(kFieldSteps, policy.steps);
-    result->set(kFieldPeriod, policy.period);
-    result->set(kFieldSpeed, policy.speed);
-    result->set(kFieldWaitForSecond, policy.wait_for_second);
-    result->set(kFieldMoveType, policy.move_type);
-    result->set(kFieldIdleBeforeFirstPress, policy.idle_before_first_press);
-    result->set(kFieldNoPressFirstCenterPoint, policy.no_press_first_center_point);
-    return result;
-}
-
-void readSubsequentPointPolicy(const json::ObjectPtr& parent, SubsequentPointPolicy& out) {
-    json::ObjectPtr policy = json::optionalObject(parent, kFieldSubsequentPointPolicy);
-    if (policy.isNull()) {
-        return;
-    }
-    json::read(policy, kFieldHandleType, out.handle_type);
-    json::read(policy, kFieldPeriod, out.period);
-    json::read(policy, kFieldSteps, out.steps);
-}
-
-json::ObjectPtr subsequentPointPolicyObject(const SubsequentPointPolicy& policy) {
-    json::ObjectPtr result = json::newObject();
-    result->set(kFieldHandleType, policy.handle_type);
-    result->set(kFieldSteps, policy.steps);
-    result->set(kFieldPeriod, policy.period);
-    return result;
-}
-
-void readCompensatoryCore(const json::ObjectPtr& policy, TargetPointInputCompensatoryPolicy& out) {
-    json::read(policy, kFieldEnable, out.enable);
-    json::read(policy, kFieldPeriod, out.period);
-    json::read(policy, kFieldSteps, out.steps);
-    json::read(policy, kFieldCount, out.count);
-    json::read(policy, kFieldDistance, out.distance);
-}
-
-void readCompensatoryPolicy(const json::ObjectPtr& parent,
-                            TargetPointInputCompensatoryPolicy& out) {
-    if (json::optionalObject(parent, kFieldTargetPointInputCompensatoryPolicy).isNull()) {
-        return;
-    }
-    // The object is looked up and its core members read twice. The second
-    // pass changes nothing; it is part of the established reading order and
-    // kept so that a faulty document fails exactly where hosts expect it to.
-    readCompensatoryCore(json::object(parent, kFieldTargetPointInputCompensatoryPolicy), out);
-    json::ObjectPtr policy = json::object(parent, kFieldTargetPointInputCompensatoryPolicy);
-    readCompensatoryCore(policy, out);
-    json::readOptional(policy, kFieldXPolicy, out.x_policy);
-    json::readOptional(policy, kFieldXPolicySlopePeriod, out.x_policy_slope_period);
-    json::readOptional(policy, kFieldXPolicyInterceptPhaseshift, out.x_policy_intercept_phaseshift);
-    json::readOptional(policy, kFieldYPolicy, out.y_policy);
-    json::readOptional(policy, kFieldYPolicySlopePeriod, out.y_policy_slope_period);
-    json::readOptional(policy, kFieldYPolicyInterceptPhaseshift, out.y_policy_intercept_phaseshift);
-}
-
-json::ObjectPtr compensatoryPolicyObject(const TargetPointInputCompensatoryPolicy& policy) {
-    json::ObjectPtr result = json::newObject();
-    result->set(kFieldEnable, policy.enable);
-    result->set(kFieldCount, policy.count);
-    result->set(kFieldDistance, policy.distance);
-    result->set(kFieldSteps, policy.steps);
-    result->set(kFieldPeriod, policy.period);
-    result->set(kFieldXPolicy, policy.x_policy);
-    result->set(kFieldXPolicySlopePeriod, policy.x_policy_slope_period);
-    result->set(kFieldXPolicyInterceptPhaseshift, policy.x_policy_intercept_phaseshift);
-    result->set(kFieldYPolicy, policy.y_policy);
-    result->set(kFieldYPolicySlopePeriod, policy.y_policy_slope_period);
-    result->set(kFieldYPolicyInterceptPhaseshift, policy.y_policy_intercept_phaseshift);
-    return result;
-}
-
-}  // namespace
 
 SwipeholdConfigItem::SwipeholdConfigItem() : DiamondConfigItem("Swipehold") {
     top = ConfigKey("keyboard", "W", 87, 17);
@@ -119,14 +24,7 @@ SwipeholdConfigItem::~SwipeholdConfigItem() = default;
 
 Poco::JSON::Object SwipeholdConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    result.set(kFieldFirstPointPolicy, firstPointPolicyObject(first_point_policy));
-    result.set(kFieldSubsequentPointPolicy, subsequentPointPolicyObject(subsequent_point_policy));
-    WriteDirectionKeys(result);
-    result.set(kFieldRelRadius, rel_radius);
-    result.set(kFieldHoldCenterIntervalAfterRelease, hold_center_interval_after_release);
-    result.set(kFieldInLinePolicy, in_line_policy);
-    result.set(kFieldTargetPointInputCompensatoryPolicy,
-               compensatoryPolicyObject(target_point_input_compensatory_policy));
+    WriteMembers(Members(), this, result);
     return result;
 }
 
@@ -136,14 +34,7 @@ void SwipeholdConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& obje
 }
 
 void SwipeholdConfigItem::FillFromJsonObjectExtendInfo(const Poco::JSON::Object::Ptr& object) {
-    readFirstPointPolicy(object, first_point_policy);
-    readSubsequentPointPolicy(object, subsequent_point_policy);
-    ReadDirectionKeys(object, false);
-    json::readOptional(object, kFieldRelRadius, rel_radius);
-    json::readOptional(object, kFieldHoldCenterIntervalAfterRelease,
-                       hold_center_interval_after_release);
-    json::readOptional(object, kFieldInLinePolicy, in_line_policy);
-    readCompensatoryPolicy(object, target_point_input_compensatory_policy);
+    ReadMembers(Members(), this, object);
 }
 
 bool SwipeholdConfigItem::IsInvalid() const {
@@ -152,6 +43,174 @@ bool SwipeholdConfigItem::IsInvalid() const {
 
 bool SwipeholdConfigItem::MatchConfigKey(const ConfigKey& other) {
     return MatchDirectionKey(other);
+}
+
+// Each settings block has one table. Skill items read and write theirs
+// through a temporary drag item, so both item types share the format.
+const MemberTable& SwipeholdConfigItem::Members() {
+    using M = MembersOf<SwipeholdConfigItem>;
+    static const MemberTable table = [] {
+        std::vector<Member> list{
+            M::block<&SwipeholdConfigItem::first_point_policy>(kFieldFirstPointPolicy,
+                                                               &FirstPointPolicy::Members)
+                .show("First touch", kGroupAdvanced, "how the first touch of a drag is made"),
+            M::block<&SwipeholdConfigItem::subsequent_point_policy>(kFieldSubsequentPointPolicy,
+                                                                    &SubsequentPointPolicy::Members)
+                .show("Later touches", kGroupAdvanced,
+                      "how later touches of the same drag are made"),
+        };
+        for (Member& key : parts::DirectionKeyMembers<SwipeholdConfigItem>(false)) {
+            list.push_back(key);
+        }
+        list.push_back(M::field<&SwipeholdConfigItem::rel_radius>(kFieldRelRadius)
+                           .in("screen")
+                           .show("Drag radius", kGroupPosition,
+                                 "how far the drag reaches from its centre, as a fraction of the "
+                                 "screen; 0 leaves no room to drag"));
+        list.push_back(M::field<&SwipeholdConfigItem::hold_center_interval_after_release>(
+                           kFieldHoldCenterIntervalAfterRelease)
+                           .in("ms")
+                           .show("Centre hold", kGroupAdvanced,
+                                 "how long the centre stays pressed after the keys are released, "
+                                 "in milliseconds"));
+        list.push_back(M::field<&SwipeholdConfigItem::in_line_policy>(kFieldInLinePolicy)
+                           .oneOf(kInLinePolicyNames)
+                           .show("Opposite keys", kGroupBehaviour,
+                                 "with two opposite keys held: Use_Both (they cancel out) or "
+                                 "Just_Use_Last (the last one wins)"));
+        list.push_back(M::block<&SwipeholdConfigItem::target_point_input_compensatory_policy>(
+                           kFieldTargetPointInputCompensatoryPolicy,
+                           &TargetPointInputCompensatoryPolicy::Members)
+                           .flag(kReadTwice)
+                           .show("Target correction", kGroupAdvanced,
+                                 "corrects the target point of a drag along a curve"));
+        return M::table(
+            "A drag steered by four direction keys, like a thumb on an on-screen stick. Valid "
+            "when any direction key is set; its own `key` plays no part.",
+            std::move(list), &ConfigItem::Members(), true);
+    }();
+    return table;
+}
+
+const MemberTable& FirstPointPolicy::Members() {
+    using M = MembersOf<FirstPointPolicy>;
+    static const MemberTable table = M::part(
+        "first_point_policy", "how the first touch of a drag is made",
+        {
+            M::field<&FirstPointPolicy::handle_type>(kFieldHandleType)
+                .require()
+                .oneOf(kHandleTypeNames)
+                .show("First touch", kGroupAdvanced,
+                      "what the first touch does: Transparent (nothing), Click (a tap) or Move (a "
+                      "drag)"),
+            M::field<&FirstPointPolicy::interval>(kFieldInterval)
+                .require()
+                .in("ms")
+                .show("Delay", kGroupAdvanced,
+                      "time between pressing the key and the first touch, in milliseconds"),
+            M::field<&FirstPointPolicy::period>(kFieldPeriod)
+                .require()
+                .in("ms")
+                .show("Step time", kGroupAdvanced,
+                      "time between two steps of the first move, in milliseconds"),
+            M::field<&FirstPointPolicy::steps>(kFieldSteps)
+                .require()
+                .show("Steps", kGroupAdvanced, "number of steps the first move is made of"),
+            M::field<&FirstPointPolicy::speed>(kFieldSpeed)
+                .require()
+                .in("%")
+                .show("Speed", kGroupAdvanced,
+                      "speed of the first move, in percent of the normal speed"),
+            // Added to the format later; older documents lack them.
+            M::field<&FirstPointPolicy::wait_for_second>(kFieldWaitForSecond)
+                .in("ms")
+                .show("Second key wait", kGroupAdvanced,
+                      "how long to wait for a second direction key before moving, in "
+                      "milliseconds"),
+            M::field<&FirstPointPolicy::move_type>(kFieldMoveType)
+                .oneOf(kMoveTypeNames)
+                .show("Move speed", kGroupAdvanced,
+                      "how the move's speed changes: Constant, Big_Variable or Small_Variable"),
+            M::field<&FirstPointPolicy::idle_before_first_press>(kFieldIdleBeforeFirstPress)
+                .in("ms")
+                .show("First press delay", kGroupAdvanced,
+                      "pause before the first press, in milliseconds"),
+            M::field<&FirstPointPolicy::no_press_first_center_point>(kFieldNoPressFirstCenterPoint)
+                .show("Skip centre press", kGroupAdvanced,
+                      "whether the drag starts without pressing its centre first"),
+        });
+    return table;
+}
+
+const MemberTable& SubsequentPointPolicy::Members() {
+    using M = MembersOf<SubsequentPointPolicy>;
+    static const MemberTable table = M::part(
+        "subsequent_point_policy", "how later touches of the same drag are made",
+        {
+            M::field<&SubsequentPointPolicy::handle_type>(kFieldHandleType)
+                .require()
+                .oneOf(kHandleTypeNames)
+                .show("Later touches", kGroupAdvanced,
+                      "what each later touch does: Transparent (nothing), Click (a tap) or Move "
+                      "(a drag)"),
+            M::field<&SubsequentPointPolicy::period>(kFieldPeriod)
+                .require()
+                .in("ms")
+                .show("Step time", kGroupAdvanced,
+                      "time between two steps of a later move, in milliseconds"),
+            M::field<&SubsequentPointPolicy::steps>(kFieldSteps)
+                .require()
+                .show("Steps", kGroupAdvanced, "number of steps a later move is made of"),
+        });
+    return table;
+}
+
+const MemberTable& TargetPointInputCompensatoryPolicy::Members() {
+    using M = MembersOf<TargetPointInputCompensatoryPolicy>;
+    using P = TargetPointInputCompensatoryPolicy;
+    static const MemberTable table = M::part(
+        "target_point_input_compensatory_policy",
+        "corrects the target point of a drag along a curve",
+        {
+            M::field<&P::enable>(kFieldEnable)
+                .require()
+                .show("Correction", kGroupAdvanced, "whether this block is in effect"),
+            M::field<&P::period>(kFieldPeriod)
+                .require()
+                .in("ms")
+                .show("Step time", kGroupAdvanced,
+                      "time between two correction steps, in milliseconds"),
+            M::field<&P::steps>(kFieldSteps)
+                .require()
+                .show("Steps", kGroupAdvanced, "number of steps of one correction"),
+            M::field<&P::count>(kFieldCount)
+                .require()
+                .show("Count", kGroupAdvanced, "number of corrections"),
+            M::field<&P::distance>(kFieldDistance)
+                .require()
+                .in("screen")
+                .show("Distance", kGroupAdvanced,
+                      "the correction's amplitude, as a fraction of the screen"),
+            M::field<&P::x_policy>(kFieldXPolicy)
+                .oneOf(kAxisPolicyNames)
+                .show("Horizontal curve", kGroupAdvanced, "the horizontal correction curve"),
+            M::field<&P::x_policy_slope_period>(kFieldXPolicySlopePeriod)
+                .show("Horizontal slope", kGroupAdvanced,
+                      "slope (X, X2) or period (Sin, Cos) of the horizontal curve"),
+            M::field<&P::x_policy_intercept_phaseshift>(kFieldXPolicyInterceptPhaseshift)
+                .show("Horizontal offset", kGroupAdvanced,
+                      "intercept (X, X2) or phase shift (Sin, Cos) of the horizontal curve"),
+            M::field<&P::y_policy>(kFieldYPolicy)
+                .oneOf(kAxisPolicyNames)
+                .show("Vertical curve", kGroupAdvanced, "the vertical correction curve"),
+            M::field<&P::y_policy_slope_period>(kFieldYPolicySlopePeriod)
+                .show("Vertical slope", kGroupAdvanced,
+                      "slope (X, X2) or period (Sin, Cos) of the vertical curve"),
+            M::field<&P::y_policy_intercept_phaseshift>(kFieldYPolicyInterceptPhaseshift)
+                .show("Vertical offset", kGroupAdvanced,
+                      "intercept (X, X2) or phase shift (Sin, Cos) of the vertical curve"),
+        });
+    return table;
 }
 
 }  // namespace zunokeymapmanager

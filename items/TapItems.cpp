@@ -4,7 +4,7 @@
 
 #include "zuno-keymapmanager/items/TapItems.h"
 
-#include "model/JsonIO.h"
+#include "model/MemberIO.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
 namespace zunokeymapmanager {
@@ -26,6 +26,12 @@ void ClickConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) 
     ComposableConfigItem::FillFromJsonObject(object);
 }
 
+const MemberTable& ClickConfigItem::Members() {
+    static const MemberTable table = MembersOf<ClickConfigItem>::table(
+        "A single tap at `rel_work_position`.", {}, &ComposableConfigItem::Members());
+    return table;
+}
+
 // --- BunchClickConfigItem ------------------------------------------------------
 
 BunchClickConfigItem::BunchClickConfigItem() : ComposableConfigItem("BunchClick") {}
@@ -34,17 +40,38 @@ BunchClickConfigItem::~BunchClickConfigItem() = default;
 
 Poco::JSON::Object BunchClickConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    result.set(kFieldBunchClickType, bunch_click_type);
-    result.set(kFieldBunchClickContinueNumber, bunch_click_continue_number);
-    result.set(kFieldBunchClickOneOffNumber, bunch_click_one_off_number);
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void BunchClickConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     ComposableConfigItem::FillFromJsonObject(object);
-    json::read(object, kFieldBunchClickType, bunch_click_type);
-    json::read(object, kFieldBunchClickContinueNumber, bunch_click_continue_number);
-    json::read(object, kFieldBunchClickOneOffNumber, bunch_click_one_off_number);
+    ReadMembers(Members(), this, object);
+}
+
+const MemberTable& BunchClickConfigItem::Members() {
+    using M = MembersOf<BunchClickConfigItem>;
+    static const MemberTable table = M::table(
+        "Repeated taps: continuously while the key is held, or a burst of a fixed number.",
+        {
+            M::field<&BunchClickConfigItem::bunch_click_type>(kFieldBunchClickType)
+                .require()
+                .oneOf(kBunchClickTypeNames)
+                .show("Repeat", kGroupBehaviour,
+                      "Continue taps while the key is held; One_Off taps a fixed number of times"),
+            M::field<&BunchClickConfigItem::bunch_click_continue_number>(
+                kFieldBunchClickContinueNumber)
+                .require()
+                .in("taps/s")
+                .show("Taps per second", kGroupBehaviour,
+                      "taps per second while the key is held (Continue)"),
+            M::field<&BunchClickConfigItem::bunch_click_one_off_number>(
+                kFieldBunchClickOneOffNumber)
+                .require()
+                .show("Taps per burst", kGroupBehaviour, "number of taps of one burst (One_Off)"),
+        },
+        &ComposableConfigItem::Members());
+    return table;
 }
 
 // --- TipConfigItem -------------------------------------------------------------
@@ -59,6 +86,12 @@ Poco::JSON::Object TipConfigItem::ConvertToJsonObject() const {
 
 void TipConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     ComposableConfigItem::FillFromJsonObject(object);
+}
+
+const MemberTable& TipConfigItem::Members() {
+    static const MemberTable table = MembersOf<TipConfigItem>::table(
+        "A single tap, like Click, under its own type name.", {}, &ComposableConfigItem::Members());
+    return table;
 }
 
 }  // namespace zunokeymapmanager

@@ -8,7 +8,7 @@
 #include "zuno-keymapmanager/items/WalkItems.h"
 
 #include "items/ItemPartsIO.h"
-#include "model/JsonIO.h"
+#include "model/MemberIO.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
 namespace zunokeymapmanager {
@@ -23,13 +23,29 @@ JoystickLeftWalkConfigItem::~JoystickLeftWalkConfigItem() = default;
 
 Poco::JSON::Object JoystickLeftWalkConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    result.set(kFieldRelRadius, rel_radius);
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void JoystickLeftWalkConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     ConfigItem::FillFromJsonObject(object);
-    json::read(object, kFieldRelRadius, rel_radius);
+    ReadMembers(Members(), this, object);
+}
+
+const MemberTable& JoystickLeftWalkConfigItem::Members() {
+    using M = MembersOf<JoystickLeftWalkConfigItem>;
+    static const MemberTable table = M::table(
+        "Walks with the gamepad's left stick.",
+        {
+            M::field<&JoystickLeftWalkConfigItem::rel_radius>(kFieldRelRadius)
+                .require()
+                .in("screen")
+                .show("Walk radius", kGroupPosition,
+                      "how far the stick walks from the work position, as a fraction of the "
+                      "screen; 0 leaves no room to walk"),
+        },
+        &ConfigItem::Members());
+    return table;
 }
 
 // --- JoystickRightEyeConfigItem ----------------------------------------------------
@@ -42,17 +58,34 @@ JoystickRightEyeConfigItem::~JoystickRightEyeConfigItem() = default;
 
 Poco::JSON::Object JoystickRightEyeConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    result.set(kFieldSensitivity, sensitivity);
-    result.set(kFieldStaringRange, json::sizeObject(staring_range));
-    result.set(kFieldResetPolicy, parts::resetPolicyObject(*this));
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void JoystickRightEyeConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     ConfigItem::FillFromJsonObject(object);
-    json::read(object, kFieldSensitivity, sensitivity);
-    json::readSize(object, kFieldStaringRange, staring_range);
-    parts::readResetPolicy(object, *this);
+    ReadMembers(Members(), this, object);
+}
+
+const MemberTable& JoystickRightEyeConfigItem::Members() {
+    using M = MembersOf<JoystickRightEyeConfigItem>;
+    static const MemberTable table = M::table(
+        "Looks around with the gamepad's right stick.",
+        {
+            M::field<&JoystickRightEyeConfigItem::sensitivity>(kFieldSensitivity)
+                .require()
+                .in("%")
+                .show("Sensitivity", kGroupBehaviour,
+                      "how far a full stick deflection looks, in percent (100: normal)"),
+            M::field<&JoystickRightEyeConfigItem::staring_range>(kFieldStaringRange)
+                .require()
+                .show("Look range", kGroupPosition, "the part of the screen the look may move in"),
+            M::group(kFieldResetPolicy, &parts::ResetPolicyMembers<JoystickRightEyeConfigItem>)
+                .require()
+                .show("Reset", kGroupBehaviour, "when and where the look returns to its centre"),
+        },
+        &ConfigItem::Members());
+    return table;
 }
 
 // --- MouseRightWalkConfigItem ------------------------------------------------------
@@ -65,30 +98,69 @@ MouseRightWalkConfigItem::~MouseRightWalkConfigItem() = default;
 
 Poco::JSON::Object MouseRightWalkConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    result.set(kFieldRelMeasurementPos, json::pointObject(rel_measurement_pos));
-    result.set(kFieldDurationFactor, duration_factor);
-
-    json::ObjectPtr policy = json::newObject();
-    policy->set(kFieldInterval, first_move_policy.interval);
-    policy->set(kFieldSteps, first_move_policy.steps);
-    policy->set(kFieldPeriod, first_move_policy.period);
-    policy->set(kFieldSpeed, first_move_policy.speed);
-    policy->set(kFieldRelRadius, first_move_policy.rel_radius);
-    result.set(kFieldFirstMovePolicy, policy);
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void MouseRightWalkConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     ConfigItem::FillFromJsonObject(object);
-    json::readPoint(object, kFieldRelMeasurementPos, rel_measurement_pos);
-    json::read(object, kFieldDurationFactor, duration_factor);
+    ReadMembers(Members(), this, object);
+}
 
-    const json::ObjectPtr policy = json::object(object, kFieldFirstMovePolicy);
-    json::read(policy, kFieldInterval, first_move_policy.interval);
-    json::read(policy, kFieldPeriod, first_move_policy.period);
-    json::read(policy, kFieldSteps, first_move_policy.steps);
-    json::read(policy, kFieldSpeed, first_move_policy.speed);
-    json::read(policy, kFieldRelRadius, first_move_policy.rel_radius);
+const MemberTable& MouseRightWalkConfigItem::Members() {
+    using M = MembersOf<MouseRightWalkConfigItem>;
+    static const MemberTable table = M::table(
+        "Walks towards the pointer while a mouse button is held.",
+        {
+            M::field<&MouseRightWalkConfigItem::rel_measurement_pos>(kFieldRelMeasurementPos)
+                .require()
+                .point("measurement point", 0)
+                .show("Measurement point", kGroupPosition,
+                      "the point the walk direction is measured from"),
+            M::field<&MouseRightWalkConfigItem::duration_factor>(kFieldDurationFactor)
+                .require()
+                .show("Duration factor", kGroupBehaviour,
+                      "how long a walk move lasts for a given pointer distance (0.5: half as "
+                      "long as the distance in pixels, in milliseconds)"),
+            M::block<&MouseRightWalkConfigItem::first_move_policy>(kFieldFirstMovePolicy,
+                                                                   &FirstMovePolicy::Members)
+                .require()
+                .show("First move", kGroupAdvanced, "how the first walk move is made"),
+        },
+        &ConfigItem::Members());
+    return table;
+}
+
+const MemberTable& FirstMovePolicy::Members() {
+    using M = MembersOf<FirstMovePolicy>;
+    static const MemberTable table = M::part(
+        "first_move_policy", "how the first walk move is made",
+        {
+            M::field<&FirstMovePolicy::interval>(kFieldInterval)
+                .require()
+                .in("ms")
+                .show("Delay", kGroupAdvanced,
+                      "time between pressing the button and the first move, in milliseconds"),
+            M::field<&FirstMovePolicy::period>(kFieldPeriod)
+                .require()
+                .in("ms")
+                .show("Step time", kGroupAdvanced,
+                      "time between two steps of the first move, in milliseconds"),
+            M::field<&FirstMovePolicy::steps>(kFieldSteps)
+                .require()
+                .show("Steps", kGroupAdvanced, "number of steps the first move is made of"),
+            M::field<&FirstMovePolicy::speed>(kFieldSpeed)
+                .require()
+                .in("%")
+                .show("Speed", kGroupAdvanced,
+                      "speed of the first move, in percent of the normal speed"),
+            M::field<&FirstMovePolicy::rel_radius>(kFieldRelRadius)
+                .require()
+                .in("screen")
+                .show("Radius", kGroupAdvanced,
+                      "radius of the first move, as a fraction of the screen"),
+        });
+    return table;
 }
 
 }  // namespace zunokeymapmanager

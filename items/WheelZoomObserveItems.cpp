@@ -4,7 +4,7 @@
 
 #include "zuno-keymapmanager/items/WheelZoomObserveItems.h"
 
-#include "model/JsonIO.h"
+#include "model/MemberIO.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
 namespace zunokeymapmanager {
@@ -20,17 +20,37 @@ WheelConfigItem::~WheelConfigItem() = default;
 
 Poco::JSON::Object WheelConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = PairConfigItem::ConvertToJsonObject();
-    result.set(kFieldSensitivity, sensitivity);
-    result.set(kFieldDuration, duration);
-    result.set(kFieldOrientation, orientation);
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void WheelConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     PairConfigItem::FillFromJsonObject(object);
-    json::read(object, kFieldSensitivity, sensitivity);
-    json::read(object, kFieldDuration, duration);
-    json::read(object, kFieldOrientation, orientation);
+    ReadMembers(Members(), this, object);
+}
+
+const MemberTable& WheelConfigItem::Members() {
+    using M = MembersOf<WheelConfigItem>;
+    static const MemberTable table = M::table(
+        "A wheel gesture driven by two opposite inputs. Never invalid; fires for either side.",
+        {
+            M::field<&WheelConfigItem::sensitivity>(kFieldSensitivity)
+                .require()
+                .in("%")
+                .show("Sensitivity", kGroupBehaviour,
+                      "distance of one wheel gesture, in percent (100: normal)"),
+            M::field<&WheelConfigItem::duration>(kFieldDuration)
+                .require()
+                .in("ms")
+                .show("Duration", kGroupBehaviour,
+                      "how long one wheel gesture lasts, in milliseconds"),
+            M::field<&WheelConfigItem::orientation>(kFieldOrientation)
+                .require()
+                .oneOf(kOrientationNames)
+                .show("Orientation", kGroupBehaviour, "the direction of the gesture on the screen"),
+        },
+        &PairConfigItem::Members());
+    return table;
 }
 
 // --- ZoomConfigItem ----------------------------------------------------------------
@@ -45,19 +65,42 @@ ZoomConfigItem::~ZoomConfigItem() = default;
 
 Poco::JSON::Object ZoomConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = PairConfigItem::ConvertToJsonObject();
-    result.set(kFieldSensitivity, sensitivity);
-    result.set(kFieldOrientation, orientation);
-    result.set(kFieldDuration, duration);
-    result.set(kFieldOneSideGap, one_side_gap);
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void ZoomConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     PairConfigItem::FillFromJsonObject(object);
-    json::read(object, kFieldSensitivity, sensitivity);
-    json::read(object, kFieldOrientation, orientation);
-    json::read(object, kFieldDuration, duration);
-    json::read(object, kFieldOneSideGap, one_side_gap);
+    ReadMembers(Members(), this, object);
+}
+
+const MemberTable& ZoomConfigItem::Members() {
+    using M = MembersOf<ZoomConfigItem>;
+    static const MemberTable table = M::table(
+        "A pinch gesture driven by two opposite inputs. Never invalid; fires for either side.",
+        {
+            M::field<&ZoomConfigItem::sensitivity>(kFieldSensitivity)
+                .require()
+                .in("%")
+                .show("Sensitivity", kGroupBehaviour,
+                      "distance of one pinch, in percent (100: normal)"),
+            M::field<&ZoomConfigItem::orientation>(kFieldOrientation)
+                .require()
+                .oneOf(kOrientationNames)
+                .show("Orientation", kGroupBehaviour, "the direction of the gesture on the screen"),
+            M::field<&ZoomConfigItem::duration>(kFieldDuration)
+                .require()
+                .in("ms")
+                .show("Duration", kGroupBehaviour, "how long one pinch lasts, in milliseconds"),
+            M::field<&ZoomConfigItem::one_side_gap>(kFieldOneSideGap)
+                .require()
+                .in("screen")
+                .show("Finger gap", kGroupPosition,
+                      "gap between the two fingers of a pinch and its centre, as a fraction of "
+                      "the screen"),
+        },
+        &PairConfigItem::Members());
+    return table;
 }
 
 // --- ObserveConfigItem -------------------------------------------------------------
@@ -68,17 +111,40 @@ ObserveConfigItem::ObserveConfigItem() : ComposableConfigItem("Observe") {
 
 Poco::JSON::Object ObserveConfigItem::ConvertToJsonObject() const {
     Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    result.set(kFieldSensitivityX, sensitivity_x);
-    result.set(kFieldSensitivityY, sensitivity_y);
-    result.set(kFieldSensitivity, sensitivity);
+    WriteMembers(Members(), this, result);
     return result;
 }
 
 void ObserveConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
     ComposableConfigItem::FillFromJsonObject(object);
-    json::read(object, kFieldSensitivityX, sensitivity_x);
-    json::read(object, kFieldSensitivityY, sensitivity_y);
-    json::read(object, kFieldSensitivity, sensitivity);
+    ReadMembers(Members(), this, object);
+}
+
+const MemberTable& ObserveConfigItem::Members() {
+    using M = MembersOf<ObserveConfigItem>;
+    static const MemberTable table = M::table(
+        "Looks around while a key is held, with separate horizontal and vertical "
+        "sensitivities.",
+        {
+            M::field<&ObserveConfigItem::sensitivity_x>(kFieldSensitivityX)
+                .require()
+                .in("%")
+                .show("Horizontal sensitivity", kGroupBehaviour,
+                      "horizontal sensitivity, in percent (100: one pointer pixel moves one "
+                      "screen pixel)"),
+            M::field<&ObserveConfigItem::sensitivity_y>(kFieldSensitivityY)
+                .require()
+                .in("%")
+                .show("Vertical sensitivity", kGroupBehaviour,
+                      "vertical sensitivity, in percent (100: one pointer pixel moves one screen "
+                      "pixel)"),
+            M::field<&ObserveConfigItem::sensitivity>(kFieldSensitivity)
+                .require()
+                .show("Sensitivity", kGroupBehaviour,
+                      "overall factor of the look (1.0: unchanged)"),
+        },
+        &ComposableConfigItem::Members());
+    return table;
 }
 
 }  // namespace zunokeymapmanager

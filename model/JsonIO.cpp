@@ -7,6 +7,7 @@
 #include <Poco/Exception.h>
 
 #include "model/LoadTrail.h"
+#include "model/MemberIO.h"
 #include "zuno-keymapmanager/model/Fields.h"
 
 namespace zunokeymapmanager {
@@ -14,36 +15,16 @@ namespace json {
 
 namespace {
 
-// Plain data, zero-initialised: no guard or constructor on first use.
-thread_local LoadTrail tTrail;
-
 inline void noteRead(const ObjectPtr& parent, const std::string& key, Expect expect) {
-    tTrail.readParent = parent.get();
-    tTrail.readKey = &key;
-    tTrail.readIndex = -1;
-    tTrail.readExpect = expect;
-}
-
-// Stands for the key of an element read; the index says which element.
-const std::string kElementKey;
-
-// An element's parent is its array, already linked under its key.
-inline void noteElement(const ArrayPtr& array, std::size_t index) {
-    tTrail.readParent = array.get();
-    tTrail.readKey = &kElementKey;
-    tTrail.readIndex = static_cast<long>(index);
-    tTrail.readExpect = Expect::String;
+    trail().noteRead(parent.get(), key, expect);
 }
 
 inline void readDone() {
-    tTrail.readKey = nullptr;
+    trail().readDone();
 }
 
 inline void noteLink(const void* child, const ObjectPtr& parent, const std::string& key) {
-    LoadTrail::Link& link = tTrail.links[tTrail.linkCount++ % LoadTrail::kLinks];
-    link.child = child;
-    link.parent = parent.get();
-    link.key = &key;
+    trail().noteLink(child, parent.get(), key);
 }
 
 Poco::Dynamic::Var member(const ObjectPtr& parent, const std::string& key) {
@@ -54,10 +35,6 @@ Poco::Dynamic::Var member(const ObjectPtr& parent, const std::string& key) {
 }
 
 }  // namespace
-
-LoadTrail& trail() {
-    return tTrail;
-}
 
 ObjectPtr object(const ObjectPtr& parent, const std::string& key) {
     ObjectPtr child = optionalObject(parent, key);
@@ -104,7 +81,7 @@ void readElement(const ArrayPtr& array, std::size_t index, std::string& out) {
     if (array.isNull()) {
         throw Poco::NullPointerException();
     }
-    noteElement(array, index);
+    trail().noteElement(array.get(), index);
     out = array->get(static_cast<unsigned int>(index)).convert<std::string>();
     readDone();
 }
@@ -140,56 +117,13 @@ void read(const ObjectPtr& parent, const std::string& key, bool& out) {
     readDone();
 }
 
-void readPoint(const ObjectPtr& parent, const std::string& key, PointF& out) {
-    ObjectPtr point = object(parent, key);
-    read(point, kFieldRelX, out.x);
-    read(point, kFieldRelY, out.y);
-}
-
-void readSize(const ObjectPtr& parent, const std::string& key, SizeF& out) {
-    ObjectPtr size = object(parent, key);
-    read(size, kFieldRelWidth, out.width);
-    read(size, kFieldRelHeight, out.height);
-}
-
-void readKey(const ObjectPtr& keyObject, ConfigKey& out) {
-    if (keyObject.isNull()) {
-        throw Poco::NullPointerException();
-    }
-    read(keyObject, kFieldDevice, out.device);
-    read(keyObject, kFieldText, out.text);
-    read(keyObject, kFieldScanCode, out.scan_code);
-    read(keyObject, kFieldVirtualKey, out.virtual_key);
-}
-
-void readKey(const ObjectPtr& parent, const std::string& key, ConfigKey& out) {
-    readKey(object(parent, key), out);
-}
-
 ObjectPtr newObject() {
     return new Poco::JSON::Object();
 }
 
-ObjectPtr pointObject(const PointF& point) {
-    ObjectPtr result = newObject();
-    result->set(kFieldRelX, point.x);
-    result->set(kFieldRelY, point.y);
-    return result;
-}
-
-ObjectPtr sizeObject(const SizeF& size) {
-    ObjectPtr result = newObject();
-    result->set(kFieldRelWidth, size.width);
-    result->set(kFieldRelHeight, size.height);
-    return result;
-}
-
 ObjectPtr keyObject(const ConfigKey& key) {
     ObjectPtr result = newObject();
-    result->set(kFieldDevice, key.device);
-    result->set(kFieldText, key.text);
-    result->set(kFieldVirtualKey, key.virtual_key);
-    result->set(kFieldScanCode, key.scan_code);
+    WriteMembers(KeyMembers(), &key, *result);
     return result;
 }
 

@@ -24,7 +24,6 @@
 #include <Poco/JSON/Object.h>
 
 #include "zuno-keymapmanager/model/ConfigKey.h"
-#include "zuno-keymapmanager/model/Geometry.h"
 
 namespace zunokeymapmanager {
 namespace json {
@@ -67,28 +66,10 @@ void readOptional(const ObjectPtr& parent, const std::string& key, T& out) {
     }
 }
 
-/// A required point object {"rel_x", "rel_y"} under `key`.
-void readPoint(const ObjectPtr& parent, const std::string& key, PointF& out);
-
-/// A required size object {"rel_width", "rel_height"} under `key`.
-void readSize(const ObjectPtr& parent, const std::string& key, SizeF& out);
-
-/// A key from its own object: "device", "text", "scan_code", "virtual_key",
-/// all required, read in this order. The reserved fields are not touched.
-void readKey(const ObjectPtr& keyObject, ConfigKey& out);
-
-/// A required key object under `key`.
-void readKey(const ObjectPtr& parent, const std::string& key, ConfigKey& out);
-
 // --- Writing -------------------------------------------------------------
 
-/// {"rel_x", "rel_y"} as floating-point numbers.
-ObjectPtr pointObject(const PointF& point);
-
-/// {"rel_width", "rel_height"} as floating-point numbers.
-ObjectPtr sizeObject(const SizeF& size);
-
-/// {"device", "text", "virtual_key", "scan_code"}, the codes as integers.
+/// {"device", "text", "virtual_key", "scan_code"}, the codes as integers, as the
+/// key's member table writes it (model/Members.h).
 ObjectPtr keyObject(const ConfigKey& key);
 
 /// A new object without insertion-order preservation (keys come out sorted).

@@ -1,7 +1,8 @@
 #!/usr/bin/env node
-// Writes docs/format.md from docs/keymap.schema.json, the one place that
-// lists members: their types, whether they are required, their defaults and
-// descriptions, and the names a setting allows.
+// Writes docs/format.md from docs/keymap.schema.json, which is written from
+// the library's member tables (docs/schema/KeymapSchema.cpp): the members'
+// types, whether they are required, their defaults and descriptions, and the
+// names a setting allows.
 //
 //   node scripts/gen-format-doc.js                 rewrite docs/format.md
 //   node scripts/gen-format-doc.js --check         fail when docs/format.md is not
@@ -74,7 +75,8 @@ function rows(node, prefix, owner, skip = () => false, flatten = true) {
     const required = (object.required || []).includes(name);
     out.push(`| \`${dotted}\` | ${typeOf(member)} | ${required ? "yes" : "no"} | ${showDefault(member, required)} | ${notes(member, owner + "." + dotted)} |`);
     const target = resolve(member);
-    if (flatten && !ref(member) && target.type === "object" && target.properties) {
+    const shape = ["key", "point", "size"].includes(ref(member));
+    if (flatten && !shape && target.type === "object" && target.properties) {
       out.push(...rows(member, dotted + ".", owner));
     }
   }
@@ -116,7 +118,6 @@ function generate() {
   const commonRows = rows(click, "", "item", (name) => !common.includes(name)).map((line) =>
     line.startsWith("| `type` |") ? line.replace(/\| [^|]* \|$/, `| ${definitions.item.properties.type.description} |`) : line,
   );
-  commonRows.push(...rows(definitions.icon, "icon.", "icon"));
   const topRows = rows(schema, "", "document", () => false, false);
   const keyProps = definitions.key.properties;
   return `# The keymap document format

@@ -143,12 +143,9 @@ std::vector<DoorCase> doorCases() {
         {"macro_lines", "POST", "/api/macro/check", json, "{\"lines\": [\"x\"]}", 200},
         {"item_of_type", "GET", "/api/item?type=Swipehold", {}, "", 200},
         {"item_unknown_type", "GET", "/api/item?type=Unknown", {}, "", 404},
-        {"key_keyboard",
-         "GET",
-         "/api/key?device=keyboard&scan_code=30&virtual_key=65",
-         {},
-         "",
-         200},
+        {"key_keyboard", "GET", "/api/key?device=keyboard&scan_code=30", {}, "", 200},
+        {"key_unset", "GET", "/api/key", {}, "", 200},
+        {"key_unknown_device", "GET", "/api/key?device=pen&scan_code=1", {}, "", 422},
         {"key_no_codes", "GET", "/api/key?device=keyboard", {}, "", 422},
         {"key_gamepad_needs_name", "GET", "/api/key?device=joystick", {}, "", 422},
         {"schema", "GET", "/api/schema", {}, "", 200},
@@ -236,9 +233,16 @@ TEST(EditorApi, AnswersCarryWhatThePageNeeds) {
     EXPECT_EQ(badMacro->getValue<int>("line"), 2);
 
     EXPECT_EQ(parseObject(f.call("GET", "/api/types").body)->getArray("types")->size(), 18U);
+    // Keys as the tool builds them: the virtual key from the library's table.
     Poco::JSON::Object::Ptr key =
-        parseObject(f.call("GET", "/api/key?device=keyboard&scan_code=285&virtual_key=17").body);
+        parseObject(f.call("GET", "/api/key?device=keyboard&scan_code=285").body);
     EXPECT_EQ(key->getValue<std::string>("text"), km::CreateConfigKey("keyboard", 17, 285).text);
+    EXPECT_EQ(key->getValue<int>("virtual_key"), 17);
+    Poco::JSON::Object::Ptr wheel =
+        parseObject(f.call("GET", "/api/key?device=mouse&scan_code=548").body);
+    EXPECT_EQ(wheel->getValue<int>("virtual_key"), -1);
+    Poco::JSON::Object::Ptr unset = parseObject(f.call("GET", "/api/key").body);
+    EXPECT_EQ(unset->getValue<int>("virtual_key"), km::kUnsetKeyCode);
     Poco::JSON::Object::Ptr pad =
         parseObject(f.call("GET", "/api/key?device=joystick&text=LB").body);
     EXPECT_EQ(pad->getValue<std::string>("text"), "LB");

@@ -5,7 +5,6 @@
 #ifndef ZUNO_KEYMAPMANAGER_TESTS_ITEMFORMATSUPPORT_H
 #define ZUNO_KEYMAPMANAGER_TESTS_ITEMFORMATSUPPORT_H
 
-#include <initializer_list>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -23,12 +22,13 @@ inline std::string text(const Poco::Dynamic::Var& value) {
     return out.str();
 }
 
-/// The object holding the member at a '/'-separated path, and its name.
+/// The object holding the member at a '/'-separated path, and its name; null
+/// when the path leaves the objects.
 inline Poco::JSON::Object::Ptr parentOf(Poco::JSON::Object::Ptr object, const std::string& path,
                                         std::string& last) {
     std::istringstream parts(path);
     std::getline(parts, last, '/');
-    for (std::string next; std::getline(parts, next, '/'); last = next) {
+    for (std::string next; object && std::getline(parts, next, '/'); last = next) {
         object = object->getObject(last);
     }
     return object;
@@ -81,18 +81,6 @@ inline std::string valueAt(Poco::JSON::Object::Ptr object, const std::string& pa
     return object && object->has(last) ? text(object->get(last)) : "absent";
 }
 
-/// Checks that a fresh item of `type` writes `own` besides the members every
-/// item shares (`dropped` lists the shared members the comparison leaves out).
-inline void expectFreshForm(const std::string& type, const std::string& own,
-                            std::initializer_list<const char*> dropped) {
-    Poco::JSON::Object::Ptr written = parseObject(freshItemText(type));
-    for (const char* common : dropped) {
-        written->remove(common);
-    }
-    const std::string expected = R"({"type": ")" + type + "\", " + own + "}";
-    EXPECT_EQ(text(written), text(parseObject(expected))) << type;
-}
-
 /// Checks that `item` survives a load and a save unchanged.
 inline void expectRoundTrip(const Poco::JSON::Object::Ptr& item) {
     CallbackRecorder recorder;
@@ -100,61 +88,6 @@ inline void expectRoundTrip(const Poco::JSON::Object::Ptr& item) {
     ASSERT_EQ(doc->items.size(), 1u);
     EXPECT_EQ(text(savedItem(doc.get())), text(item));
     EXPECT_TRUE(recorder.take().empty());
-}
-
-/// How the reader treats one member of an item.
-enum MemberRule {
-    kOptional,   // absent: the load goes on and the default stays
-    kRequired,   // absent: the load fails at this element
-    kWrongKind,  // given as a number where an object or array belongs: the load fails
-};
-
-/// Breaks the member at `path` of the full item `item` as `rule` says, loads it
-/// between two good items, and checks what the document kept.
-inline void expectMemberRule(const std::string& type, Poco::JSON::Object::Ptr item,
-                             const std::string& path, MemberRule rule) {
-    SCOPED_TRACE(type + " " + path + " rule " + std::to_string(rule));
-    std::string last;
-    Poco::JSON::Object::Ptr parent = parentOf(item, path, last);
-    if (rule == kWrongKind) {
-        parent->set(last, 5);
-    } else {
-        parent->remove(last);
-    }
-    const std::string neighbour = freshItemText("Observe");
-    CallbackRecorder recorder;
-    DocPtr doc = loadText(documentWith(neighbour + "," + text(item) + "," + neighbour));
-    if (rule == kOptional) {
-        EXPECT_TRUE(recorder.take().empty());
-        ASSERT_EQ(doc->items.size(), 3u);
-        EXPECT_EQ(valueAt(savedItem(doc.get(), 1), path),
-                  valueAt(parseObject(freshItemText(type)), path));
-    } else {
-        // The failing element and everything after it are dropped.
-        EXPECT_EQ(recorder.take().size(), 1u);
-        ASSERT_EQ(doc->items.size(), 1u);
-        EXPECT_EQ(doc->items[0]->type, "Observe");
-    }
-}
-
-/// expectMemberRule for each row "Type path1R path2R ...", with each path
-/// ending in its rule: '!' required, '?' optional, '#' wrong kind.
-template <std::size_t N>
-void expectMemberRules(const char* const (&rows)[N],
-                       Poco::JSON::Object::Ptr (*rich)(const std::string&)) {
-    for (const char* row : rows) {
-        std::istringstream in(row);
-        std::string type, path;
-        in >> type;
-        while (in >> path) {
-            const char rule = path.back();
-            path.pop_back();
-            expectMemberRule(type, rich(type), path,
-                             rule == '!'   ? kRequired
-                             : rule == '?' ? kOptional
-                                           : kWrongKind);
-        }
-    }
 }
 
 }  // namespace testsupport

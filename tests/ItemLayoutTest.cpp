@@ -47,7 +47,7 @@ TEST(ItemLayout, EverySlotIsTheMemberItsPathNames) {
         }
         const auto& points = km::PointSlotsOf(*item);
         for (std::size_t k = 0; k < points.size(); ++k) {
-            if (points[k].point != nullptr) {
+            if (!points[k].isText) {
                 *points[k].point(*item) = {0.125 * static_cast<double>(k + 1), 0.0625};
             }
         }
@@ -71,7 +71,7 @@ TEST(ItemLayout, EverySlotIsTheMemberItsPathNames) {
         for (std::size_t k = 0; k < points.size(); ++k) {
             const Poco::Dynamic::Var written = memberAt(json, points[k].path);
             ASSERT_FALSE(written.isEmpty()) << points[k].path;
-            if (points[k].point != nullptr) {
+            if (!points[k].isText) {
                 EXPECT_EQ(written.extract<Poco::JSON::Object::Ptr>()->getValue<double>("rel_x"),
                           0.125 * static_cast<double>(k + 1))
                     << points[k].path;

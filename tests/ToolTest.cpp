@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <fstream>
 #include <list>
+#include <set>
 #include <thread>
 
 #include <Poco/Pipe.h>
@@ -286,6 +287,26 @@ TEST(Tool, CheckWritesTheSameReportAsJson) {
     EXPECT_GT(finding->getValue<int>("column"), 0);
     EXPECT_TRUE(documents->getObject(1)->getValue<bool>("loaded"));
     EXPECT_EQ(documents->getObject(1)->getArray("collisions")->size(), 0u);
+}
+
+// The keys the library's own items start with are what `key` builds from the
+// same device and code: the tool, the editor and the library share one table.
+TEST(Tool, KeysAreTheLibrarysOwn) {
+    std::set<std::pair<std::string, int>> seen;
+    for (const std::string_view type : km::kDocumentItemTypeNames) {
+        std::unique_ptr<km::ConfigItem> fresh(km::CreateConfigItem(std::string(type)));
+        for (const km::KeyTrigger& trigger : km::KeyTriggersOf(*fresh)) {
+            const km::ConfigKey& key = trigger.first;
+            if (key.device == "joystick" || !seen.emplace(key.device, key.scan_code).second) {
+                continue;
+            }
+            SCOPED_TRACE(std::string(type) + " " + trigger.role);
+            const Result result = run({"key", key.device, std::to_string(key.scan_code)});
+            ASSERT_EQ(result.status, 0) << result.err;
+            EXPECT_EQ(stringify(*parseObject(result.out)), stringify(*km::KeyToJson(key)));
+        }
+    }
+    EXPECT_GE(seen.size(), 5u) << "keyboard keys, mouse buttons and the wheel";
 }
 
 // File names are UTF-8 as the user typed them, and what the tool writes is

@@ -50,6 +50,7 @@
 
 // The manager and the free functions.
 #include "zuno-keymapmanager/api/Functions.h"
+#include "zuno-keymapmanager/api/KeyObjects.h"
 #include "zuno-keymapmanager/api/KeyTriggers.h"
 #include "zuno-keymapmanager/api/KeymapCheck.h"
 #include "zuno-keymapmanager/api/KeymapManager.h"

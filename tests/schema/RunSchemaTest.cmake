@@ -1,13 +1,9 @@
-# Installs the JSON Schema validator (ajv, from npm) into the build tree once,
-# then runs validate.js. Expects NODE, NPM, NPM_DIR, SCHEMA, TOOL and EXAMPLES.
+# Installs the JSON Schema validator (ajv, pinned by this folder's lock file)
+# into NPM_DIR with npm ci, once per lock, then runs validate.js. Expects
+# NODE, NPM, NPM_DIR, SCHEMA, TOOL and EXAMPLES.
 
-if(NOT EXISTS ${NPM_DIR}/node_modules/ajv/package.json)
-    execute_process(COMMAND ${NPM} install --prefix ${NPM_DIR} --no-audit --no-fund --loglevel=error ajv@8
-        RESULT_VARIABLE result)
-    if(NOT result EQUAL 0)
-        message(FATAL_ERROR "npm install ajv@8 failed (${result})")
-    endif()
-endif()
+include(${CMAKE_CURRENT_LIST_DIR}/../NpmCi.cmake)
+zuno_km_npm_ci(${CMAKE_CURRENT_LIST_DIR} ${NPM_DIR})
 
 file(GLOB examples ${EXAMPLES}/*.json)
 execute_process(

@@ -17,7 +17,11 @@ const Ajv = require("ajv");
 
 const [schemaPath, tool, ...examples] = process.argv.slice(2);
 const ajv = new Ajv({ allErrors: true, strict: true });
-const validate = ajv.compile(JSON.parse(fs.readFileSync(schemaPath, "utf8")));
+// The editor's annotations: the group a member is shown in and its unit.
+ajv.addKeyword("x-group");
+ajv.addKeyword("x-unit");
+const schema = JSON.parse(fs.readFileSync(schemaPath, "utf8"));
+const validate = ajv.compile(schema);
 const run = (...args) => execFileSync(tool, args, { encoding: "utf8" });
 const tmp = fs.mkdtempSync(path.join(os.tmpdir(), "zuno-schema-"));
 
@@ -39,24 +43,49 @@ function saved(text, joystick) {
   return JSON.parse(run("fmt", ...(joystick ? ["--joystick"] : []), file));
 }
 
-// Every item type, with the members that are written only when set.
+// Every item type, with the members that are written only when set: each
+// optional member the schema lists and a fresh item lacks gets a value that
+// counts as set (a key, non-zero numbers, a line), as does an empty list.
+const definitions = schema.definitions;
+const resolve = (node) => (node.$ref ? definitions[node.$ref.replace("#/definitions/", "")] : node);
 const ctrl = { device: "keyboard", text: "Ctrl", virtual_key: 17, scan_code: 29 };
+function example(node) {
+  if (node.$ref === "#/definitions/key") return ctrl;
+  const target = resolve(node);
+  if (target.enum) return target.enum.find((name) => name !== "");
+  switch (target.type) {
+    case "object":
+      return Object.fromEntries(Object.entries(target.properties).map(([name, member]) => [name, example(member)]));
+    case "array":
+      return ["sleep 10"];
+    case "number":
+      return 0.5;
+    case "integer":
+      return 1;
+    case "boolean":
+      return true;
+    default:
+      return "1,2";
+  }
+}
+function fill(value, node) {
+  const target = resolve(node);
+  if (node.$ref === "#/definitions/key" || target.type !== "object") return;
+  for (const [name, member] of Object.entries(target.properties)) {
+    // Of the keys, only second keys are left out when unset; others are always written.
+    const droppedKey = member.$ref === "#/definitions/key" && name !== "second_key";
+    if ((!(name in value) && !droppedKey) || (Array.isArray(value[name]) && value[name].length === 0)) {
+      value[name] = example(member);
+    } else if (value[name] && typeof value[name] === "object" && !Array.isArray(value[name])) {
+      fill(value[name], member);
+    }
+  }
+}
 const types = run("new", "--list").trim().split("\n");
 const items = types.map((type) => {
   const item = JSON.parse(run("new", type));
   item.key = item.key.device ? item.key : { device: "keyboard", text: "Q", virtual_key: 81, scan_code: 16 };
-  if ("positive_key" in item) {
-    item.positive_key.second_key = ctrl;
-  } else if (!("top_key" in item) && item.key.device !== "joystick" && type !== "Fire" && type !== "RightWalk") {
-    item.second_key = ctrl;
-  }
-  if (type === "Spell") {
-    item.tap_info = { seq: "1,2", factor: 0.5, distance_ratio: 0.25, rel_center_pos: { rel_x: 0.5, rel_y: 0.5 } };
-  }
-  if (type === "Macro") {
-    item.press_actions = ["sleep 10"];
-    item.release_actions = ["release_all"];
-  }
+  fill(item, definitions[type]);
   return item;
 });
 const every = saved(JSON.stringify({ info: { background_color: "000000FF", visibility: true }, keymaps: items }), false);

@@ -4,9 +4,11 @@
 // zuno-keymap add: a new item appended to a document file.
 //
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <Poco/JSON/Array.h>
@@ -39,6 +41,32 @@ std::vector<std::string> keySlots(const km::ConfigItem& item) {
         }
     }
     return paths;
+}
+
+// The --key order of every type, types of one order on one line.
+std::string keyOrders() {
+    std::vector<std::pair<std::string, std::string>> orders;  // slot names, types
+    for (const km::ItemDeclaration& declaration : km::ItemDeclarations()) {
+        std::unique_ptr<km::ConfigItem> item(declaration.make());
+        std::string slots;
+        for (const km::KeySlot& slot : km::KeySlotsOf(*item)) {
+            if (slot.fires() || slot.role == km::KeyRole::SecondKey) {
+                slots.append(slots.empty() ? "" : ", ").append(slot.name);
+            }
+        }
+        const auto same = [&slots](const auto& order) { return order.first == slots; };
+        const auto found = std::find_if(orders.begin(), orders.end(), same);
+        if (found == orders.end()) {
+            orders.emplace_back(slots, item->type);
+        } else {
+            found->second.append(", ").append(item->type);
+        }
+    }
+    std::string text;
+    for (const auto& [slots, types] : orders) {
+        text.append("  ").append(types).append(":\n    ").append(slots).append("\n");
+    }
+    return text;
 }
 
 int runAdd(const AddOptions& options) {
@@ -94,14 +122,10 @@ void AddAddCommand(CLI::App& app) {
         "keymaps[N], for 'zuno-keymap set'. The document must still load through the\n"
         "library, or FILE is left as it was.\n\n"
         "--key names the keys that fire the item, as 'zuno-keymap key' reads them\n"
-        "(Q, Space, mouse:left, joystick:A), in this order:\n"
-        "  Swipehold, Eye, Gravity: top, right, bottom, left (W D S A)\n"
-        "  Wheel, Zoom: positive, negative\n"
-        "  Click, BunchClick, Tip, Staring, Spell, SpellCancel, Macro, Curve, Observe:\n"
-        "    the key, then the other key of a combination\n"
-        "  every other type: the key\n"
-        "--at places the item's marker, its touch point and the points that go with\n"
-        "them (a skill's cast point, a stroke's start and end) together.\n");
+        "(Q, Space, mouse:left, joystick:A), in this order:\n" +
+            keyOrders() +
+            "--at places the item's marker, its touch point and the points that go with\n"
+            "them (a skill's cast point, a stroke's start and end) together.\n");
     command.add_option("FILE", options->file, "the document file")->required();
     command.add_option("TYPE", options->type, "the item type (see 'new --list')")->required();
     command.add_option("--key", options->keys, "a key of the item; give it once per key")

@@ -158,11 +158,7 @@ bool SaveTo(const std::string& command, const std::string& path, km::KeymapConfi
 }
 
 std::vector<std::string> ItemTypes() {
-    std::vector<std::string> types;
-    for (std::size_t i = 1; i < km::kItemTypeNames.size(); ++i) {
-        types.emplace_back(km::kItemTypeNames[i]);
-    }
-    return types;
+    return {km::kDocumentItemTypeNames.begin(), km::kDocumentItemTypeNames.end()};
 }
 
 bool ParseInt(const std::string& text, int& value) {

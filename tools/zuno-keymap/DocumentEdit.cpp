@@ -165,7 +165,7 @@ int SetMember(const std::string& command, const Object::Ptr& root, const std::st
         if (!KeyFromText(value, joystick, key, error)) {
             return UsageError(command, error);
         }
-        newValue = KeyToJson(key);
+        newValue = km::KeyToJson(key);
     }
     if (last.name.empty()) {
         Array::Ptr array = container.extract<Array::Ptr>();

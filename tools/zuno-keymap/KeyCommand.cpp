@@ -57,7 +57,7 @@ int runKey(const KeyOptions& options) {
             return UsageError("key", "VIRTUALKEY goes with a numeric CODE, and is a number itself");
         }
     }
-    Poco::JSON::Stringifier::stringify(KeyToJson(key), std::cout);
+    Poco::JSON::Stringifier::stringify(km::KeyToJson(key), std::cout);
     std::cout << "\n";
     return kClean;
 }

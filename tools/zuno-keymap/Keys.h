@@ -1,8 +1,7 @@
 //
 // Keys.h
 //
-// Keys by name: the library's captions read backwards, and the Windows
-// virtual-key code that goes with each scan code.
+// Keys by name: the library's captions read backwards.
 //
 
 #ifndef ZUNO_KEYMAP_TOOL_KEYS_H
@@ -12,8 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include <Poco/JSON/Object.h>
-
 #include "Common.h"
 
 namespace zunokeymap {
@@ -21,16 +18,12 @@ namespace zunokeymap {
 /// "keyboard", "mouse", "joystick".
 bool IsDevice(const std::string& device);
 
-/// The Windows virtual-key code of the key with `code` on `device`, or
-/// kUnsetKeyCode for a code the table does not hold.
-int VirtualKeyOf(const std::string& device, int code);
-
 /// The key named `name` on `device`. A number is a scan code (button code
 /// on the mouse); otherwise the name is a caption of the library ("Q",
 /// "Ctrl", "left_mouse"), in any case, with "_mouse" and "Direction_" left
 /// off where the caption has them ("left", "up"). Gamepad controls are named
 /// by the host, so any name is taken there. The key gets its virtual key
-/// from VirtualKeyOf and its caption from the library. False, with `error`
+/// and its caption from the library. False, with `error`
 /// set, when there is no such key.
 bool KeyNamed(const std::string& device, const std::string& name, km::ConfigKey& key,
               std::string& error);
@@ -41,9 +34,6 @@ bool KeyFromText(const std::string& text, bool joystick, km::ConfigKey& key, std
 
 /// The names and codes of `device` (keyboard and mouse), by code.
 std::vector<std::pair<std::string, int>> KeyNames(const std::string& device);
-
-/// The key as a document writes it.
-Poco::JSON::Object::Ptr KeyToJson(const km::ConfigKey& key);
 
 }  // namespace zunokeymap
 

@@ -13,6 +13,7 @@
 #include <Poco/JSON/Object.h>
 
 #include "zuno-keymapmanager/Export.h"
+#include "zuno-keymapmanager/model/Members.h"
 
 namespace zunokeymapmanager {
 
@@ -48,6 +49,9 @@ public:
     /// "is_joystick" and "transparent_joystick"; a keyboard document writes
     /// everything but "transparent_joystick".
     Poco::JSON::Object ConvertToJsonObject() const;
+
+    /// Its members, in reading order (model/Members.h).
+    static const MemberTable& Members();
 };
 
 }  // namespace zunokeymapmanager

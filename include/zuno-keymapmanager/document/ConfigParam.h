@@ -12,6 +12,7 @@
 #include <Poco/JSON/Object.h>
 
 #include "zuno-keymapmanager/Export.h"
+#include "zuno-keymapmanager/model/Members.h"
 
 namespace zunokeymapmanager {
 
@@ -41,6 +42,9 @@ public:
 
     /// An empty object for a gamepad document, else both policy objects.
     Poco::JSON::Object ConvertToJsonObject(bool isJoystick) const;
+
+    /// Its members, in reading order (model/Members.h).
+    static const MemberTable& Members();
 };
 
 }  // namespace zunokeymapmanager

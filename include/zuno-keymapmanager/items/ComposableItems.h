@@ -35,6 +35,9 @@ public:
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
 
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
+
     /// True when the item key matches `a` and no second key is set.
     bool MatchConfigKey(const ConfigKey& a) override;
 
@@ -68,6 +71,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
     bool IsInvalid() const override;
     bool MatchConfigKey(const ConfigKey& a) override;
     bool MatchComposableConfigKey(const ConfigKey& a, const ConfigKey& b) override;

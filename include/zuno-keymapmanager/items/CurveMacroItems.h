@@ -39,6 +39,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
 };
 
 class ZUNO_KM_API MacroConfigItem : public ComposableConfigItem
@@ -62,6 +65,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
 };
 
 }  // namespace zunokeymapmanager

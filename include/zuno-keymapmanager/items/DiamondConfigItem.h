@@ -39,13 +39,6 @@ protected:
 
     /// Whether `other` matches a direction key, tried top, bottom, left, right.
     bool MatchDirectionKey(const ConfigKey& other) const;
-
-    /// Reads "top_key", "bottom_key", "left_key" and "right_key" (in that
-    /// order), each required when `required`, else read only when present.
-    void ReadDirectionKeys(const Poco::JSON::Object::Ptr& object, bool required);
-
-    /// Writes the four direction keys into `object`.
-    void WriteDirectionKeys(Poco::JSON::Object& object) const;
 };
 
 }  // namespace zunokeymapmanager

@@ -27,6 +27,9 @@ struct FireSwipeholdInfo
     std::int32_t steps = 6;
     InvalidZoneInfo invalid_zone_info;
     ///@}
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 struct FireOption
@@ -37,6 +40,9 @@ struct FireOption
     ///@{
     std::string fire_range_policy = "Fire_range_unlimited";
     ///@}
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 class ZUNO_KM_API FireConfigItem : public ConfigItem
@@ -60,6 +66,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
 };
 
 }  // namespace zunokeymapmanager

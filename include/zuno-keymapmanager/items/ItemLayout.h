@@ -1,14 +1,15 @@
 //
 // ItemLayout.h
 //
-// Where an item keeps its keys and its points on the screen. Every tool that
-// binds keys, finds the keys that fire an item, draws it or moves it reads
-// these lists, so a type's keys and points are named in one place.
+// Where an item keeps its keys and its points on the screen, as its class's
+// member tables declare them (model/Members.h). Every tool that binds keys,
+// finds the keys that fire an item, draws it or moves it reads these lists.
 //
 
 #ifndef ZUNO_KEYMAPMANAGER_ITEMS_ITEMLAYOUT_H
 #define ZUNO_KEYMAPMANAGER_ITEMS_ITEMLAYOUT_H
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -17,37 +18,46 @@
 #include "zuno-keymapmanager/model/ConfigItem.h"
 #include "zuno-keymapmanager/model/ConfigKey.h"
 #include "zuno-keymapmanager/model/Geometry.h"
+#include "zuno-keymapmanager/model/Members.h"
 
 namespace zunokeymapmanager {
 
-/// What a key member does for its item.
-enum class KeyRole {
-    Key,            ///< fires the item, alone or with its second key
-    SecondKey,      ///< the other key of a combination with a Key
-    Direction,      ///< one of four direction keys, each firing the item alone
-    PairKey,        ///< one side of a pair, alone or with its second key
-    PairSecondKey,  ///< the other key of a side's combination
-    Carried,        ///< kept and written, but the item's own keys replace it
+struct ZUNO_KM_API MemberPath
+/// Where a member lives in an item: from the item to the owner of the
+/// member's table, then through the members that hold it.
+{
+    void* (*owner)(ConfigItem& item) = nullptr;  ///< the owner of the first table
+    std::array<void* (*)(void*), 4> steps{};     ///< from one member to the next
+    std::size_t depth = 0;                       ///< how many `steps` there are
+
+    /// The member in `item`.
+    void* in(ConfigItem& item) const {
+        void* at = owner(item);
+        for (std::size_t i = 0; i < depth; ++i) {
+            at = steps[i](at);
+        }
+        return at;
+    }
 };
 
 struct ZUNO_KM_API KeySlot
 /// One key member of an item.
 {
-    const char* path;  ///< the member's path in the item's JSON object ("positive_key.key")
+    std::string path;  ///< the member's path in the item's JSON object ("positive_key.key")
     /// How people name it: "key", "top", "right", "bottom", "left", "positive",
     /// "negative" for the keys that fire the item; "second", "positive second",
     /// "negative second" for second keys.
-    const char* name;
-    KeyRole role;                        ///< what the key does for the item
-    int second;                          ///< the slot of this key's second key, or -1
-    ConfigKey& (*at)(ConfigItem& item);  ///< the member in `item`
+    std::string name;
+    KeyRole role = KeyRole::Key;  ///< what the key does for the item
+    int second = -1;              ///< the slot of this key's second key, or -1
+    MemberPath at;                ///< where the key lives in the item
 
-    /// The member in `item`, which must be of a type this slot belongs to.
+    /// The member in `item`, which must be of the type the slot was listed for.
     ///@{
-    ConfigKey& in(ConfigItem& item) const { return at(item); }
+    ConfigKey& in(ConfigItem& item) const { return *static_cast<ConfigKey*>(at.in(item)); }
     const ConfigKey& in(const ConfigItem& item) const {
-        // Only reads through the reference: the accessor is shared by both.
-        return at(const_cast<ConfigItem&>(item));  // NOLINT(cppcoreguidelines-pro-type-const-cast)
+        // Only reads through the reference: the path serves both.
+        return in(const_cast<ConfigItem&>(item));  // NOLINT(cppcoreguidelines-pro-type-const-cast)
     }
     ///@}
 
@@ -61,17 +71,27 @@ struct ZUNO_KM_API PointSlot
 /// One point of an item on the screen, in relative coordinates: a point
 /// member, or a text member that lists points ("(x,y);(x,y)").
 {
-    const char* path;  ///< the member's path in the item's JSON object ("spell_info.rel_position")
+    std::string path;  ///< the member's path in the item's JSON object ("spell_info.rel_position")
     /// How people name it: "marker", "touch point", "cast point", "drag centre", ...
-    const char* name;
+    std::string name;
     /// Whether it goes along when the item is moved. A point that does not
     /// (a measurement point on the screen) belongs to the screen, not the item.
-    bool moves;
+    bool moves = false;
     /// Whether (0, 0) stands for "not set" (a drag centre then means the
     /// touch point): such a point is left alone while it is not set.
-    bool nullIsUnset;
-    PointF* (*point)(ConfigItem& item);      ///< the point member, or null for a text
-    std::string* (*text)(ConfigItem& item);  ///< the text member, or null for a point
+    bool nullIsUnset = false;
+    bool isText = false;  ///< a text that lists points, not a point
+    MemberPath at;        ///< where the member lives in the item
+
+    /// The member in `item`: the point, or null for a text; the text, or null for a point.
+    ///@{
+    PointF* point(ConfigItem& item) const {
+        return isText ? nullptr : static_cast<PointF*>(at.in(item));
+    }
+    std::string* text(ConfigItem& item) const {
+        return isText ? static_cast<std::string*>(at.in(item)) : nullptr;
+    }
+    ///@}
 };
 
 /// The key members of `item`, in the order people name them: the key before
@@ -79,8 +99,8 @@ struct ZUNO_KM_API PointSlot
 /// keys clockwise from the top.
 ZUNO_KM_API const std::vector<KeySlot>& KeySlotsOf(const ConfigItem& item);
 
-/// The points of `item`: its marker and its touch point first, then the
-/// points of its own type.
+/// The points of `item`, in reading order: its touch point and marker first,
+/// then the points of its own type.
 ZUNO_KM_API const std::vector<PointSlot>& PointSlotsOf(const ConfigItem& item);
 
 /// Moves the whole item by (dx, dy), in fractions of the screen: every point

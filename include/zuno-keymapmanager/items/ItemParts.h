@@ -7,6 +7,9 @@
 #ifndef ZUNO_KEYMAPMANAGER_ITEMS_ITEMPARTS_H
 #define ZUNO_KEYMAPMANAGER_ITEMS_ITEMPARTS_H
 
+#include "zuno-keymapmanager/Export.h"
+#include "zuno-keymapmanager/model/Members.h"
+
 namespace zunokeymapmanager {
 
 struct InvalidZoneInfo
@@ -18,6 +21,9 @@ struct InvalidZoneInfo
     double rel_radius_outside_invalid_zone = 0.01;
     double rel_radius_inside_invalid_zone = 0.005;
     ///@}
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 }  // namespace zunokeymapmanager

@@ -40,6 +40,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
 };
 
 /// The one implementation behind EyeConfigItem and GravityConfigItem; internal.
@@ -62,6 +65,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
     bool IsInvalid() const override;
     bool MatchConfigKey(const ConfigKey& other) override;
 
@@ -85,6 +91,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
     bool IsInvalid() const override;
     bool MatchConfigKey(const ConfigKey& other) override;
 

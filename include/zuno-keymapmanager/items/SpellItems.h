@@ -29,6 +29,9 @@ struct SpellInfo
     double rel_radius = 0.5;
     double range = 60.0;
     ///@}
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 struct SpellSwipeholdInfo
@@ -52,6 +55,9 @@ struct SpellSwipeholdInfo
     std::string in_line_policy = "Use_Both";
     TargetPointInputCompensatoryPolicy target_point_input_compensatory_policy;
     ///@}
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 struct SpellOption
@@ -67,6 +73,9 @@ struct SpellOption
     std::string spell_trigger_policy = "Spell_Trigger_On_Release_Key";
     std::string spell_touch_location_policy = "Spell_touch_location_mouse_dependence";
     ///@}
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 struct TapInfo
@@ -81,6 +90,9 @@ struct TapInfo
     double distance_ratio = 0.0;
     std::string seq;
     ///@}
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 class ZUNO_KM_API SpellConfigItem : public ComposableConfigItem
@@ -101,6 +113,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
 
     /// A new drag item carrying the drag settings, centred on the drag
     /// position as stored (possibly null), with the default direction keys.
@@ -127,6 +142,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
 };
 
 }  // namespace zunokeymapmanager

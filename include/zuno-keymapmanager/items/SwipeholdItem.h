@@ -32,6 +32,9 @@ struct FirstPointPolicy
     std::int32_t idle_before_first_press = 0;
     bool no_press_first_center_point = false;
     ///@}
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 struct SubsequentPointPolicy
@@ -44,6 +47,9 @@ struct SubsequentPointPolicy
     std::int32_t steps = 6;
     std::int32_t period = 16;
     ///@}
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 struct TargetPointInputCompensatoryPolicy
@@ -64,6 +70,9 @@ struct TargetPointInputCompensatoryPolicy
     std::int32_t steps = 3;
     std::int32_t period = 8;
     ///@}
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 class ZUNO_KM_API SwipeholdConfigItem : public DiamondConfigItem
@@ -90,6 +99,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
     bool IsInvalid() const override;
     bool MatchConfigKey(const ConfigKey& other) override;
 

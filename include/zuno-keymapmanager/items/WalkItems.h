@@ -32,6 +32,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
 };
 
 class ZUNO_KM_API JoystickRightEyeConfigItem : public ConfigItem
@@ -55,6 +58,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
 };
 
 struct FirstMovePolicy
@@ -69,6 +75,9 @@ struct FirstMovePolicy
     std::int32_t speed = 100;
     double rel_radius = 0.0;
     ///@}
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 class ZUNO_KM_API MouseRightWalkConfigItem : public ConfigItem
@@ -89,6 +98,9 @@ public:
 
     Poco::JSON::Object ConvertToJsonObject() const override;
     void FillFromJsonObject(const Poco::JSON::Object::Ptr& object) override;
+
+    /// The class's own members, in reading order (model/Members.h).
+    static const MemberTable& Members();
 };
 
 }  // namespace zunokeymapmanager

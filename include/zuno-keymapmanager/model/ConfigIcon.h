@@ -9,9 +9,12 @@
 
 #include <string>
 
+#include "zuno-keymapmanager/Export.h"
 #include "zuno-keymapmanager/model/Geometry.h"
 
 namespace zunokeymapmanager {
+
+struct MemberTable;
 
 /// How an item's icon is drawn over the touch screen ("icon").
 struct ConfigIcon {
@@ -24,6 +27,9 @@ struct ConfigIcon {
     ///@}
     /// Eight hexadecimal digits, RRGGBBAA; not validated.
     std::string background_color = "00000066";
+
+    /// Its members, in reading order (model/Members.h).
+    ZUNO_KM_API static const MemberTable& Members();
 };
 
 }  // namespace zunokeymapmanager

@@ -18,6 +18,8 @@
 
 namespace zunokeymapmanager {
 
+struct MemberTable;
+
 class ZUNO_KM_API ConfigItem
 /// A rule that ties one input key to a gesture on the touch screen.
 ///
@@ -62,6 +64,9 @@ public:
 
     /// True when `other` triggers this item.
     virtual bool MatchConfigKey(const ConfigKey& other);
+
+    /// The members every item has, in reading order (model/Members.h).
+    static const MemberTable& Members();
 };
 
 }  // namespace zunokeymapmanager

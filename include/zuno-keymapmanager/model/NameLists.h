@@ -15,6 +15,7 @@
 #include <array>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace zunokeymapmanager {
 
@@ -44,6 +45,20 @@ inline constexpr std::array<std::string_view, 19> kItemTypeNames{
     "Unknown",       "Click",     "BunchClick", "Swipehold", "Fire",  "Staring", "Spell",
     "SpellCancel",   "RightWalk", "Eye",        "Gravity",   "Macro", "Curve",   "LeftStickWalk",
     "RightStickEye", "Wheel",     "Zoom",       "Observe",   "Tip"};
+
+namespace detail {
+template <std::size_t... I>
+constexpr std::array<std::string_view, sizeof...(I)> itemTypesAfterUnknown(
+    std::index_sequence<I...> /*unused*/) {
+    return {kItemTypeNames[I + 1]...};
+}
+}  // namespace detail
+
+/// The types an item in a document can have, in the order of the type list:
+/// kItemTypeNames without the "Unknown" placeholder at its start, which no
+/// item has.
+inline constexpr std::array<std::string_view, kItemTypeNames.size() - 1> kDocumentItemTypeNames =
+    detail::itemTypesAfterUnknown(std::make_index_sequence<kItemTypeNames.size() - 1>());
 
 enum class DeviceType { Keyboard, Mouse, Joystick };
 

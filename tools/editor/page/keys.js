@@ -1,8 +1,8 @@
 // Turning what the browser reports into the keys the library knows: keyboard
 // keys as PC set-1 scan codes (256 added for extended keys), mouse buttons as
 // the library's button codes, gamepad controls (standard mapping) by name.
-// The caption of every key comes from the server. Pure: no DOM, so that the
-// capture rules can be tested without a browser.
+// The virtual key and the caption of every key come from the server. Pure: no
+// DOM, so that the capture rules can be tested without a browser.
 
 const plain = ['Escape', 'Digit1', 'Digit2', 'Digit3', 'Digit4', 'Digit5', 'Digit6', 'Digit7',
   'Digit8', 'Digit9', 'Digit0', 'Minus', 'Equal', 'Backspace', 'Tab', 'KeyQ', 'KeyW', 'KeyE',
@@ -29,15 +29,13 @@ for (const [code, scan] of Object.entries({
 export function keyboardKey(event) {
   const scan = scanCodes.get(event.code);
   if (scan === undefined) return null;
-  return { device: 'keyboard', scan_code: scan,
-    virtual_key: event.keyCode || modifierKeys[event.code] || 0 };
+  return { device: 'keyboard', scan_code: scan };
 }
 
-// Windows virtual keys of the modifiers, for a modifier known only by its code.
-const modifierKeys = { ControlLeft: 17, ControlRight: 17, ShiftLeft: 16, ShiftRight: 16,
-  AltLeft: 18, AltRight: 18, MetaLeft: 91, MetaRight: 92 };
+const modifierCodes = new Set(['ControlLeft', 'ControlRight', 'ShiftLeft', 'ShiftRight',
+  'AltLeft', 'AltRight', 'MetaLeft', 'MetaRight']);
 
-export const isModifier = (code) => code in modifierKeys;
+export const isModifier = (code) => modifierCodes.has(code);
 
 /// Captures one key or a combination from key events, as a person means it:
 /// a modifier held while another key goes down makes a combination (the
@@ -88,16 +86,16 @@ export function bindingSteps(members) {
   });
 }
 
-// DOM button numbers to the library's mouse codes and their virtual keys.
-const mouseButtons = [[1, 1], [4, 4], [2, 2], [8, 5], [16, 6]];
+// DOM button numbers to the library's mouse codes.
+const mouseButtons = [1, 4, 2, 8, 16];
 
 export function mouseKey(event) {
-  const entry = mouseButtons[event.button];
-  return entry ? { device: 'mouse', scan_code: entry[0], virtual_key: entry[1] } : null;
+  const code = mouseButtons[event.button];
+  return code ? { device: 'mouse', scan_code: code } : null;
 }
 
 export function wheelKey(event) {
-  return { device: 'mouse', scan_code: event.deltaY < 0 ? 548 : 549, virtual_key: -1 };
+  return { device: 'mouse', scan_code: event.deltaY < 0 ? 548 : 549 };
 }
 
 // Button names of the standard gamepad mapping.

@@ -83,6 +83,8 @@ const itemPanel = new Panel($('panel'), {
   change: (member, value, id) => send(op.set(id, member, value)),
   remove: (member, id) => send(op.remove(id, member)),
   bind: (members, id) => bindMembers(id, members),
+  // The library says what no key is.
+  clearKey: async (member, id) => send(op.set(id, member, await unsetKey())),
   macroCheck: (lines) => api.macroCheck(lines),
   macroRunning: (lines) => api.macroRunning(lines),
 });
@@ -108,6 +110,12 @@ const list = new ItemList($('items'), {
   reorder: (id, to) => { if (to >= 0 && to < store.get().ids.length) send(op.reorder(id, to)); },
 });
 
+// The library's writing of an unset key, asked once and kept.
+let unsetKeyAnswer;
+const unsetKey = () => (unsetKeyAnswer ||= api.key({ device: '' }).catch((error) => {
+  unsetKeyAnswer = null;
+  throw error;
+}));
 const capture = new KeyCapture($('capture'), (params) => api.key(params));
 const tester = new TestMode(store, api);
 const macro = new MacroTools(store, {
@@ -228,18 +236,17 @@ function bindItem(id) {
 
 async function bindMembers(id, members, lead = '') {
   const group = gestures.next('bind');
-  const unset = resolve(schema, { $ref: '#/definitions/key' }).default ||
-    { device: '', text: '', virtual_key: 2147483647, scan_code: 2147483647 };
   for (const step of bindingSteps(members)) {
     const keys = await capture.capture(lead + step.prompt, { chord: step.members.length > 1 });
     if (!keys) return;  // cancelled: what is bound so far stays
     const state = store.get();
     const item = state.doc.keymaps[indexOf(state, id)] || {};
-    step.members.forEach((member, k) => {
+    for (const [k, member] of step.members.entries()) {
       // A single key for a combination's step clears the second key, if there is one.
       const present = member.split('.').reduce((at, name) => (at ? at[name] : undefined), item);
-      if (keys[k] || (present && present.device)) send(op.set(id, member, keys[k] || unset, group));
-    });
+      if (keys[k]) send(op.set(id, member, keys[k], group));
+      else if (present && present.device) send(op.set(id, member, await unsetKey(), group));
+    }
     lead = '';
   }
 }

@@ -315,7 +315,7 @@ export class Panel {
     const second = member === 'key' ? 'second_key' : member.endsWith('.key') ? member.replace(/key$/, 'second_key') : null;
     bind.addEventListener('click', () => this.handlers.bind(second && this.keyMembers.includes(second) ? [member, second] : [member], this.target));
     const clear = element('button', { type: 'button', text: 'Clear', 'aria-label': `Clear ${labelOf(f.name, f.node)}` });
-    clear.addEventListener('click', () => this.handlers.change(member, defaultOf(this.schema, { $ref: '#/definitions/key' }), this.target));
+    clear.addEventListener('click', () => this.handlers.clearKey(member, this.target));
     this.updaters.set(member, (v) => { shown.textContent = keyCaption(v); });
     const control = element('div', { class: 'key-field', role: 'group', 'aria-label': labelOf(f.name, f.node) }, shown, bind, clear);
     return this.row(member, f, control);

@@ -151,10 +151,10 @@ bool readInt(const std::string& text, int& value) {
     return true;
 }
 
-// The key that `get` ("device", "scan_code", "virtual_key", "text") names,
+// The key that `get` ("device", "scan_code" or "text") names,
 // built by the library; false with the reason when it names none.
 template <typename Get>
-bool keyOf(Get get, km::ConfigKey& key, std::string& error) {
+bool keyOf(Get get, km::ConfigKey& key, std::string& error, bool noneAllowed) {
     const std::string device = get("device");
     if (device == "joystick") {
         const std::string text = get("text");
@@ -166,16 +166,21 @@ bool keyOf(Get get, km::ConfigKey& key, std::string& error) {
         return true;
     }
     if (device == "keyboard" || device == "mouse") {
+        // The virtual key comes from the library's table, as in the tool.
         int scanCode = 0;
-        int virtualKey = 0;
-        if (!readInt(get("scan_code"), scanCode) || !readInt(get("virtual_key"), virtualKey)) {
-            error = "a keyboard or mouse key needs scan_code and virtual_key";
+        if (!readInt(get("scan_code"), scanCode)) {
+            error = "a keyboard or mouse key needs scan_code";
             return false;
         }
-        key = km::CreateConfigKey(device, virtualKey, scanCode);
+        key = km::KeyOfCode(device, scanCode);
         return true;
     }
-    error = "device must be keyboard, mouse or joystick";
+    if (device.empty() && noneAllowed) {
+        key = km::ConfigKey();
+        return true;
+    }
+    error = noneAllowed ? "device must be keyboard, mouse or joystick, or empty for no key"
+                        : "device must be keyboard, mouse or joystick";
     return false;
 }
 
@@ -580,8 +585,8 @@ HttpResponse EditorApi::getSchema(const HttpRequest&) {
 
 HttpResponse EditorApi::getTypes(const HttpRequest&) {
     Array::Ptr types = new Array();
-    for (std::size_t i = 1; i < km::kItemTypeNames.size(); ++i) {
-        types->add(std::string(km::kItemTypeNames[i]));
+    for (const std::string_view type : km::kDocumentItemTypeNames) {
+        types->add(std::string(type));
     }
     Object::Ptr body = newObject();
     body->set("types", types);
@@ -591,7 +596,7 @@ HttpResponse EditorApi::getTypes(const HttpRequest&) {
 HttpResponse EditorApi::getItem(const HttpRequest& request) {
     const std::string type = request.query("type");
     std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(type));
-    if (!item || type == "Unknown") {
+    if (!item) {
         return respondError(404, "no item type '" + type + "'");
     }
     return respondJson(200, item->ConvertToJsonObject());
@@ -600,13 +605,10 @@ HttpResponse EditorApi::getItem(const HttpRequest& request) {
 HttpResponse EditorApi::getKey(const HttpRequest& request) {
     km::ConfigKey key;
     std::string error;
-    if (!keyOf([&request](const char* name) { return request.query(name); }, key, error)) {
+    if (!keyOf([&request](const char* name) { return request.query(name); }, key, error, true)) {
         return respondError(422, error);
     }
-    // Written by the library's own item writer, so the key has the saved form.
-    std::unique_ptr<km::ConfigItem> carrier(km::CreateConfigItem("Click"));
-    carrier->key = key;
-    return respondJson(200, carrier->ConvertToJsonObject().get("key"));
+    return respondJson(200, km::KeyToJson(key));
 }
 
 HttpResponse EditorApi::postMacroCheck(const HttpRequest& request) {
@@ -703,7 +705,7 @@ HttpResponse EditorApi::postTrigger(const HttpRequest& request) {
             return params.isNull() || !params->has(name) ? std::string()
                                                          : params->get(name).toString();
         };
-        if (!keyOf(get, key, why)) {
+        if (!keyOf(get, key, why, false)) {
             return respondError(422, why);
         }
     }

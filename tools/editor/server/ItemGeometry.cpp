@@ -141,7 +141,7 @@ Object::Ptr ShapesJson() {
         }
         Array::Ptr list = new Array();
         for (const km::PointSlot& slot : km::PointSlotsOf(*fresh)) {
-            list->add(entry(slot.point != nullptr ? "point" : "points", slot.path, slot.name,
+            list->add(entry(!slot.isText ? "point" : "points", slot.path, slot.name,
                             slot.moves, slot.nullIsUnset, ""));
         }
         for (const Length& length : LengthsOf(type)) {
@@ -186,7 +186,7 @@ bool MovePointBy(km::ConfigItem& item, const std::string& member, int point, dou
     if (slot == slots.end()) {
         return false;
     }
-    if (slot->text != nullptr) {
+    if (slot->isText) {
         // Only point number `point` moves: the text around it is kept.
         std::string& text = *slot->text(item);
         std::size_t open = std::string::npos;

@@ -1,0 +1,29 @@
+//
+// MemberIO.h
+//
+// The one reader and the one writer of every member table: item classes,
+// settings blocks, keys, points, the document's info and parameters.
+//
+
+#ifndef ZUNO_KEYMAPMANAGER_MODEL_MEMBERIO_H
+#define ZUNO_KEYMAPMANAGER_MODEL_MEMBERIO_H
+
+#include <Poco/JSON/Object.h>
+
+#include "zuno-keymapmanager/model/Members.h"
+
+namespace zunokeymapmanager {
+
+/// Reads the members of `table` from `object` into `owner` (an object of the
+/// table's class), in the table's order: a required member must be there,
+/// an optional one is read only when present. Raises what the readers of
+/// model/JsonIO.h raise; members read before keep their new values.
+void ReadMembers(const MemberTable& table, void* owner, const Poco::JSON::Object::Ptr& object);
+
+/// Writes the members of `table` from `owner` into `object`, each unless its
+/// condition says otherwise.
+void WriteMembers(const MemberTable& table, const void* owner, Poco::JSON::Object& object);
+
+}  // namespace zunokeymapmanager
+
+#endif  // ZUNO_KEYMAPMANAGER_MODEL_MEMBERIO_H
