@@ -141,8 +141,8 @@ Object::Ptr ShapesJson() {
         }
         Array::Ptr list = new Array();
         for (const km::PointSlot& slot : km::PointSlotsOf(*fresh)) {
-            list->add(entry(!slot.isText ? "point" : "points", slot.path, slot.name,
-                            slot.moves, slot.nullIsUnset, ""));
+            list->add(entry(!slot.isText ? "point" : "points", slot.path, slot.name, slot.moves,
+                            slot.nullIsUnset, ""));
         }
         for (const Length& length : LengthsOf(type)) {
             list->add(entry(length.kind == Kind::Radius ? "radius" : "area", length.member,
