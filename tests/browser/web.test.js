@@ -58,7 +58,7 @@ async function pick(page, index) {
 // Binds item `index` to the Q key, which item 3 has: a collision.
 async function bindQ(page, index) {
   await pick(page, index);
-  await page.locator('#panel .field', { hasText: /^key/ }).getByRole('button', { name: 'Bind key' }).first().click();
+  await page.locator('#panel').getByRole('button', { name: 'Bind Key', exact: true }).click();
   await page.keyboard.press('KeyQ');
   await expect(page.locator('#capture')).toBeHidden();
   await expect(page.locator('#problems li')).toContainText([/collide|collision|fire/i]);
@@ -89,7 +89,7 @@ test('open a keymap by file, edit, see problems, save a download, reload and fin
   await expect(page.locator(`#picture g.item[data-item-index="4"]`)).toHaveClass(/collision/);
   await expect(page.locator('#unsaved-mark')).toBeHidden();
 
-  // Unsaved work is offered back, and taken.
+  // Unsaved work is offered back on the next visit, and taken.
   await pick(page, 6);
   await page.getByRole('button', { name: 'Delete' }).click();
   await expect(items(page)).toHaveCount(7);
@@ -97,6 +97,8 @@ test('open a keymap by file, edit, see problems, save a download, reload and fin
   page.on('dialog', (dialog) => dialog.accept());
   await page.reload();
   await ready(page);
+  await expect(page.locator('#recovery')).toContainText("this browser's storage (shooter.json");
+  await page.getByRole('button', { name: 'Open them' }).click();
   await expect(items(page)).toHaveCount(7);
   await expect(page.locator('#unsaved-mark')).toBeVisible();
   expect(violations).toEqual([]);
