@@ -44,6 +44,15 @@ void writeError(JsonWriter& out, const km::LoadDiagnostic& diagnostic) {
         .endObject();
 }
 
+// Every item a collision involves, in both the finding and the classic list.
+void writeItems(JsonWriter& out, const km::Finding& finding) {
+    out.key("items").beginArray();
+    for (const int index : finding.items) {
+        out.value(index);
+    }
+    out.endArray();
+}
+
 void writeFinding(JsonWriter& out, const km::Finding& finding) {
     out.beginObject()
         .key("kind")
@@ -69,14 +78,9 @@ void writeFinding(JsonWriter& out, const km::Finding& finding) {
         .key("script_text")
         .value(finding.script_text)
         .key("keys")
-        .value(finding.keys)
-        .key("items")
-        .beginArray();
-    for (const int index : finding.items) {
-        out.value(index);
-    }
-    out.endArray()
-        .key("message")
+        .value(finding.keys);
+    writeItems(out, finding);
+    out.key("message")
         .value(finding.message)
         .key("suggestion")
         .value(finding.suggestion)
@@ -120,13 +124,9 @@ void writeClassicLists(JsonWriter& out, const std::vector<km::Finding>& findings
                 .key("second_type")
                 .value(finding.other_type)
                 .key("keys")
-                .value(finding.keys)
-                .key("items")
-                .beginArray();
-            for (const int index : finding.items) {
-                out.value(index);
-            }
-            out.endArray().endObject();
+                .value(finding.keys);
+            writeItems(out, finding);
+            out.endObject();
         }
     }
     // One entry for each run of failing lines in the same list of an item.
