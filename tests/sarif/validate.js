@@ -53,6 +53,9 @@ const files = {
   "sub/collide.json": documentOf([item("Click", "Q"), item("Click", "Q")]),
   "two words é.json": documentOf([misspelt]),
   "malformed.json": '{\n  "info" {}\n}\n',
+  // On one line, after text of one to four UTF-8 bytes a character: SARIF
+  // counts UTF-16 code units where the JSON report counts bytes.
+  "wide.json": JSON.stringify({ ...blank, keymaps: [Object.assign({ description: "" }, misspelt, { description: "é中😀" })] }),
 };
 for (const [name, text] of Object.entries(files)) {
   fs.writeFileSync(path.join(here, name), text);
@@ -98,9 +101,13 @@ if (log) {
       ? new URL(`file://${file}`).href
       : file.split("/").map(encodeURIComponent).join("/");
     expect(`${name}: its file`, uri === wanted, [uri, wanted]);
+    const text = fs.readFileSync(path.isAbsolute(file) ? file : path.join(here, file));
+    const lineStart = text.toString("latin1").split("\n").slice(0, finding.line - 1)
+      .reduce((at, line) => at + line.length + 1, 0);
+    const column = text.subarray(lineStart, lineStart + finding.column - 1).toString("utf8").length + 1;
     expect(`${name}: its line and column`, where.region !== undefined &&
-      where.region.startLine === finding.line && where.region.startColumn === finding.column,
-      [where.region, finding.line, finding.column]);
+      where.region.startLine === finding.line && where.region.startColumn === column,
+      [where.region, finding.line, column]);
   });
   const levels = new Set(run.results.map((r) => r.level));
   expect("errors and warnings both met", levels.has("error") && levels.has("warning"));

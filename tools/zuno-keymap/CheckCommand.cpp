@@ -12,6 +12,7 @@
 #include <string>
 #include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "CheckReport.h"
@@ -80,10 +81,11 @@ struct Checked {
     Loaded loaded;  ///< without its document and text, once checked
     km::CheckReport report;
     bool notAKeymap = false;
+    std::vector<int> utf16Columns;  ///< for SARIF only
 };
 
 // Checks every file on all cores; the results stay in file order.
-std::vector<Checked> checkAll(const std::vector<std::string>& files, bool joystick) {
+std::vector<Checked> checkAll(const std::vector<std::string>& files, bool joystick, bool sarif) {
     std::vector<Checked> results(files.size());
     std::atomic<std::size_t> next{0};
     const auto work = [&] {
@@ -91,6 +93,9 @@ std::vector<Checked> checkAll(const std::vector<std::string>& files, bool joysti
             Checked& result = results[i];
             result.report = checkOne(files[i], joystick, result.loaded);
             result.notAKeymap = notAKeymap(result.loaded);
+            if (sarif) {
+                result.utf16Columns = Utf16Columns(result.loaded.text, result.report);
+            }
             // A folder of large keymaps need not be held whole.
             result.loaded.doc.reset();
             std::string().swap(result.loaded.text);
@@ -129,7 +134,7 @@ int runCheck(const std::vector<std::string>& given, const std::string& format, b
     summary.files = files.size();
     std::vector<CheckedDocument> documents;
     std::vector<SarifDocument> sarif;
-    std::vector<Checked> results = checkAll(files, joystick);
+    std::vector<Checked> results = checkAll(files, joystick, asSarif);
     for (std::size_t i = 0; i < results.size(); ++i) {
         const Loaded& loaded = results[i].loaded;
         const km::CheckReport& report = results[i].report;
@@ -150,7 +155,8 @@ int runCheck(const std::vector<std::string>& given, const std::string& format, b
             documents.push_back({loaded.source, &report});
         } else if (asSarif) {
             const bool file = files[i] != "-" && !IsBuiltIn(files[i], joystick);
-            sarif.push_back({file ? SarifArtifactUri(files[i]) : std::string(), &report});
+            sarif.push_back({file ? SarifArtifactUri(files[i]) : std::string(), &report,
+                             std::move(results[i].utf16Columns)});
         } else {
             PrintCheckReport(std::cout, loaded.source, report, lines);
         }

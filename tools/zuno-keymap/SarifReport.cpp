@@ -4,6 +4,7 @@
 
 #include "SarifReport.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -49,7 +50,7 @@ int ruleIndex(km::FindingKind kind) {
     return -1;
 }
 
-void writeResult(JsonWriter& out, const std::string& uri, const km::Finding& finding) {
+void writeResult(JsonWriter& out, const std::string& uri, const km::Finding& finding, int column) {
     const int rule = ruleIndex(finding.kind);
     out.beginObject().key("ruleId").value(km::FindingKindName(finding.kind));
     if (rule >= 0) {
@@ -67,8 +68,8 @@ void writeResult(JsonWriter& out, const std::string& uri, const km::Finding& fin
         out.key("artifactLocation").beginObject().key("uri").value(uri).endObject();
         if (finding.line > 0) {
             out.key("region").beginObject().key("startLine").value(finding.line);
-            if (finding.column > 0) {
-                out.key("startColumn").value(finding.column);
+            if (column > 0) {
+                out.key("startColumn").value(column);
             }
             out.endObject();
         }
@@ -83,6 +84,34 @@ bool unreserved(char c) {
 }
 
 }  // namespace
+
+std::vector<int> Utf16Columns(const std::string& text, const km::CheckReport& report) {
+    std::vector<std::size_t> lineStarts{0};
+    for (std::size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
+        lineStarts.push_back(at + 1);
+    }
+    std::vector<int> columns;
+    columns.reserve(report.findings.size());
+    for (const km::Finding& finding : report.findings) {
+        if (finding.line <= 0 || finding.column <= 0 ||
+            static_cast<std::size_t>(finding.line) > lineStarts.size()) {
+            columns.push_back(0);
+            continue;
+        }
+        const std::size_t start = lineStarts[finding.line - 1];
+        const std::size_t end = std::min(text.size(), start + finding.column - 1);
+        int units = 1;
+        for (std::size_t i = start; i < end; ++i) {
+            const auto byte = static_cast<unsigned char>(text[i]);
+            // A lead byte starts a code point; four-byte ones need a surrogate pair.
+            if ((byte & 0xC0U) != 0x80U) {
+                units += byte >= 0xF0U ? 2 : 1;
+            }
+        }
+        columns.push_back(units);
+    }
+    return columns;
+}
 
 std::string SarifLog(const std::vector<SarifDocument>& documents, const std::string& version) {
     std::string text;
@@ -123,8 +152,10 @@ std::string SarifLog(const std::vector<SarifDocument>& documents, const std::str
         if (document.report == nullptr) {
             continue;
         }
-        for (const km::Finding& finding : document.report->findings) {
-            writeResult(out, document.uri, finding);
+        const std::vector<km::Finding>& findings = document.report->findings;
+        for (std::size_t k = 0; k < findings.size(); ++k) {
+            const int column = k < document.columns.size() ? document.columns[k] : 0;
+            writeResult(out, document.uri, findings[k], column);
         }
     }
     out.endArray().endObject().endArray().endObject();

@@ -21,7 +21,15 @@ struct SarifDocument {
     /// (standard input, a built-in), so its results carry no location.
     std::string uri;
     const zunokeymapmanager::CheckReport* report = nullptr;
+    /// Each finding's column in UTF-16 code units, SARIF's default unit (the
+    /// report counts bytes), as Utf16Columns gives them.
+    std::vector<int> columns;
 };
+
+/// The column of each of `report`'s findings in UTF-16 code units, counted in
+/// `text`, the document the report is of; 0 where the finding has none.
+std::vector<int> Utf16Columns(const std::string& text,
+                              const zunokeymapmanager::CheckReport& report);
 
 /// The log of one run: the tool (named with `version`) as driver with a rule
 /// for each finding kind, and a result for each finding with its level,
