@@ -457,20 +457,6 @@ async function start() {
 
 // Another keymap opened in the page (served as static files): shown afresh.
 window.addEventListener('keymap-opened', () => {
-  history = new History();
-  state.selected = -1;
-  panel.clear();
-  // Another keymap opened in the page (served as static files): shown afresh.
-window.addEventListener('keymap-opened', () => {
-  store.update({ selected: [], hidden: [], errors: {}, showSettings: false, status: '' });
-  start();
-});
-
-start();
-});
-
-// Another keymap opened in the page (served as static files): shown afresh.
-window.addEventListener('keymap-opened', () => {
   store.update({ selected: [], hidden: [], errors: {}, showSettings: false, status: '' });
   start();
 });
