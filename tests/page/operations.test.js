@@ -20,7 +20,8 @@ test('consecutive moves of one gesture are summed, others kept apart', () => {
 });
 
 test('unanswered moves are summed by item, point moves and edits aside', () => {
-  const moves = unansweredMoves([op.move(1, 0.1, 0), op.set(1, 'x', 2), op.move(1, 0.1, 0.2), op.move(3, 0, 0.5)]);
+  const point = { ...op.move(1, 0.5, 0.5), member: 'spell_info.rel_position' };
+  const moves = unansweredMoves([op.move(1, 0.1, 0), op.set(1, 'x', 2), point, op.move(1, 0.1, 0.2), op.move(3, 0, 0.5)]);
   assert.deepEqual([...moves.keys()], [1, 3]);
   assert.ok(Math.abs(moves.get(1).dx - 0.2) < 1e-12);
   assert.equal(moves.get(3).dy, 0.5);

@@ -1,17 +1,13 @@
 // Aligning and distributing selected items by their markers, as layout
 // tools do: the result is a move for each item, sent as one gesture.
 
-function markerOf(item) {
-  const p = item.icon && item.icon.rel_position;
-  const t = item.rel_work_position || { rel_x: 0, rel_y: 0 };
-  return p && (p.rel_x !== 0 || p.rel_y !== 0) ? { x: p.rel_x, y: p.rel_y } : { x: t.rel_x, y: t.rel_y };
-}
+import { markerOf } from './store.js';
 
 /// Moves [{id, dx, dy}] that line up `entries` ([{id, item}]): 'left',
 /// 'centre', 'right', 'top', 'middle', 'bottom', or evenly spaced
 /// ('distribute-h', 'distribute-v') between the outermost two.
 export function arrange(how, entries) {
-  const points = entries.filter((e) => e.item).map((e) => ({ id: e.id, ...markerOf(e.item) }));
+  const points = entries.filter((e) => e.item).map((e) => ({ id: e.id, ...(markerOf(e.item) || { x: 0, y: 0 }) }));
   if (points.length < 2) return [];
   const xs = points.map((p) => p.x);
   const ys = points.map((p) => p.y);

@@ -66,6 +66,11 @@ export class ChordCapture {
   }
 }
 
+/// The member holding the second key of a combination with key member
+/// `member` ("key", "positive_key.key"), or null where it has none.
+export const secondKeyOf = (member) => (member === 'key' ? 'second_key'
+  : member.endsWith('.key') ? member.replace(/key$/, 'second_key') : null);
+
 /// The steps to bind `members` (the key members of an item, by name), in the
 /// order people expect: up, right, down, left for a direction pad; one
 /// combination for a key and its second key; one key for anything else.
@@ -75,8 +80,7 @@ export function bindingSteps(members) {
     return directions.map(([member, word]) => ({ members: [member], prompt: `Press the key for ${word}` }));
   }
   return members.filter((member) => !member.endsWith('second_key')).map((member) => {
-    const second = member === 'key' ? 'second_key'
-      : member.endsWith('.key') ? member.replace(/key$/, 'second_key') : null;
+    const second = secondKeyOf(member);
     const name = member.replace(/\.key$/, '').replace(/_key$/, '').replace(/_/g, ' ');
     return {
       members: second && members.includes(second) ? [member, second] : [member],

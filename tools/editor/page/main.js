@@ -14,7 +14,7 @@ import { MacroTools } from './macrotools.js';
 import { OpQueue, op } from './operations.js';
 import { Panel, resolve } from './panel.js';
 import { Picture } from './picture.js';
-import { Store, focusItem, fromSnapshot, indexOf, problemCount } from './store.js';
+import { Store, focusItem, fromSnapshot, indexOf, problemCount, valueAt } from './store.js';
 import { TestMode } from './testmode.js';
 import { arrange } from './arrange.js';
 import { element } from './dom.js';
@@ -243,7 +243,7 @@ async function bindMembers(id, members, lead = '') {
     const item = state.doc.keymaps[indexOf(state, id)] || {};
     for (const [k, member] of step.members.entries()) {
       // A single key for a combination's step clears the second key, if there is one.
-      const present = member.split('.').reduce((at, name) => (at ? at[name] : undefined), item);
+      const present = valueAt(item, member);
       if (keys[k]) send(op.set(id, member, keys[k], group));
       else if (present && present.device) send(op.set(id, member, await unsetKey(), group));
     }

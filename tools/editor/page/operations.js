@@ -38,11 +38,12 @@ export function enqueue(pending, next) {
   return pending;
 }
 
-/// The moves not yet reflected in what the server last answered, summed by item.
+/// The whole-item moves not yet reflected in what the server last answered,
+/// summed by item (a point's move changes no item's place).
 export function unansweredMoves(ops) {
   const moves = new Map();
   for (const o of ops) {
-    if (o.op !== 'move') continue;
+    if (o.op !== 'move' || o.member) continue;
     const sum = moves.get(o.item) || { dx: 0, dy: 0 };
     moves.set(o.item, { dx: sum.dx + o.dx, dy: sum.dy + o.dy });
   }

@@ -8,7 +8,8 @@
 // members, only the values change, so focus, selection and scroll stay.
 
 import { element } from './dom.js';
-import { caption } from './store.js';
+import { secondKeyOf } from './keys.js';
+import { caption, valueAt } from './store.js';
 
 const GROUPS = ['Position', 'Keys', 'Behaviour', 'Advanced'];
 const UNITS = { ms: 'in milliseconds', px: 'in pixels', screen: 'a fraction of the screen' };
@@ -91,7 +92,7 @@ export class Panel {
     this.keyMembers = keyMembers;
     const layout = this.layout(definition, value, []).map((f) => f.path.join('.')).join('|');
     if (this.shown && this.shown.key === key && this.shown.layout === layout) {
-      for (const [path, update] of this.updaters) update(this.valueAt(value, path), errors);
+      for (const [path, update] of this.updaters) update(valueAt(value, path), errors);
       return;
     }
     // A field left by the rebuild sends what was typed into it, to what it showed.
@@ -126,10 +127,6 @@ export class Panel {
       if (again) again.focus();
     }
     this.host.scrollTop = scroll;
-  }
-
-  valueAt(value, path) {
-    return path.split('.').reduce((at, name) => (at === undefined || at === null ? undefined : at[name]), value);
   }
 
   /// The fields of `definition`: [{path, name, raw, node, value, group, present, required}].
@@ -312,7 +309,7 @@ export class Panel {
   keyField(f, member) {
     const shown = element('output', { text: keyCaption(f.value) });
     const bind = element('button', { type: 'button', text: 'Bind', 'aria-label': `Bind ${labelOf(f.name, f.node)}` });
-    const second = member === 'key' ? 'second_key' : member.endsWith('.key') ? member.replace(/key$/, 'second_key') : null;
+    const second = secondKeyOf(member);
     bind.addEventListener('click', () => this.handlers.bind(second && this.keyMembers.includes(second) ? [member, second] : [member], this.target));
     const clear = element('button', { type: 'button', text: 'Clear', 'aria-label': `Clear ${labelOf(f.name, f.node)}` });
     clear.addEventListener('click', () => this.handlers.clearKey(member, this.target));

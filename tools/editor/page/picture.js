@@ -4,7 +4,9 @@
 // screen at once and reports one distance, as a fraction of the screen, when
 // the pointer is released; the server's next picture then shows the result.
 
+import { unansweredMoves } from './operations.js';
 import { snapOffset } from './snapping.js';
+import { markerOf, valueAt } from './store.js';
 
 const SVG = 'http://www.w3.org/2000/svg';
 
@@ -15,8 +17,6 @@ function svgElement(tag, attributes = {}) {
 }
 
 // Members of the item at `member` ("a.b").
-const valueAt = (object, member) =>
-  member.split('.').reduce((at, name) => (at === undefined || at === null ? undefined : at[name]), object);
 
 /// Points of a "(x,y);(x,y)" text.
 export function pointsOf(text) {
@@ -58,12 +58,7 @@ export class Picture {
     this.shapes = shapes;
     if (state.svg !== this.shownSvg) this.replace(state.svg);
     if (!this.svg) return;
-    const pending = new Map();
-    for (const o of unanswered) {
-      if (o.op !== 'move' || o.member) continue;
-      const sum = pending.get(o.item) || { dx: 0, dy: 0 };
-      pending.set(o.item, { dx: sum.dx + o.dx, dy: sum.dy + o.dy });
-    }
+    const pending = unansweredMoves(unanswered);
     const triggered = new Set(state.triggered.map((t) => t.index));
     for (const group of this.items()) {
       const index = Number(group.dataset.itemIndex);
@@ -171,7 +166,8 @@ export class Picture {
       out.push(node);
       return node;
     };
-    const marker = pointOf('icon.rel_position') || px(touch);
+    const m = markerOf(item);
+    const marker = m ? px({ rel_x: m.x, rel_y: m.y }) : px(touch);
     for (const h of this.shapes.handles[item.type] || []) {
       if (h.member === 'icon.rel_position') continue;  // the item itself is grabbed
       if (h.kind === 'point') {
@@ -287,10 +283,8 @@ export class Picture {
   /// Where the document puts `item`'s marker (at its touch point while unset),
   /// in picture units: the true spot, wherever a crowd fans the drawing out.
   markerAt(item) {
-    if (!item) return null;
-    const m = item.icon && item.icon.rel_position;
-    const p = m && (m.rel_x !== 0 || m.rel_y !== 0) ? m : item.rel_work_position;
-    return p ? { x: p.rel_x * this.size.width, y: p.rel_y * this.size.height } : null;
+    const p = item ? markerOf(item) : null;
+    return p ? { x: p.x * this.size.width, y: p.y * this.size.height } : null;
   }
 
   // Centres and edges of the other items and the screen's middle, for snapping.

@@ -3,6 +3,8 @@
 // view), and nothing else. Every change goes through update(); the views are
 // drawn from the state by one render function, at most once a frame.
 
+import { secondKeyOf } from './keys.js';
+
 export function initialState() {
   return {
     // From the server.
@@ -97,6 +99,14 @@ export function valueAt(object, member) {
   return member.split('.').reduce((at, name) => (at === undefined || at === null ? undefined : at[name]), object);
 }
 
+/// Where the document puts `item`'s marker, in fractions of the screen: its
+/// icon position, or its touch point while that is unset; null for neither.
+export function markerOf(item) {
+  const m = item.icon && item.icon.rel_position;
+  const p = m && (m.rel_x !== 0 || m.rel_y !== 0) ? m : item.rel_work_position;
+  return p ? { x: p.rel_x, y: p.rel_y } : null;
+}
+
 /// Items whose type, key captions or description contain `text` (any case).
 export function matchingItems(state, text) {
   const wanted = text.trim().toLowerCase();
@@ -113,13 +123,12 @@ export const caption = (key) => (key && key.device ? key.text || `${key.device} 
 /// key members, "key", "top_key", "positive_key.key"...; every key it holds
 /// when not given), a key and its second key as one combination ("G+Ctrl").
 export function keyCaptions(object, members) {
-  const at = (path) => path.split('.').reduce((v, name) => (v ? v[name] : undefined), object);
   const paths = members || Object.entries(object || {}).flatMap(([name, value]) =>
     (isKey(value) ? [name] : value && typeof value === 'object' && isKey(value.key) ? [`${name}.key`, `${name}.second_key`] : []));
   const seconds = new Set(paths.filter((p) => p.endsWith('second_key')));
   return paths.filter((p) => !seconds.has(p)).map((p) => {
-    const second = p === 'key' ? 'second_key' : p.replace(/key$/, 'second_key');
-    return [caption(at(p)), p !== second && (seconds.has(second) || !members) ? caption(at(second)) : ''].filter(Boolean).join('+');
+    const second = secondKeyOf(p);
+    return [caption(valueAt(object, p)), second && (seconds.has(second) || !members) ? caption(valueAt(object, second)) : ''].filter(Boolean).join('+');
   }).filter(Boolean).join(' ');
 }
 
