@@ -295,7 +295,7 @@ void drawItem(SvgWriter& svg, const Canvas& canvas, const Plan& plan, const Prob
     }
     svg.open("g")
         .attr("class", cls)
-        .attr(plan.extra ? overlay.extraIndexAttribute : std::string("data-item-index"), index)
+        .attr(plan.extra ? "data-old-index" : "data-item-index", index)
         .attr("data-item-type", item.type);
     svg.content();
 

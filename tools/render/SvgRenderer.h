@@ -48,15 +48,14 @@ struct Overlay {
     /// than the document).
     std::vector<std::string> classes;
     /// Items of another document drawn under the document's own, each with
-    /// its index there (written as `extraIndexAttribute`, not
-    /// data-item-index) and its classes.
+    /// its index there (written as data-old-index, not data-item-index)
+    /// and its classes.
     struct Extra {
         const zunokeymapmanager::ConfigItem* item = nullptr;
         int index = -1;
         std::string classes;
     };
     std::vector<Extra> extras;
-    std::string extraIndexAttribute = "data-old-index";
     /// Rules added to the picture's style sheet.
     std::string style;
     /// Draws the caller's own shapes last in each item's group, extras

@@ -130,7 +130,6 @@ void AddAddCommand(CLI::App& app) {
     command.add_option("TYPE", options->type, "the item type (see 'new --list')")->required();
     command.add_option("--key", options->keys, "a key of the item; give it once per key")
         ->type_name("NAME")
-        ->take_last()
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     command.add_option("--at", options->at, "the position, fractions of the screen (0.5,0.5)")
         ->type_name("X,Y");

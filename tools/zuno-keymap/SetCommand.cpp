@@ -96,7 +96,6 @@ void AddSetCommand(CLI::App& app) {
     command.add_option("PATH=VALUE", options->assignments, "the members to set");
     command.add_option("--at", options->places, "move item ITEM to X,Y; give it once per item")
         ->type_name("ITEM=X,Y")
-        ->take_last()
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     command.add_flag("--joystick", options->joystick,
                      "a gamepad document: bare key names are gamepad controls");

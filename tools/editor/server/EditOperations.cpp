@@ -75,11 +75,6 @@ std::unique_ptr<km::ConfigItem> itemOf(const Object::Ptr& object) {
     return item;
 }
 
-// Through text, so that nested objects are handles like those of a parsed document.
-Object::Ptr jsonOf(const km::ConfigItem& item) {
-    return deepCopy(new Object(item.ConvertToJsonObject()));
-}
-
 std::string itemPath(std::size_t index) {
     return "keymaps[" + std::to_string(index) + "]";
 }
@@ -195,7 +190,7 @@ private:
         } else {
             km::MoveItem(*item, dx, dy);
         }
-        items_->set(static_cast<unsigned>(index), jsonOf(*item));
+        items_->set(static_cast<unsigned>(index), ItemJson(*item));
         result_.ok = true;
         return true;
     }
@@ -204,7 +199,7 @@ private:
     // unset, and, when `fresh`, its sizes fitted.
     void append(km::ConfigItem& made, bool fresh) {
         result_.unbound = UnsetTakenKeys(made, *target_.loaded);
-        const Object::Ptr item = jsonOf(made);
+        const Object::Ptr item = ItemJson(made);
         if (fresh) {
             SizeFreshItem(item);
         }
@@ -219,7 +214,7 @@ private:
     bool add() {
         const std::string type = op_->optValue<std::string>("type", std::string());
         std::unique_ptr<km::ConfigItem> fresh(km::CreateConfigItem(type));
-        if (!fresh || type == "Unknown") {
+        if (!fresh) {
             return fail(result_, "no item type '" + type + "'");
         }
         double x = -1;
@@ -335,6 +330,11 @@ bool ApplyOperation(const Object::Ptr& op, EditTarget& target, EditResult& resul
     } catch (const Poco::Exception& e) {
         return fail(result, "the edit could not be applied: " + e.displayText());
     }
+}
+
+// Through text: a written object shares nothing with what it was made from.
+Object::Ptr ItemJson(const km::ConfigItem& item) {
+    return deepCopy(new Object(item.ConvertToJsonObject()));
 }
 
 }  // namespace editor

@@ -50,6 +50,10 @@ std::string OperationName(const Poco::JSON::Object::Ptr& op);
 /// then be partly changed and is to be thrown away.
 bool ApplyOperation(const Poco::JSON::Object::Ptr& op, EditTarget& target, EditResult& result);
 
+/// `item` as the library writes it, as a JSON object whose nested objects are
+/// handles like those of a parsed document.
+Poco::JSON::Object::Ptr ItemJson(const km::ConfigItem& item);
+
 /// "a.b" as its names; empty when a name is empty or the path holds
 /// anything but names and dots.
 std::vector<std::string> SplitMemberPath(const std::string& path);

@@ -677,8 +677,7 @@ HttpResponse EditorApi::postEdit(const HttpRequest& request) {
     if (edit->has("seq") && edit->get("seq").isNumeric()) {
         seq = static_cast<long>(std::min(std::max(edit->get("seq").convert<double>(), -1.0), 1e15));
     }
-    bool repeated = false;
-    const std::vector<EditResult> results = session_.edit(ops, client, seq, repeated);
+    const std::vector<EditResult> results = session_.edit(ops, client, seq);
     return respond(200, kJson, snapshotJson(session_.snapshot(true), session_.file(), &results));
 }
 

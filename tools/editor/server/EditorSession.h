@@ -75,9 +75,9 @@ public:
     /// the library does not load, or whose member the check then finds out
     /// of range, is refused and the others still apply. `client` and `seq`
     /// number the page's requests: a request seen already (a retry after a
-    /// lost answer) is not applied again, and `repeated` says so.
+    /// lost answer) is not applied again.
     std::vector<EditResult> edit(const Poco::JSON::Array::Ptr& ops, const std::string& client,
-                                 long seq, bool& repeated);
+                                 long seq);
 
     /// The items `trigger` fires, by the library's match rules, as
     /// [{"index", "role", "rel_x", "rel_y"}] with the point each touches.
@@ -145,8 +145,9 @@ private:
     bool editItem(const Poco::JSON::Object::Ptr& op, int index, HeldState& state,
                   EditResult& result, std::shared_ptr<const km::CheckReport>& report);
     /// Whether a "set" leaves its member within what the check accepts and
-    /// the library keeps; its check is then left in checked_. `report` is
-    /// the check of `state`, made here when not known.
+    /// the library keeps. `report` is the check of `state`, made here when
+    /// not known; once the edit is accepted, that of `next` (unknown, null,
+    /// for anything but a "set").
     bool acceptSet(const Poco::JSON::Object::Ptr& op, EditResult& result, const HeldState& state,
                    const HeldState& next, std::shared_ptr<const km::CheckReport>& report);
     /// Makes `next` the state, recording `state` in the history when it differs.
@@ -166,7 +167,6 @@ private:
     std::string lastClient_;
     long lastSeq_ = -1;
     std::vector<EditResult> lastResults_;
-    std::shared_ptr<const km::CheckReport> checked_;  ///< the check acceptSet() made
 
     mutable std::mutex mutex_;
     std::vector<long> ids_;

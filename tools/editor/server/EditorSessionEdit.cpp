@@ -89,10 +89,9 @@ bool keeps(const std::string& text, const std::string& path) {
 }  // namespace
 
 std::vector<EditResult> EditorSession::edit(const Poco::JSON::Array::Ptr& ops,
-                                            const std::string& client, long seq, bool& repeated) {
+                                            const std::string& client, long seq) {
     std::lock_guard<std::mutex> editing(editMutex_);
-    repeated = !client.empty() && client == lastClient_ && seq <= lastSeq_;
-    if (repeated) {
+    if (!client.empty() && client == lastClient_ && seq <= lastSeq_) {
         return seq == lastSeq_ ? lastResults_ : std::vector<EditResult>();
     }
     std::vector<EditResult> results;
@@ -154,12 +153,10 @@ bool EditorSession::editItem(const Poco::JSON::Object::Ptr& op, int index, HeldS
     if (held == nullptr) {
         return false;
     }
-    std::ostringstream itemText;
-    Poco::JSON::Stringifier::stringify(held->ConvertToJsonObject(), itemText);
     EditTarget target;
     target.root = new Poco::JSON::Object();
     Poco::JSON::Array::Ptr items = new Poco::JSON::Array();
-    items->add(parsedObject(itemText.str()));
+    items->add(ItemJson(*held));
     target.root->set("keymaps", items);
     std::vector<long> ids{state.ids[static_cast<std::size_t>(index)]};
     target.ids = &ids;
@@ -206,8 +203,8 @@ void EditorSession::keep(const Poco::JSON::Object::Ptr& op, HeldState& state, He
 bool EditorSession::acceptSet(const Poco::JSON::Object::Ptr& op, EditResult& result,
                               const HeldState& state, const HeldState& next,
                               std::shared_ptr<const km::CheckReport>& report) {
-    checked_.reset();
     if (OperationName(op) != "set") {
+        report.reset();
         return true;
     }
     auto checked = std::make_shared<const km::CheckReport>(
@@ -228,7 +225,7 @@ bool EditorSession::acceptSet(const Poco::JSON::Object::Ptr& op, EditResult& res
         result.error = "the library does not keep " + result.path + " with this value";
         return false;
     }
-    checked_ = std::move(checked);
+    report = std::move(checked);
     return true;
 }
 
@@ -249,7 +246,6 @@ EditResult EditorSession::editOne(const Poco::JSON::Object::Ptr& op, HeldState& 
     }
     const int index = soleItem(op, name, state.ids);
     if (index >= 0 && editItem(op, index, state, result, report)) {
-        report = result.ok ? checked_ : report;
         return result;
     }
     result = EditResult();
@@ -286,7 +282,6 @@ EditResult EditorSession::editOne(const Poco::JSON::Object::Ptr& op, HeldState& 
     }
     keep(op, state, std::move(next));
     doc_ = std::move(loaded);
-    report = checked_;
     return result;
 }
 
