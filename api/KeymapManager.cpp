@@ -12,7 +12,6 @@
 
 #include "document/DocumentIO.h"
 #include "document/FileSystem.h"
-#include "zuno-keymapmanager/document/EmbededConfig.h"
 #include "zuno-keymapmanager/macro/MarcoConVerterManager.h"
 #include "zuno-keymapmanager/model/ConfigFactory.h"
 
@@ -36,10 +35,8 @@ void KeymapManager::SetCallbacks(KeymapManagerCallbacks* callbacks) {
 
 const std::string& KeymapManager::GetDataString(bool isKeymap, const std::string& path,
                                                 const std::string& data) {
-    const auto& builtIns =
-        isKeymap ? EmbededConfig::keymapConfigs() : EmbededConfig::joystickConfigs();
-    const auto found = builtIns.find(path);
-    return found != builtIns.end() ? found->second : data;
+    const std::string* builtIn = zunokeymapmanager::document::BuiltInText(path, !isKeymap);
+    return builtIn != nullptr ? *builtIn : data;
 }
 
 KeymapConfig* KeymapManager::LoadKeymapConfigAndInfo(bool isKeymap, const std::string& path,

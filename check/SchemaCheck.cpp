@@ -25,6 +25,7 @@
 #include "check/CheckFindings.h"
 #include "check/SchemaPaths.h"
 #include "check/VarRefAdapter.h"
+#include "zuno-keymapmanager/model/Members.h"
 
 namespace zunokeymapmanager {
 namespace check {
@@ -214,9 +215,10 @@ private:
                     number(node->get("maximum")) + " (" +
                     node->optValue<std::string>("description", "") + ")");
         }
+        // Made once: the tables' one pattern is the colour's.
+        static const std::regex colour(kColourPattern);
         if (value.isString() && node->has("pattern") &&
-            !std::regex_search(value.extract<std::string>(),
-                               std::regex(node->getValue<std::string>("pattern")))) {
+            !std::regex_search(value.extract<std::string>(), colour)) {
             add(out, FindingSeverity::Warning, path,
                 shown(value) + " is not a colour: RRGGBBAA, eight hexadecimal digits");
         }

@@ -46,7 +46,7 @@ const MemberTable& ConfigInfo::Members() {
                       "mapped"),
             M::field<&ConfigInfo::background_color>(kFieldBackgroundColor)
                 .require()
-                .matching("^[0-9A-Fa-f]{8}$")
+                .matching(kColourPattern)
                 .show("Background", kGroupAdvanced,
                       "the colour behind the emulated screen, RRGGBBAA (eight hexadecimal "
                       "digits, alpha last)"),

@@ -22,8 +22,8 @@ namespace zunokeymapmanager {
 namespace {
 
 template <typename Item>
-ItemDeclaration declare(ItemType type, const char* className) {
-    return {type, className, [] { return static_cast<ConfigItem*>(new Item()); }, &Item::Members,
+ItemDeclaration declare(ItemType type) {
+    return {type, [] { return static_cast<ConfigItem*>(new Item()); }, &Item::Members,
             &typeid(Item)};
 }
 
@@ -31,24 +31,24 @@ ItemDeclaration declare(ItemType type, const char* className) {
 
 const std::vector<ItemDeclaration>& ItemDeclarations() {
     static const std::vector<ItemDeclaration> types{
-        declare<ClickConfigItem>(ItemType::Click, "ClickConfigItem"),
-        declare<BunchClickConfigItem>(ItemType::BunchClick, "BunchClickConfigItem"),
-        declare<SwipeholdConfigItem>(ItemType::Swipehold, "SwipeholdConfigItem"),
-        declare<FireConfigItem>(ItemType::Fire, "FireConfigItem"),
-        declare<StaringConfigItem>(ItemType::Staring, "StaringConfigItem"),
-        declare<SpellConfigItem>(ItemType::Spell, "SpellConfigItem"),
-        declare<SpellCancelConfigItem>(ItemType::SpellCancel, "SpellCancelConfigItem"),
-        declare<MouseRightWalkConfigItem>(ItemType::RightWalk, "MouseRightWalkConfigItem"),
-        declare<EyeConfigItem>(ItemType::Eye, "EyeConfigItem"),
-        declare<GravityConfigItem>(ItemType::Gravity, "GravityConfigItem"),
-        declare<MacroConfigItem>(ItemType::Macro, "MacroConfigItem"),
-        declare<CurveConfigItem>(ItemType::Curve, "CurveConfigItem"),
-        declare<JoystickLeftWalkConfigItem>(ItemType::LeftStickWalk, "JoystickLeftWalkConfigItem"),
-        declare<JoystickRightEyeConfigItem>(ItemType::RightStickEye, "JoystickRightEyeConfigItem"),
-        declare<WheelConfigItem>(ItemType::Wheel, "WheelConfigItem"),
-        declare<ZoomConfigItem>(ItemType::Zoom, "ZoomConfigItem"),
-        declare<ObserveConfigItem>(ItemType::Observe, "ObserveConfigItem"),
-        declare<TipConfigItem>(ItemType::Tip, "TipConfigItem"),
+        declare<ClickConfigItem>(ItemType::Click),
+        declare<BunchClickConfigItem>(ItemType::BunchClick),
+        declare<SwipeholdConfigItem>(ItemType::Swipehold),
+        declare<FireConfigItem>(ItemType::Fire),
+        declare<StaringConfigItem>(ItemType::Staring),
+        declare<SpellConfigItem>(ItemType::Spell),
+        declare<SpellCancelConfigItem>(ItemType::SpellCancel),
+        declare<MouseRightWalkConfigItem>(ItemType::RightWalk),
+        declare<EyeConfigItem>(ItemType::Eye),
+        declare<GravityConfigItem>(ItemType::Gravity),
+        declare<MacroConfigItem>(ItemType::Macro),
+        declare<CurveConfigItem>(ItemType::Curve),
+        declare<JoystickLeftWalkConfigItem>(ItemType::LeftStickWalk),
+        declare<JoystickRightEyeConfigItem>(ItemType::RightStickEye),
+        declare<WheelConfigItem>(ItemType::Wheel),
+        declare<ZoomConfigItem>(ItemType::Zoom),
+        declare<ObserveConfigItem>(ItemType::Observe),
+        declare<TipConfigItem>(ItemType::Tip),
     };
     return types;
 }

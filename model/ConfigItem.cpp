@@ -77,7 +77,7 @@ const MemberTable& ConfigIcon::Members() {
                       "size factor of the marker's circle (1.0: normal)"),
             M::field<&ConfigIcon::background_color>(kFieldBackgroundColor)
                 .require()
-                .matching("^[0-9A-Fa-f]{8}$")
+                .matching(kColourPattern)
                 .show("Marker colour", kGroupAdvanced,
                       "the marker's colour, RRGGBBAA (eight hexadecimal digits, alpha last)"),
             M::field<&ConfigIcon::rel_position>(kFieldRelPosition)

@@ -162,6 +162,10 @@ struct ZUNO_KM_API Member
     ///@}
 };
 
+/// What a colour member's text must match: RRGGBBAA, eight hexadecimal
+/// digits. The only pattern the tables use, so the check names it a colour.
+inline constexpr const char* kColourPattern = "^[0-9A-Fa-f]{8}$";
+
 struct ZUNO_KM_API MemberTable
 /// The members of one class or settings block, in reading order.
 {
@@ -180,11 +184,9 @@ struct ZUNO_KM_API MemberTable
     bool ownKeys = false;
 };
 
-struct ZUNO_KM_API ItemDeclaration
 /// One item type: its name, its class and the table of the class.
-{
+struct ZUNO_KM_API ItemDeclaration {
     ItemType type;                    ///< the type
-    const char* className;            ///< the class that the factory makes for it
     ConfigItem* (*make)();            ///< a new item with every default
     const MemberTable& (*members)();  ///< the class's own table; its bases follow `base`
     const std::type_info* typeInfo;   ///< the class
