@@ -242,12 +242,8 @@ public:
 
 private:
     void item(const km::ItemDeclaration& declaration) {
-        std::vector<const km::MemberTable*> chain;
-        for (const km::MemberTable* t = &declaration.members(); t != nullptr; t = t->base) {
-            chain.insert(chain.begin(), t);
-        }
         w_.beginObject();
-        for (const km::MemberTable* table : chain) {
+        for (const km::MemberTable* table : km::TablesOf(declaration.members())) {
             members(*table, km::NameOf(declaration.type));
         }
         w_.endObject();
@@ -361,13 +357,6 @@ private:
     }
 
     // Scripts in running text, the form documents carry.
-    void macro() {
-        w_.key("press_actions");
-        script(random_.between(4, 16));
-        w_.key("release_actions");
-        script(random_.between(1, 6));
-    }
-
     void script(int lines) {
         w_.beginArray();
         for (int i = 0; i < lines; ++i) {

@@ -77,13 +77,9 @@ void gather(const MemberTable& table, const MemberPath& path, const std::string&
 }
 
 Layout layoutOf(const MemberTable& own) {
-    std::vector<const MemberTable*> chain;
-    for (const MemberTable* table = &own; table != nullptr; table = table->base) {
-        chain.insert(chain.begin(), table);
-    }
     Layout layout;
     bool ownKeys = false;
-    for (const MemberTable* table : chain) {
+    for (const MemberTable* table : TablesOf(own)) {
         MemberPath path;
         path.owner = table->owner;
         gather(*table, path, "", "", layout);

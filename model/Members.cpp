@@ -249,4 +249,12 @@ const MemberTable& ComposableKeyMembers() {
     return table;
 }
 
+std::vector<const MemberTable*> TablesOf(const MemberTable& own) {
+    std::vector<const MemberTable*> chain;
+    for (const MemberTable* table = &own; table != nullptr; table = table->base) {
+        chain.insert(chain.begin(), table);
+    }
+    return chain;
+}
+
 }  // namespace zunokeymapmanager

@@ -241,8 +241,8 @@ TEST(EditorEdit, KeysLightTheItemsTheLibraryMatches) {
 
 TEST(EditorEdit, ShapesNameEveryTypesHandlesAndKeys) {
     const Object::Ptr shapes = zunokeymap::editor::ShapesJson();
-    for (std::size_t i = 1; i < km::kItemTypeNames.size(); ++i) {
-        const std::string type(km::kItemTypeNames[i]);
+    for (const std::string_view name : km::kDocumentItemTypeNames) {
+        const std::string type(name);
         SCOPED_TRACE(type);
         EXPECT_GE(shapes->getObject("handles")->getArray(type)->size(), 2U);
         EXPECT_GE(shapes->getObject("keys")->getArray(type)->size(), 1U);

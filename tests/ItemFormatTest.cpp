@@ -3,7 +3,6 @@
 // written back, what a document must carry and what it may leave out.
 
 #include <fstream>
-#include <functional>
 #include <sstream>
 #include <string>
 #include <typeinfo>
@@ -50,8 +49,6 @@ public:
         return definitions_->getObject(ref.substr(ref.rfind('/') + 1));
     }
 
-    Object::Ptr type(const std::string& name) const { return definitions_->getObject(name); }
-
     /// Every member of `type`, nested ones after the object that holds them.
     std::vector<SchemaMember> members(const std::string& type) const {
         std::vector<SchemaMember> out;
@@ -91,11 +88,7 @@ const Schema& schema() {
 }
 
 std::vector<std::string> typeNames() {
-    std::vector<std::string> names;
-    for (std::size_t i = 1; i < km::kItemTypeNames.size(); ++i) {
-        names.emplace_back(km::kItemTypeNames[i]);
-    }
-    return names;
+    return {km::kDocumentItemTypeNames.begin(), km::kDocumentItemTypeNames.end()};
 }
 
 // A value the library counts as set for `node`: a key, non-zero numbers, a line.

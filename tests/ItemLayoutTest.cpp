@@ -31,8 +31,8 @@ Poco::Dynamic::Var memberAt(const Poco::JSON::Object::Ptr& root, const std::stri
 
 std::vector<std::unique_ptr<km::ConfigItem>> everyType() {
     std::vector<std::unique_ptr<km::ConfigItem>> items;
-    for (std::size_t i = 1; i < km::kItemTypeNames.size(); ++i) {
-        items.emplace_back(km::CreateConfigItem(std::string(km::kItemTypeNames[i])));
+    for (const std::string_view type : km::kDocumentItemTypeNames) {
+        items.emplace_back(km::CreateConfigItem(std::string(type)));
     }
     return items;
 }

@@ -79,13 +79,9 @@ public:
     /// The members of an item class and of the classes it builds on, base first.
     Object::Ptr itemOf(const km::ItemDeclaration& declaration) {
         std::unique_ptr<km::ConfigItem> fresh(declaration.make());
-        std::vector<const km::MemberTable*> chain;
-        for (const km::MemberTable* t = &declaration.members(); t != nullptr; t = t->base) {
-            chain.insert(chain.begin(), t);
-        }
         Object::Ptr properties = ordered();
         Array::Ptr required = new Array();
-        for (const km::MemberTable* table : chain) {
+        for (const km::MemberTable* table : km::TablesOf(declaration.members())) {
             addMembers(*table, table->owner(*fresh), fresh->type, properties, required);
         }
         Object::Ptr result = ordered();

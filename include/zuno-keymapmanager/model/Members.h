@@ -198,6 +198,10 @@ ZUNO_KM_API const std::vector<ItemDeclaration>& ItemDeclarations();
 /// The declaration of `item`'s class, or null for a class the library does not make.
 ZUNO_KM_API const ItemDeclaration* DeclarationOf(const ConfigItem& item);
 
+/// An item class's table `own` and those of the classes it builds on, base
+/// first: the order in which an item is read and written.
+ZUNO_KM_API std::vector<const MemberTable*> TablesOf(const MemberTable& own);
+
 /// The shapes every table uses.
 ///@{
 ZUNO_KM_API const MemberTable& PointMembers();
