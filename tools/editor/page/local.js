@@ -63,7 +63,9 @@ function keepWork() {
   clearTimeout(keepTimer);
   keepTimer = 0;
   try {
-    localStorage.setItem(storageKey, JSON.stringify(work));
+    // An edited document is held as the answer's object, written as text only here.
+    const { doc, ...kept } = work;
+    localStorage.setItem(storageKey, JSON.stringify(doc ? { ...kept, text: JSON.stringify(doc) } : kept));
   } catch {
     // A document larger than the storage allows is only kept in the file.
   }
@@ -109,7 +111,7 @@ async function putDocument(text) {
   const answer = await request('PUT', '/api/document', text);
   if (answer.ok) {
     earlier = null;
-    work = { ...work, text, unsaved: answer.unsaved === 'true', time: Date.now() };
+    work = { ...work, text, doc: null, unsaved: answer.unsaved === 'true', time: Date.now() };
     keepWorkSoon();
   }
   return answer;
@@ -120,7 +122,7 @@ async function edit(body) {
   const answer = await request('POST', '/api/edit', body);
   if (answer.ok && answer.data && answer.data.document) {
     earlier = null;
-    work = { ...work, text: JSON.stringify(answer.data.document), unsaved: answer.data.unsaved === true,
+    work = { ...work, text: null, doc: answer.data.document, unsaved: answer.data.unsaved === true,
       time: Date.now() };
     keepWorkSoon();
   }
