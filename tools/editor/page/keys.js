@@ -113,12 +113,8 @@ const stickNames = ['Left_Stick', 'Left_Stick', 'Right_Stick', 'Right_Stick'];
 /// pushed past half way, as the library's key parameters; null for nothing.
 export function gamepadChange(before, now) {
   if (!now) return null;
-  for (let i = 0; i < now.buttons.length; i++) {
-    const was = before && before.buttons[i];
-    const pressed = now.buttons[i].pressed || now.buttons[i].value > 0.5;
-    const wasPressed = was && (was.pressed || was.value > 0.5);
-    if (pressed && !wasPressed) return { device: 'joystick', text: padNames[i] || `Button_${i}` };
-  }
+  const pressed = gamepadButtonChanges(before, now).find((c) => c.down);
+  if (pressed) return { device: 'joystick', text: pressed.text };
   for (let i = 0; i < now.axes.length; i++) {
     const was = before ? Math.abs(before.axes[i] || 0) : 0;
     if (Math.abs(now.axes[i]) > 0.5 && was <= 0.5) {
