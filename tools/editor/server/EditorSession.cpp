@@ -47,6 +47,20 @@ bool ReadWholeFile(const std::string& path, std::string& bytes) {
 
 namespace {
 
+// Reads the edited file, if there is one, into `bytes`; false, with
+// `diagnostic`, when it is there but cannot be read.
+bool readEditedFile(const std::string& file, bool& exists, std::string& bytes,
+                    km::LoadDiagnostic& diagnostic) {
+    exists = PathExists(file);
+    if (exists && !ReadWholeFile(file, bytes)) {
+        diagnostic.failed = true;
+        diagnostic.problem = km::LoadDiagnostic::Problem::Unreadable;
+        diagnostic.message = "cannot read the file";
+        return false;
+    }
+    return true;
+}
+
 // "NAME.recovery.EXT" for the first, "NAME.recovery-N.EXT" after it.
 std::string recoveryName(const Poco::Path& edited, int n) {
     const std::string extension = edited.getExtension().empty() ? "json" : edited.getExtension();
@@ -101,15 +115,11 @@ bool PathExists(const std::string& path) {
 
 EditorSession::EditorSession(std::string file, bool joystick, render::RenderOptions render)
     : file_(std::move(file)), joystick_(joystick), render_(std::move(render)) {
-    fileExisted_ = PathExists(file_);
     std::unique_ptr<km::KeymapConfig> doc;
-    if (fileExisted_ && !ReadWholeFile(file_, fileBytes_)) {
+    if (!readEditedFile(file_, fileExisted_, fileBytes_, openDiagnostic_)) {
         opened_ = Opened::Unreadable;
-        openDiagnostic_.failed = true;
-        openDiagnostic_.problem = km::LoadDiagnostic::Problem::Unreadable;
         openDiagnostic_.source = file_;
-        openDiagnostic_.message = "cannot read the file";
-    } else if (fileExisted_ && !fileBytes_.empty()) {
+    } else if (!fileBytes_.empty()) {
         doc.reset(load(fileBytes_, openDiagnostic_));
         openDiagnostic_.source = file_;
         opened_ = openDiagnostic_.failed ? Opened::Failed : Opened::Loaded;
@@ -117,8 +127,7 @@ EditorSession::EditorSession(std::string file, bool joystick, render::RenderOpti
         // No file, or an empty one: start from the built-in blank document.
         opened_ = Opened::Missing;
         km::LoadDiagnostic ignored;
-        doc.reset(km::ReadKeymapDocument(km::DocumentOrigin::BuiltIn, kBlankDocument, "", joystick_,
-                                         ignored));
+        doc.reset(loadBlank(ignored));
     }
     if (opened_ == Opened::Loaded) {
         lost_ = LostOnSave(fileBytes_, *doc);
@@ -211,45 +220,45 @@ bool EditorSession::replace(const std::string& text, km::LoadDiagnostic& diagnos
         return false;
     }
     std::lock_guard<std::mutex> editing(editMutex_);
-    HeldState state{km::SaveKeymapConfigAndInfoToText(doc.get()), freshIds(doc->items.size())};
-    if (doc_ && state.text != text_) {
-        history_.record({text_, ids_}, std::string());
-    }
+    HeldState state = freshState(*doc);
     commit(std::move(state), std::move(doc), nullptr);
     return true;
 }
 
+HeldState EditorSession::freshState(const km::KeymapConfig& doc) {
+    HeldState state{km::SaveKeymapConfigAndInfoToText(&doc), freshIds(doc.items.size())};
+    if (doc_ && state.text != text_) {
+        history_.record({text_, ids_}, std::string());
+    }
+    return state;
+}
+
+km::KeymapConfig* EditorSession::loadBlank(km::LoadDiagnostic& diagnostic) const {
+    return km::ReadKeymapDocument(km::DocumentOrigin::BuiltIn, kBlankDocument, "", joystick_,
+                                  diagnostic);
+}
+
 bool EditorSession::reload(km::LoadDiagnostic& diagnostic) {
     std::string bytes;
-    const bool exists = PathExists(file_);
-    if (exists && !ReadWholeFile(file_, bytes)) {
-        diagnostic.failed = true;
-        diagnostic.problem = km::LoadDiagnostic::Problem::Unreadable;
-        diagnostic.message = "cannot read the file";
+    bool exists = false;
+    if (!readEditedFile(file_, exists, bytes, diagnostic)) {
         return false;
     }
-    std::unique_ptr<km::KeymapConfig> doc;
-    if (bytes.empty()) {
-        doc.reset(km::ReadKeymapDocument(km::DocumentOrigin::BuiltIn, kBlankDocument, "", joystick_,
-                                         diagnostic));
-    } else {
-        doc.reset(load(bytes, diagnostic));
-    }
+    std::unique_ptr<km::KeymapConfig> doc(bytes.empty() ? loadBlank(diagnostic)
+                                                        : load(bytes, diagnostic));
     if (diagnostic.failed) {
         return false;
     }
     std::lock_guard<std::mutex> editing(editMutex_);
-    HeldState state{km::SaveKeymapConfigAndInfoToText(doc.get()), freshIds(doc->items.size())};
-    if (state.text != text_) {
-        history_.record({text_, ids_}, std::string());
-    }
-    std::vector<std::string> lost = LostOnSave(bytes, *doc);
+    HeldState state = freshState(*doc);
+    std::vector<std::string> lost =
+        bytes.empty() ? std::vector<std::string>() : LostOnSave(bytes, *doc);
     {
         std::lock_guard<std::mutex> lock(mutex_);
         fileExisted_ = exists;
         fileBytes_ = bytes;
         savedText_ = state.text;
-        lost_ = bytes.empty() ? std::vector<std::string>() : std::move(lost);
+        lost_ = std::move(lost);
     }
     commit(std::move(state), std::move(doc), nullptr);
     return true;

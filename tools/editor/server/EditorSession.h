@@ -153,6 +153,11 @@ private:
     /// Makes `next` the state, recording `state` in the history when it differs.
     void keep(const Poco::JSON::Object::Ptr& op, HeldState& state, HeldState next);
     std::vector<long> freshIds(std::size_t count);
+    /// The state of `doc`, loaded afresh, with new item identifiers; what was
+    /// held goes to the history when it differs. editMutex_ is held.
+    HeldState freshState(const km::KeymapConfig& doc);
+    /// The built-in blank document.
+    km::KeymapConfig* loadBlank(km::LoadDiagnostic& diagnostic) const;
     km::KeymapConfig* load(const std::string& text, km::LoadDiagnostic& diagnostic) const;
 
     const std::string file_;
