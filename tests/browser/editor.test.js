@@ -88,8 +88,11 @@ async function drag(page, from, dx, dy, steps = 6) {
   await page.mouse.up();
 }
 
+// Waits for this save's answer: the status may still say "Saved" from the last.
 async function save(page) {
+  const answered = page.waitForResponse((r) => new URL(r.url()).pathname === '/api/save');
   await page.keyboard.press('Control+s');
+  await answered;
   await expect(page.locator('#status')).toContainText('Saved');
 }
 
@@ -231,8 +234,7 @@ test('Ctrl+S with a focused, edited field saves the edit', async ({ page }) => {
   await page.getByRole('button', { name: 'Add Macro' }).click();
   await page.locator('#capture').waitFor({ state: 'visible', timeout: 2000 }).then(() => page.keyboard.press('Escape'), () => {});
   await page.locator('#panel textarea[name="press_actions"]').fill('click 960,540\nsleep 50');
-  await page.keyboard.press('Control+s');
-  await expect(page.locator('#status')).toContainText('Saved');
+  await save(page);
   expect(readDoc(file).keymaps.at(-1).press_actions).toEqual(['click 960,540', 'sleep 50']);
 });
 
