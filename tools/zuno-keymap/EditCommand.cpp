@@ -152,12 +152,14 @@ int runEdit(const EditArguments& args) {
     }
 
     editor::WaitForTermination();
+    // Unsaved work reaches the disk first; clients still connected wait.
+    server->closeDoor();
+    const std::string recovery = session.writeRecovery();
     server->stop();
     if (!handOver.empty()) {
         std::error_code ignored;
         std::filesystem::remove_all(std::filesystem::u8path(handOver), ignored);
     }
-    const std::string recovery = session.writeRecovery();
     if (!recovery.empty()) {
         std::cerr << "zuno-keymap edit: unsaved changes were written to " << recovery << "\n";
     } else if (session.unsaved()) {

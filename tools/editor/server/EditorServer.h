@@ -1,10 +1,12 @@
 //
 // EditorServer.h
 //
-// The editor's HTTP server on 127.0.0.1: Poco's TCPServer, with each
-// connection reading HTTP/1.1 itself against deadlines and handing every
-// request to EditorApi. It reads at most EditorApi::kMaxBody bytes of a body
-// and only after EditorApi::screen let the request through.
+// The editor's HTTP server on 127.0.0.1. One door thread accepts every
+// connection and reads every request head and body without blocking, against
+// deadlines; only whole requests that EditorApi::screen let through reach the
+// workers that call EditorApi::handle. Clients that send slowly, or connect
+// and send nothing, hold no worker, and beyond a cap the oldest of those that
+// have not yet sent a head are dropped to make room for new ones.
 //
 
 #ifndef ZUNO_KEYMAP_EDITOR_EDITORSERVER_H
@@ -13,12 +15,6 @@
 #include <memory>
 
 #include "EditorApi.h"
-
-namespace Poco {
-namespace Net {
-class TCPServer;
-}
-}  // namespace Poco
 
 namespace zunokeymap {
 namespace editor {
@@ -35,14 +31,20 @@ public:
 
     int port() const { return port_; }
 
-    /// Serves on threads of its own until stop() or destruction.
+    /// Serves on threads of its own until stop() or destruction. Throws
+    /// std::system_error when no thread can be started.
     void start();
-    /// Stops accepting and waits (bounded by the request deadlines) for the
-    /// requests under way, so that nothing they use is torn down under them.
+    /// Stops accepting connections and passing requests to the API (later
+    /// ones are answered 503), and waits a few seconds at most for those the
+    /// API is handling: after it, no client changes the session.
+    void closeDoor();
+    /// closeDoor(), then gives the answers under way two seconds at most to
+    /// be written, closes every connection and ends the server's threads.
     void stop();
 
 private:
-    std::unique_ptr<Poco::Net::TCPServer> server_;
+    class Door;
+    std::unique_ptr<Door> door_;
     int port_ = 0;
 };
 
