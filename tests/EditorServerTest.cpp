@@ -122,8 +122,24 @@ TEST(EditorServer, DoorOnTheWire) {
     EXPECT_EQ(s.dir.read("doc.json"), twoItems());
 }
 
+// The status lines of the answers in `bytes`, one after another, joined by " | ".
+std::string statusLines(const std::string& bytes) {
+    std::string lines;
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t end = bytes.find("\r\n\r\n", at);
+        if (end == std::string::npos) {
+            return lines + " | (cut short)";
+        }
+        lines += (lines.empty() ? "" : " | ") + bytes.substr(at, bytes.find("\r\n", at) - at);
+        const std::size_t length = bytes.find("Content-Length: ", at);
+        at = end + 4 + (length < end ? std::stoul(bytes.substr(length + 16)) : 0);
+    }
+    return lines;
+}
+
 // Requests a browser would not send are refused, each with its own status
-// and reason, always as HTTP/1.1; a body that ends early is no body.
+// and reason, always as HTTP/1.1; a body that ends early is no body. Requests
+// sent at once are answered in turn, a refusal with its body whole included.
 TEST(EditorServer, StrictOnTheWire) {
     Served s;
     const std::string host = "Host: 127.0.0.1:" + std::to_string(s.server->port()) + "\r\n";
@@ -132,8 +148,11 @@ TEST(EditorServer, StrictOnTheWire) {
     struct Row {
         const char* what;
         std::string request;
-        std::string status;  // the answer's first line
+        std::string status;  // the answers' first lines
     };
+    const std::string state = "GET /api/state HTTP/1.1\r\n" + host + auth + "\r\n";
+    const std::string tokenless =
+        "PUT /api/document HTTP/1.1\r\n" + host + json + "Content-Length: 2\r\n\r\n{}";
     const std::vector<Row> rows = {
         {"plain", "GET /api/state HTTP/1.1\r\n" + host + auth + "\r\n", "HTTP/1.1 200 OK"},
         {"wrong host", "GET /api/state HTTP/1.1\r\nHost: x:1\r\n" + auth + "\r\n",
@@ -155,11 +174,17 @@ TEST(EditorServer, StrictOnTheWire) {
         {"a body cut short",
          "PUT /api/document HTTP/1.1\r\n" + host + auth + json + "Content-Length: 100\r\n\r\n{}",
          "HTTP/1.1 400 Bad Request"},
+        {"a head too large",
+         "GET /api/state HTTP/1.1\r\n" + host + "X: " + std::string(70000, 'x') + "\r\n\r\n",
+         "HTTP/1.1 431 Request Header Fields Too Large"},
+        {"two at once", state + state, "HTTP/1.1 200 OK | HTTP/1.1 200 OK"},
+        {"refused, then served", tokenless + state, "HTTP/1.1 401 Unauthorized | HTTP/1.1 200 OK"},
+        {"HTTP/1.0 closes", "GET /api/state HTTP/1.0\r\n" + host + auth + "\r\n" + state,
+         "HTTP/1.1 200 OK"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
-        const std::string answer = raw(s.server->port(), row.request);
-        EXPECT_EQ(answer.substr(0, answer.find("\r\n")), row.status);
+        EXPECT_EQ(statusLines(raw(s.server->port(), row.request)), row.status);
     }
     EXPECT_EQ(s.dir.read("doc.json"), twoItems());
 }
