@@ -1,5 +1,6 @@
-// The editor's server on the loopback: the door as a browser meets it, fifty
-// clients at once, and the tool's recovery file when it is stopped.
+// The editor's server on the loopback: the door as a browser meets it, clients
+// that send slowly or not at all, fifty clients at once, and the tool's
+// recovery file when it is stopped.
 
 #include <gtest/gtest.h>
 
