@@ -218,6 +218,16 @@ TEST(EditorEdit, AGestureIsOneUndoStepAndARetryIsNotAppliedAgain) {
     e.edit(R"([{"op":"undo"},{"op":"delete","item":2}])");
     EXPECT_FALSE(e.edit("[]")->getValue<bool>("redo")) << "a new edit ends what there was to redo";
     EXPECT_EQ(oks(e.edit(R"([{"op":"undo"},{"op":"undo"}])")), (std::vector<bool>{true, false}));
+
+    // Adds in one request: each a step of its own, unless of one gesture.
+    const std::string before = e.session->documentText();
+    const Object::Ptr added = e.edit(R"([{"op":"add","type":"Click"},
+        {"op":"add","type":"Tip","group":"paste"},{"op":"add","type":"Tip","group":"paste"}])");
+    ASSERT_EQ(added->getArray("ids")->size(), 6U);
+    EXPECT_EQ(added->getObject("document")->getArray("keymaps")->size(), 6U);
+    EXPECT_EQ(e.edit(R"([{"op":"undo"}])")->getArray("ids")->size(), 4U);
+    EXPECT_EQ(e.edit(R"([{"op":"undo"}])")->getArray("ids")->size(), 3U);
+    EXPECT_EQ(e.session->documentText(), before);
 }
 
 // Each page's retry is recognised by its own last request, whatever other

@@ -201,6 +201,8 @@ private:
     /// for anything but a "set").
     bool acceptSet(const Poco::JSON::Object::Ptr& op, EditResult& result, const HeldState& state,
                    const HeldState& next, std::shared_ptr<const km::CheckReport>& report);
+    /// Writes the state's text afresh from doc_ when it lags behind.
+    void freshen(HeldState& state);
     /// Makes `next` the state, recording `state` in the history when it differs.
     void keep(const Poco::JSON::Object::Ptr& op, HeldState& state, HeldState next);
     std::vector<long> freshIds(std::size_t count);
@@ -225,6 +227,7 @@ private:
     EditHistory history_;
     long nextId_ = 1;
     bool changed_ = false;  ///< whether the edits of apply() changed the state
+    bool stale_ = false;    ///< whether the state's text lags behind doc_ in apply()
     /// The last request of each page heard from, the most recent first.
     struct ClientRequest {
         std::string client;

@@ -128,9 +128,11 @@ std::vector<EditResult> EditorSession::apply(const Poco::JSON::Array::Ptr& ops) 
     HeldState state{text_, ids_};
     std::shared_ptr<const km::CheckReport> report = checked_;
     changed_ = false;
+    stale_ = false;
     for (std::size_t i = 0; i < ops->size(); ++i) {
         results.push_back(editOne(ops->getObject(static_cast<unsigned>(i)), state, report));
     }
+    freshen(state);
     // Checked (when no "set" did it already) and drawn once, for all of them.
     if (changed_) {
         commitLocked(std::move(state), report);
@@ -208,24 +210,39 @@ bool EditorSession::editItem(const Poco::JSON::Object::Ptr& op, int index, HeldS
         result.path = "keymaps[" + std::to_string(at) + "]" + result.path.substr(prefix.size());
     }
     result.index = at;
-    HeldState next{std::string(), state.ids};
-    std::unique_ptr<km::ConfigItem> previous;
     if (made) {
+        // The text waits until something needs it: a request of many adds
+        // writes the document once, not once for each.
+        const std::string group = op->optValue<std::string>("group", std::string());
+        if (!history_.joins(group)) {
+            freshen(state);
+            history_.record(HeldState{std::move(state.text), state.ids}, group);
+        }
         doc_->items.push_back(edited.release());
-        next.ids.push_back(ids.back());
-    } else {
-        previous.reset(doc_->items[static_cast<std::size_t>(index)]);
-        doc_->items[static_cast<std::size_t>(index)] = edited.release();
+        state.ids.push_back(ids.back());
+        stale_ = true;
+        changed_ = true;
+        report.reset();
+        return true;
     }
+    std::unique_ptr<km::ConfigItem> previous(doc_->items[static_cast<std::size_t>(index)]);
+    doc_->items[static_cast<std::size_t>(index)] = edited.release();
+    HeldState next{std::string(), state.ids};
     next.text = km::SaveKeymapConfigAndInfoToText(doc_.get());
     if (!acceptSet(op, result, state, next, report)) {
-        // Only a "set" is refused here, and it makes no item.
         delete doc_->items[static_cast<std::size_t>(index)];
         doc_->items[static_cast<std::size_t>(index)] = previous.release();
         return true;
     }
     keep(op, state, std::move(next));
     return true;
+}
+
+void EditorSession::freshen(HeldState& state) {
+    if (stale_) {
+        state.text = km::SaveKeymapConfigAndInfoToText(doc_.get());
+        stale_ = false;
+    }
 }
 
 void EditorSession::keep(const Poco::JSON::Object::Ptr& op, HeldState& state, HeldState next) {
@@ -273,6 +290,7 @@ EditResult EditorSession::editOne(const Poco::JSON::Object::Ptr& op, HeldState& 
     EditResult result;
     const std::string name = OperationName(op);
     if (name == "undo" || name == "redo") {
+        freshen(state);
         result.ok = name == "undo" ? history_.undo(state) : history_.redo(state);
         if (!result.ok) {
             result.error = "nothing to " + name;
@@ -285,9 +303,14 @@ EditResult EditorSession::editOne(const Poco::JSON::Object::Ptr& op, HeldState& 
         return result;
     }
     const int index = soleItem(op, name, state.ids);
+    const bool makes = name == "add" || name == "duplicate";
+    if (!makes) {
+        freshen(state);
+    }
     if ((index >= 0 || name == "add") && editItem(op, index, state, result, report)) {
         return result;
     }
+    freshen(state);
     result = EditResult();
     HeldState next{std::string(), state.ids};
     EditTarget target;
