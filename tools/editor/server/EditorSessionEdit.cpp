@@ -173,15 +173,16 @@ bool EditorSession::editItem(const Poco::JSON::Object::Ptr& op, int index, HeldS
     // document is neither parsed nor loaded for it. An edit that makes an
     // item (add, duplicate) appends it to a list of the one item it starts
     // from, or of none.
+    const km::ConfigItem* held =
+        index >= 0 ? doc_->items[static_cast<std::size_t>(index)] : nullptr;
+    if (index >= 0 && held == nullptr) {
+        return false;
+    }
     EditTarget target;
     target.root = new Poco::JSON::Object();
     Poco::JSON::Array::Ptr items = new Poco::JSON::Array();
     std::vector<long> ids;
-    if (index >= 0) {
-        const km::ConfigItem* held = doc_->items[static_cast<std::size_t>(index)];
-        if (held == nullptr) {
-            return false;
-        }
+    if (held != nullptr) {
         items->add(ItemJson(*held));
         ids.push_back(state.ids[static_cast<std::size_t>(index)]);
     }

@@ -106,7 +106,7 @@ bool readRecovery(const std::string& path, std::string& document, std::string& o
     try {
         Poco::JSON::Parser parser;
         const Poco::Dynamic::Var parsed = parser.parse(bytes);
-        const auto object = parsed.extract<Poco::JSON::Object::Ptr>();
+        const auto& object = parsed.extract<Poco::JSON::Object::Ptr>();
         if (object->has("file") && object->has("document")) {
             owner = object->getValue<std::string>("file");
             std::ostringstream text;
@@ -345,7 +345,7 @@ std::string EditorSession::writeRecovery() {
             }
         }
         for (int n = 1; n <= kMaxRecoveries; ++n) {
-            const std::string candidate =
+            std::string candidate =
                 (fs::u8path(folder.path) / fs::u8path(recoveryName(fullPath_, folder.hashed, n)))
                     .u8string();
             std::string error;
