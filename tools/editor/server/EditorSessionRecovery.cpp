@@ -15,7 +15,6 @@
 #include <filesystem>
 #include <sstream>
 
-#include <Poco/DateTimeFormat.h>
 #include <Poco/DateTimeFormatter.h>
 #include <Poco/Exception.h>
 #include <Poco/File.h>
