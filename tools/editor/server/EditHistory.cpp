@@ -18,7 +18,7 @@ void EditHistory::record(HeldState before, const std::string& group) {
         bytes_ -= sizeOf(step);
     }
     redo_.clear();
-    if (joinable_ && !group.empty() && !undo_.empty() && undo_.back().group == group) {
+    if (joins(group)) {
         return;  // the step already holds the state before the gesture
     }
     undo_.push_back({std::move(before), group});

@@ -36,6 +36,12 @@ public:
     /// same group as the step before joins that step.
     void record(HeldState before, const std::string& group);
 
+    /// Whether a change of `group` would join the last step, so that the
+    /// state before it need not be recorded.
+    bool joins(const std::string& group) const {
+        return joinable_ && !group.empty() && !undo_.empty() && undo_.back().group == group;
+    }
+
     bool canUndo() const { return !undo_.empty(); }
     bool canRedo() const { return !redo_.empty(); }
 
