@@ -6,6 +6,56 @@
 import { ChordCapture, gamepadChange, mouseKey, readGamepads, wheelKey } from './keys.js';
 
 export class KeyCapture {
+  show(prompt, target, confirming) {
+    const overlay = this.overlay;
+    overlay.querySelector('.capture-target').textContent = target;
+    overlay.querySelector('.capture-prompt').textContent = prompt;
+    overlay.querySelector('.click-area').hidden = confirming;
+    overlay.querySelector('.capture-confirm').hidden = !confirming;
+    overlay.hidden = false;
+  }
+
+  hide() {
+    this.overlay.hidden = true;
+    // The keyboard goes back to where it was before the dialog.
+    if (this.before && this.before.isConnected) this.before.focus({ preventScroll: true });
+  }
+
+  /// Asks before a binding that replaces or collides: resolves true for
+  /// Enter or "Bind anyway", false for Escape, Cancel or a click beside.
+  confirm(message, target = '') {
+    const overlay = this.overlay;
+    this.show(message, target, true);
+    overlay.querySelector('.capture-box').focus();
+    this.active = true;
+    return new Promise((resolve) => {
+      const yes = overlay.querySelector('.capture-confirm');
+      const no = overlay.querySelector('.capture-cancel');
+      const finish = (answer) => {
+        this.active = false;
+        window.removeEventListener('keydown', onKey, true);
+        overlay.removeEventListener('mousedown', onMouse);
+        yes.removeEventListener('click', onYes);
+        no.removeEventListener('click', onNo);
+        this.hide();
+        resolve(answer);
+      };
+      const onKey = (e) => {
+        e.preventDefault();
+        e.stopPropagation();
+        if (e.key === 'Enter') finish(true);
+        else if (e.key === 'Escape') finish(false);
+      };
+      const onMouse = (e) => { if (e.target === overlay) { e.preventDefault(); finish(false); } };
+      const onYes = () => finish(true);
+      const onNo = () => finish(false);
+      window.addEventListener('keydown', onKey, true);
+      overlay.addEventListener('mousedown', onMouse);
+      yes.addEventListener('click', onYes);
+      no.addEventListener('click', onNo);
+    });
+  }
+
   /// `keyOf(params)` asks the server for the key with its caption.
   constructor(overlay, keyOf) {
     this.overlay = overlay;
@@ -13,12 +63,13 @@ export class KeyCapture {
     this.active = false;
   }
 
-  /// Resolves to [key, second key?] in the library's form, or null when cancelled.
-  capture(prompt, { chord = false } = {}) {
+  /// Resolves to [key, second key?] in the library's form, or null when
+  /// cancelled. `target` names the item and the slot being bound.
+  capture(prompt, { chord = false, target = '' } = {}) {
     const overlay = this.overlay;
     const area = overlay.querySelector('.click-area');
-    overlay.querySelector('.capture-prompt').textContent = prompt;
-    overlay.hidden = false;
+    this.show(prompt, target, false);
+    if (!this.overlay.contains(document.activeElement)) this.before = document.activeElement;
     overlay.querySelector('.capture-box').focus();
     this.active = true;
     return new Promise((resolve) => {
@@ -66,7 +117,7 @@ export class KeyCapture {
       };
       const stop = () => {
         this.active = false;
-        overlay.hidden = true;
+        this.hide();
         cancelAnimationFrame(frame);
         window.removeEventListener('keydown', onKeyDown, true);
         window.removeEventListener('keyup', onKeyUp, true);

@@ -40,7 +40,7 @@ export class ItemList {
     const problems = problemsOf(state.report, index);
     const selected = state.selected.includes(id);
     const hidden = state.hidden.includes(id);
-    const keys = keyCaptions(item, members) || 'no key';
+    const keys = keyCaptions(state, index, members) || 'no key';
     const description = (item.icon && item.icon.description) || '';
     const li = element('li', { role: 'option', tabindex: selected || (!state.selected.length && index === 0) ? 0 : -1,
       'aria-selected': selected ? 'true' : 'false', 'data-item-id': id, 'data-item-index': index,

@@ -14,7 +14,7 @@ import { MacroTools } from './macrotools.js';
 import { OpQueue, op } from './operations.js';
 import { Panel, resolve } from './panel.js';
 import { Picture } from './picture.js';
-import { Store, focusItem, fromSnapshot, indexOf, problemCount, valueAt } from './store.js';
+import { Store, focusItem, fromSnapshot, indexOf, keyCaptionOf, problemCount, valueAt } from './store.js';
 import { TestMode } from './testmode.js';
 import { arrange } from './arrange.js';
 import { element } from './dom.js';
@@ -77,6 +77,7 @@ const picture = new Picture($('picture'), $('stage'), {
   press: (p) => macro.press(p),
   bind: (id) => bindItem(id),
   changed: () => store.changed(),
+  current: () => store.get(),
 });
 
 const itemPanel = new Panel($('panel'), {
@@ -106,6 +107,7 @@ const list = new ItemList($('items'), {
       store.update({ selected: [selected[0], ...ids.slice(a, b + 1).filter((x) => x !== selected[0])] });
     } else store.update({ selected: [id] });
   },
+  bind: (id) => bindItem(id),
   toggleHidden: (id) => store.update(({ hidden }) => ({ hidden: hidden.includes(id) ? hidden.filter((x) => x !== id) : [...hidden, id] })),
   reorder: (id, to) => { if (to >= 0 && to < store.get().ids.length) send(op.reorder(id, to)); },
 });
@@ -137,7 +139,8 @@ function render(state) {
     const definition = resolve(schema, (schema.definitions || schema.$defs || {})[focus.item.type]);
     itemPanel.show(schema, definition, focus.item, {
       key: `${focus.id}:${focus.item.type}`, target: focus.id, heading: `${focus.item.type} — keymaps[${focus.index}]`,
-      prefix: `keymaps[${focus.index}]`, errors: state.errors, keyMembers: shapes.keys[focus.item.type] || [] });
+      prefix: `keymaps[${focus.index}]`, errors: state.errors, keyMembers: shapes.keys[focus.item.type] || [],
+      captions: (state.captions[focus.index] || {}).keys || {} });
   } else itemPanel.clear();
   list.render(state, colours, shapes.keys, shapes.markers);
   renderProblems(state);
@@ -199,6 +202,11 @@ async function addItem(type, at) {
   }
 }
 
+// After a button acts on the selection, the keyboard goes back to the
+// picture, so that Enter binds and the arrows move rather than press the
+// button again.
+function focusPicture() { $('picture').focus({ preventScroll: true }); }
+
 function selectedIds() { return store.get().selected.filter((id) => store.get().ids.includes(id)); }
 
 async function duplicateSelected() {
@@ -237,8 +245,15 @@ function bindItem(id) {
 async function bindMembers(id, members, lead = '') {
   const group = gestures.next('bind');
   for (const step of bindingSteps(members)) {
-    const keys = await capture.capture(lead + step.prompt, { chord: step.members.length > 1 });
+    const before = store.get();
+    const index = indexOf(before, id);
+    if (index < 0) return;  // deleted meanwhile
+    const now = keyCaptionOf(before, index, step.members[0]);
+    const target = `${before.doc.keymaps[index].type} — keymaps[${index}], ${step.members.join(' + ')}` +
+      (now ? ` (now ${now}: the key you press replaces it)` : '');
+    const keys = await capture.capture(lead + step.prompt, { chord: step.members.length > 1, target });
     if (!keys) return;  // cancelled: what is bound so far stays
+    if (!await collisionAccepted(id, keys, target)) return;
     const state = store.get();
     const item = state.doc.keymaps[indexOf(state, id)] || {};
     for (const [k, member] of step.members.entries()) {
@@ -251,16 +266,34 @@ async function bindMembers(id, members, lead = '') {
   }
 }
 
+// A key another item already fires on is bound only when the user says so.
+async function collisionAccepted(id, keys, target) {
+  let fired = [];
+  try { fired = await api.trigger(keys.filter(Boolean)); } catch (error) { return true; }
+  const state = store.get();
+  const others = [...new Set(fired.map((t) => t.index))].filter((index) => state.ids[index] !== id);
+  if (others.length === 0) return true;
+  const names = others.map((index) => `${state.doc.keymaps[index].type} keymaps[${index}]`).join(', ');
+  const pressed = keys.filter(Boolean).map((key) => key.caption || key.text).reverse().join('+');
+  return capture.confirm(`${pressed} already fires ${names}: binding it makes a collision. ` +
+    'Enter binds it anyway; Escape cancels.', target);
+}
+
 async function save(options = {}) {
   itemPanel.commitFocused();
   settingsPanel.commitFocused();
   macro.commit();
   store.update({ status: 'Saving…' });
   await queue.idle();
-  const answer = await api.save(options);
+  const answer = await api.save({ ...options, version: store.get().version });
   const name = store.get().name;
   if (answer.status === 200) {
-    store.update({ unsaved: false, isNew: false, conflict: false, status: `Saved ${name}` });
+    const status = answer.data.downloaded ? `Downloaded ${answer.data.file || name}`
+      : `Saved to ${answer.data.file || name}`;
+    store.update({ unsaved: false, isNew: false, conflict: false, status });
+  } else if (answer.status === 409 && answer.data.stale) {
+    await catchUp('Another page changed this document: it now shows that version. Nothing was saved.');
+    store.update({ status: 'Not saved: another page changed the document; look it over and save again' });
   } else if (answer.status === 409 && answer.data.lost) {
     const lost = answer.data.lost.join('\n  ');
     if (window.confirm(`Saving drops ${answer.data.lost.length} element(s) of ${name} ` +
@@ -284,6 +317,20 @@ async function reload() {
   } else {
     store.update({ status: `Not reloaded: ${answer.data.error}` });
   }
+}
+
+// The Arrange menu closes on Escape, on a choice and when the focus leaves
+// it, and gives the keyboard back to its button.
+function closeMenu(menu) {
+  if (!menu || !menu.open) return;
+  menu.open = false;
+  menu.querySelector('summary').focus({ preventScroll: true });
+}
+for (const menu of document.querySelectorAll('details.menu')) {
+  menu.addEventListener('keydown', (e) => {
+    if (e.key === 'Escape' && menu.open) { e.preventDefault(); e.stopPropagation(); closeMenu(menu); }
+  });
+  menu.addEventListener('focusout', (e) => { if (!menu.contains(e.relatedTarget)) menu.open = false; });
 }
 
 function setZoom(zoom, keep) {
@@ -355,6 +402,7 @@ stage.addEventListener('drop', (e) => {
   $('picture').classList.remove('dropping');
   const type = e.dataTransfer && e.dataTransfer.getData('application/x-keymap-type');
   if (type && picture.svg) {
+    focusPicture();
     const p = picture.point(e);
     addItem(type, { rel_x: p.x / picture.size.width, rel_y: p.y / picture.size.height });
     return;
@@ -369,8 +417,8 @@ click('overwrite', () => save({ force: true }));
 click('reload', () => reload());
 click('undo', () => send(op.undo()));
 click('redo', () => send(op.redo()));
-click('delete', () => deleteSelected());
-click('duplicate', () => duplicateSelected());
+click('delete', () => { deleteSelected(); focusPicture(); });
+click('duplicate', () => { duplicateSelected(); focusPicture(); });
 click('test-keys', () => tester.toggle());
 click('pick-point', () => macro.pick());
 click('record', () => macro.record());
@@ -380,7 +428,10 @@ click('zoom-out', () => setZoom(Math.max(store.get().zoom / 1.25, 0.25)));
 click('fit', () => { setZoom(1); $('stage').scrollTo(0, 0); });
 click('document-settings', () => store.update(({ showSettings }) => ({ showSettings: !showSettings })));
 for (const button of document.querySelectorAll('[data-arrange]')) {
-  button.addEventListener('click', () => arrangeSelected(button.dataset.arrange));
+  button.addEventListener('click', () => {
+    arrangeSelected(button.dataset.arrange);
+    closeMenu(button.closest('details'));
+  });
 }
 $('search').addEventListener('input', (e) => store.update({ search: e.target.value }));
 $('panel').addEventListener('focusout', (e) => { if (e.target.name === 'press_actions') macro.remember(e.target); });
@@ -397,7 +448,7 @@ function palette(types, kind) {
         element('span', { class: 'marker-glyph', style: `color:${colours[type] || '#fff'}`, 'aria-hidden': 'true',
           text: GLYPHS[(shapes.markers || {})[type]] || '●' }),
         element('strong', { text: type }), element('small', { text: purpose }));
-      button.addEventListener('click', () => addItem(type));
+      button.addEventListener('click', () => { focusPicture(); addItem(type); });
       button.addEventListener('dragstart', (e) => {
         e.dataTransfer.setData('application/x-keymap-type', type);
         e.dataTransfer.effectAllowed = 'copy';
@@ -407,22 +458,74 @@ function palette(types, kind) {
   $('palette').replaceChildren(...entries);
 }
 
-async function offerRecovery(files) {
-  if (!files || files.length === 0) return;
-  $('recovery-text').textContent = `Unsaved changes of an earlier session were kept in ${files[0]}.`;
-  $('recovery').hidden = false;
-  click('recovery-open', async () => {
-    $('recovery').hidden = true;
-    const answer = await api.recovery(0);
-    if (!answer.ok) { store.update({ status: `Not opened: ${answer.data.error}` }); return; }
-    await queue.idle();
-    const put = await api.putDocument(typeof answer.data === 'string' ? answer.data : JSON.stringify(answer.data));
-    if (put.status !== 200) { store.update({ status: `Not opened: ${put.data.error}` }); return; }
-    const shot = await api.snapshot();
-    store.update((state) => ({ ...fromSnapshot(state, shot), status: 'Opened the recovered changes' }));
+// Every recovery file of the document, newest first: each can be opened (an
+// edit that can be undone) or dismissed for good.
+function offerRecovery(files) {
+  const entries = (files || []).map((file) => {
+    const open = element('button', { type: 'button', text: 'Open', 'aria-label': `Open ${file.path}` });
+    const dismiss = element('button', { type: 'button', text: 'Dismiss', 'aria-label': `Dismiss ${file.path}` });
+    const li = element('li', {}, element('span', { text: `${file.path}, ${new Date(file.time).toLocaleString()}` +
+      (file.bytes !== undefined ? `, ${file.bytes} bytes` : '') }), open, dismiss);
+    const settle = (text) => {
+      li.remove();
+      $('recovery').hidden = $('recovery-files').childElementCount === 0;
+      store.update({ status: text });
+    };
+    open.addEventListener('click', async () => {
+      await queue.idle();
+      const answer = await api.openRecovery(file.n);
+      if (!answer.ok) { store.update({ status: `Not opened: ${answer.data.error}` }); return; }
+      store.update((state) => fromSnapshot(state, answer.data));
+      settle(`Opened ${file.path}: Undo goes back`);
+    });
+    dismiss.addEventListener('click', async () => {
+      const answer = await api.dismissRecovery(file.n);
+      if (!answer.ok) { store.update({ status: `Not dismissed: ${answer.data.error}` }); return; }
+      settle(`Dismissed ${file.path}`);
+    });
+    return li;
   });
-  click('recovery-ignore', () => { $('recovery').hidden = true; });
+  $('recovery-files').replaceChildren(...entries);
+  $('recovery').hidden = entries.length === 0;
 }
+
+// ---- another page on the same document ---------------------------------
+
+// Another tab (or window) may edit the document the server holds: the page
+// asks for its version about once a second and when it gets the focus, and
+// shows a newer document with a notice. A save names the version shown, so
+// it never writes what this page has not shown.
+function showStale(text) {
+  $('stale-text').textContent = text;
+  $('stale').hidden = false;
+}
+$('stale-dismiss').addEventListener('click', () => { $('stale').hidden = true; });
+
+async function catchUp(text) {
+  const shot = await api.snapshot();
+  if (queue.busy() || shot.version === store.get().version) return false;
+  store.update((state) => fromSnapshot(state, shot));
+  showStale(text);
+  return true;
+}
+
+let asking = false;
+async function pollVersion() {
+  if (asking || !window.editorReady || queue.busy()) return;
+  asking = true;
+  try {
+    const version = await api.version();
+    if (version !== store.get().version && !queue.busy()) {
+      await catchUp('Another page changed this document: it now shows that version.');
+    }
+  } catch (error) {
+    // The next poll asks again; a lost server shows on the next edit.
+  } finally {
+    asking = false;
+  }
+}
+setInterval(pollVersion, 1000);
+window.addEventListener('focus', pollVersion);
 
 async function start() {
   try {
@@ -454,6 +557,9 @@ async function start() {
     store.update({ status: `Cannot reach the editor: ${error.message}` });
   }
 }
+
+// The static page's storage could not keep the work: the user must know.
+window.addEventListener('keymap-storage', (e) => showStale(e.detail));
 
 // Another keymap opened in the page (served as static files): shown afresh.
 window.addEventListener('keymap-opened', () => {

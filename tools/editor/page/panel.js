@@ -9,7 +9,7 @@
 
 import { element } from './dom.js';
 import { secondKeyOf } from './keys.js';
-import { caption, valueAt } from './store.js';
+import { valueAt } from './store.js';
 
 const GROUPS = ['Position', 'Keys', 'Behaviour', 'Advanced'];
 const UNITS = { ms: 'in milliseconds', px: 'in pixels', screen: 'a fraction of the screen' };
@@ -61,8 +61,6 @@ export function defaultOf(schema, raw) {
   return { boolean: false, integer: 0, number: 0, string: '', array: [] }[node.type] ?? null;
 }
 
-const keyCaption = (key) => caption(key) || 'not bound';
-
 export class Panel {
   /// `handlers`: change(member, value, target), remove(member, target), bind(members, target),
   /// macroCheck(lines), macroRunning(lines).
@@ -75,7 +73,7 @@ export class Panel {
   }
 
   clear() {
-    this.commitFocused();
+    this.commitFocused({ keep: false });
     this.shown = null;
     this.updaters.clear();
     this.host.replaceChildren(element('p', { class: 'empty', text: this.empty }));
@@ -85,8 +83,10 @@ export class Panel {
   /// JSON path ("keymaps[3]", "" for the document); `errors` maps JSON paths
   /// to refusals; `keyMembers` are the members binding fires; `target` is
   /// handed back with every change, naming what the form showed.
-  show(schema, definition, value, { key, target, heading, prefix, errors = {}, keyMembers = [], sections = false }) {
+  show(schema, definition, value, { key, target, heading, prefix, errors = {}, keyMembers = [], captions = {},
+    sections = false }) {
     this.schema = schema;
+    this.captions = captions;
     this.values = value;
     this.prefix = prefix;
     this.keyMembers = keyMembers;
@@ -96,7 +96,7 @@ export class Panel {
       return;
     }
     // A field left by the rebuild sends what was typed into it, to what it showed.
-    if (this.shown && this.shown.key !== key) this.commitFocused();
+    if (this.shown && this.shown.key !== key) this.commitFocused({ keep: false });
     this.target = target;
     const focused = document.activeElement && this.host.contains(document.activeElement)
       ? document.activeElement.id : null;
@@ -151,11 +151,12 @@ export class Panel {
   }
 
   field(f, errors) {
+    const { target } = this;
     const member = f.path.join('.');
     if (!f.present && !f.required && !isKeyNode(f.raw, f.node)) {
       const add = element('button', { type: 'button', class: 'add-member', text: `Add ${labelOf(f.name, f.node)}`,
         title: f.node.description });
-      add.addEventListener('click', () => this.handlers.change(member, defaultOf(this.schema, f.raw), this.target));
+      add.addEventListener('click', () => this.handlers.change(member, defaultOf(this.schema, f.raw), target));
       return element('div', { class: 'field absent' }, add);
     }
     if (f.nested) {
@@ -185,9 +186,10 @@ export class Panel {
   }
 
   removeButton(member, f) {
+    const { target } = this;
     const remove = element('button', { type: 'button', class: 'remove-member', text: 'Remove',
       'aria-label': `Remove ${labelOf(f.name, f.node)}` });
-    remove.addEventListener('click', () => this.handlers.remove(member, this.target));
+    remove.addEventListener('click', () => this.handlers.remove(member, target));
     return remove;
   }
 
@@ -210,8 +212,9 @@ export class Panel {
   }
 
   valueField(f, member) {
+    const { target } = this;
     const { node } = f;
-    const change = (v) => this.handlers.change(member, v, this.target);
+    const change = (v) => this.handlers.change(member, v, target);
     let control;
     const extra = [];
     if (node.type === 'boolean') {
@@ -269,15 +272,16 @@ export class Panel {
   }
 
   colourField(f, member) {
+    const { target } = this;
     const text = element('input', { type: 'text', pattern: '[0-9A-Fa-f]{8}', spellcheck: 'false' });
     const colour = element('input', { type: 'color', 'aria-label': `${labelOf(f.name, f.node)} colour` });
     const alpha = element('input', { type: 'range', min: 0, max: 255, step: 1,
       'aria-label': `${labelOf(f.name, f.node)} opacity` });
     const hex = (n) => Number(n).toString(16).padStart(2, '0').toUpperCase();
     const fromPickers = () => `${colour.value.slice(1).toUpperCase()}${hex(alpha.value)}`;
-    colour.addEventListener('change', () => this.handlers.change(member, fromPickers(), this.target));
-    alpha.addEventListener('change', () => this.handlers.change(member, fromPickers(), this.target));
-    text.addEventListener('change', () => this.handlers.change(member, text.value, this.target));
+    colour.addEventListener('change', () => this.handlers.change(member, fromPickers(), target));
+    alpha.addEventListener('change', () => this.handlers.change(member, fromPickers(), target));
+    text.addEventListener('change', () => this.handlers.change(member, text.value, target));
     this.updaters.set(member, (v) => {
       const value = typeof v === 'string' ? v : '';
       if (document.activeElement !== text) text.value = value;
@@ -290,12 +294,13 @@ export class Panel {
   }
 
   pointField(f, member) {
+    const { target } = this;
     const inputs = ['rel_x', 'rel_y'].map((axis) => {
       const input = element('input', { type: 'number', step: 'any', 'aria-label': `${labelOf(f.name, f.node)} ${axis.slice(4)}` });
       // One coordinate at a time: the other may be moving meanwhile.
       input.addEventListener('change', () => {
         const value = Number(input.value);
-        this.handlers.change(`${member}.${axis}`, input.value.trim() === '' || !Number.isFinite(value) ? input.value : value, this.target);
+        this.handlers.change(`${member}.${axis}`, input.value.trim() === '' || !Number.isFinite(value) ? input.value : value, target);
       });
       return input;
     });
@@ -307,18 +312,20 @@ export class Panel {
   }
 
   keyField(f, member) {
-    const shown = element('output', { text: keyCaption(f.value) });
+    const { target } = this;
+    const shown = element('output');
     const bind = element('button', { type: 'button', text: 'Bind', 'aria-label': `Bind ${labelOf(f.name, f.node)}` });
     const second = secondKeyOf(member);
-    bind.addEventListener('click', () => this.handlers.bind(second && this.keyMembers.includes(second) ? [member, second] : [member], this.target));
+    bind.addEventListener('click', () => this.handlers.bind(second && this.keyMembers.includes(second) ? [member, second] : [member], target));
     const clear = element('button', { type: 'button', text: 'Clear', 'aria-label': `Clear ${labelOf(f.name, f.node)}` });
-    clear.addEventListener('click', () => this.handlers.clearKey(member, this.target));
-    this.updaters.set(member, (v) => { shown.textContent = keyCaption(v); });
+    clear.addEventListener('click', () => this.handlers.clearKey(member, target));
+    this.updaters.set(member, () => { shown.textContent = this.captions[member] || 'not bound'; });
     const control = element('div', { class: 'key-field', role: 'group', 'aria-label': labelOf(f.name, f.node) }, shown, bind, clear);
     return this.row(member, f, control);
   }
 
   macroField(f, member) {
+    const { target } = this;
     const area = element('textarea', { spellcheck: 'false', rows: 6 });
     const steps = element('ol', { class: 'macro-steps', 'aria-label': `${labelOf(f.name, f.node)} steps` });
     const refresh = async () => {
@@ -336,7 +343,7 @@ export class Panel {
     };
     let timer = 0;
     area.addEventListener('input', () => { clearTimeout(timer); timer = setTimeout(refresh, 120); });
-    area.addEventListener('change', () => this.handlers.change(member, area.value.split('\n').filter((l, i, all) => l !== '' || i < all.length - 1), this.target));
+    area.addEventListener('change', () => this.handlers.change(member, area.value.split('\n').filter((l, i, all) => l !== '' || i < all.length - 1), target));
     area.addEventListener('scroll', () => { steps.scrollTop = area.scrollTop; });
     this.updaters.set(member, (v) => {
       if (document.activeElement === area) return;
@@ -351,13 +358,14 @@ export class Panel {
     return row;
   }
 
-  /// Sends the change of the field being edited, if any, as leaving it would.
-  commitFocused() {
+  /// Sends the change of the field being edited, if any, as leaving it does:
+  /// the browser's own change event, once, to the item the field was made
+  /// for. `keep` puts the focus back (a save); a new selection leaves it.
+  commitFocused({ keep = true } = {}) {
     const active = document.activeElement;
-    if (active && this.host.contains(active) && /^(INPUT|TEXTAREA|SELECT)$/.test(active.tagName)) {
-      active.dispatchEvent(new Event('change', { bubbles: true }));
-      return true;
-    }
-    return false;
+    if (!active || !this.host.contains(active) || !/^(INPUT|TEXTAREA|SELECT)$/.test(active.tagName)) return false;
+    active.blur();
+    if (keep) active.focus({ preventScroll: true });
+    return true;
   }
 }
