@@ -2,118 +2,12 @@
 // page, chromium drives it, and what was saved is read back through the
 // library. Speeds are printed, not judged.
 import { test, expect } from '@playwright/test';
-import { spawn, execFileSync } from 'node:child_process';
 import fs from 'node:fs';
-import os from 'node:os';
 import path from 'node:path';
-import readline from 'node:readline';
+import { at, boxOf, centreOf, copyExample, drag, item, library, open, readDoc, save, screenPoint, settled, shoot,
+  source, useEditor } from './harness.js';
 
-const source = process.env.ZUNO_SOURCE_DIR || path.resolve('.');
-const builtTool = process.env.ZUNO_KEYMAP_TOOL;
-const buildDir = process.env.ZUNO_BUILD_DIR || path.resolve(path.dirname(builtTool), '../..');
-let prefix;
-let tool;
-let work;
-
-test.beforeAll(() => {
-  prefix = fs.mkdtempSync(path.join(os.tmpdir(), 'zuno-edit-prefix-'));
-  execFileSync('cmake', ['--install', buildDir, '--prefix', prefix], { stdio: 'ignore' });
-  tool = path.join(prefix, 'bin', 'zuno-keymap');
-});
-test.afterAll(() => fs.rmSync(prefix, { recursive: true, force: true }));
-const running = [];
-test.beforeEach(() => { work = fs.mkdtempSync(path.join(os.tmpdir(), 'zuno-edit-')); });
-// A failed test stops its editor too.
-test.afterEach(() => {
-  for (const child of running.splice(0)) child.kill('SIGKILL');
-  fs.rmSync(work, { recursive: true, force: true });
-});
-
-function startEditor(file, extra = [], env = {}) {
-  // Recovery files of other runs stay out of the way: a data folder of its own.
-  const child = spawn(tool, ['edit', '--no-browser', ...extra, file],
-    { cwd: os.tmpdir(), env: { ...process.env, XDG_DATA_HOME: work, ...env } });
-  running.push(child);
-  const lines = readline.createInterface({ input: child.stdout });
-  const url = new Promise((resolve, reject) => {
-    lines.once('line', resolve);
-    child.once('exit', (code) => reject(new Error(`the editor exited with ${code}`)));
-  });
-  return { child, url };
-}
-
-function copyExample(name) {
-  const file = path.join(work, name);
-  fs.copyFileSync(path.join(source, 'examples', name), file);
-  return file;
-}
-
-const library = (...args) => execFileSync(tool, args, { encoding: 'utf8' });
-const readDoc = (file) => JSON.parse(fs.readFileSync(file, 'utf8'));
-const item = (page, index) => page.locator(`#picture g.item[data-item-index="${index}"]`);
-
-async function open(page, file, { extra = [], env = {} } = {}) {
-  const missing = [];
-  page.on('response', (r) => { if (r.status() === 404) missing.push(r.url()); });
-  const editor = startEditor(file, extra, env);
-  const url = await editor.url;
-  expect(url).toMatch(/^http:\/\/127\.0\.0\.1:\d+\/\?token=[0-9a-f]{32,}$/);
-  await page.setViewportSize({ width: 1440, height: 860 });
-  await page.goto(url);
-  await page.waitForFunction(() => window.editorReady === true);
-  return { editor, missing };
-}
-
-const settled = (page) => page.evaluate(() => window.editorIdle());
-
-// The box of what `locator` finds, asked again while an answer redraws it.
-async function boxOf(locator) {
-  for (let attempt = 0; attempt < 50; attempt++) {
-    const box = await locator.boundingBox({ timeout: 2000 }).catch(() => null);
-    if (box) return box;
-    await new Promise((resolve) => setTimeout(resolve, 20));
-  }
-  throw new Error(`nothing shown for ${locator}`);
-}
-
-async function centreOf(locator) {
-  const box = await boxOf(locator);
-  return { x: box.x + box.width / 2, y: box.y + box.height / 2 };
-}
-
-async function drag(page, from, dx, dy, steps = 6) {
-  await page.mouse.move(from.x, from.y);
-  await page.mouse.down();
-  await page.mouse.move(from.x + dx, from.y + dy, { steps });
-  await page.mouse.up();
-}
-
-// Waits for this save's answer: the status may still say "Saved" from the last.
-async function save(page) {
-  const answered = page.waitForResponse((r) => new URL(r.url()).pathname === '/api/save');
-  await page.keyboard.press('Control+s');
-  await answered;
-  await expect(page.locator('#status')).toContainText('Saved');
-}
-
-async function shoot(page, name) {
-  const shot = path.join(process.env.ZUNO_BROWSER_OUTPUT || work, name);
-  await page.screenshot({ path: shot });
-  if (process.env.ZUNO_UPDATE_SCREENSHOT) fs.copyFileSync(shot, path.join(source, 'docs/images', name));
-}
-
-// The screen on the picture (its rectangle, or the whole picture where it has
-// none), asked again while an answer replaces the picture under the question.
-async function screenBox(page) {
-  const rect = page.locator('#picture rect.screen').first();
-  return boxOf((await rect.count()) ? rect : page.locator('#picture'));
-}
-
-// Where the picture shows the screen point (x, y), fractions of the screen.
-async function screenPoint(page, x, y) {
-  const box = await screenBox(page);
-  return { x: box.x + x * box.width, y: box.y + y * box.height };
-}
+useEditor(test);
 
 test('the workbench shows every item, its list and its problems, with no request unanswered', async ({ page }) => {
   const file = copyExample('shooter.json');
@@ -183,7 +77,7 @@ function bigDocument(file) {
 }
 
 test('two drags 50 ms apart both land, on a 200-item document; speeds printed', async ({ page }) => {
-  const file = path.join(work, 'big.json');
+  const file = path.join(at.work, 'big.json');
   bigDocument(file);
   await open(page, file);
   await expect(page.locator('#picture g.item[data-item-index]')).toHaveCount(200);
@@ -282,7 +176,7 @@ test('an item exactly under another is selected from the list, and its handles w
 });
 
 test('binding: Esc and the backdrop cancel, Ctrl+G binds Ctrl+G', async ({ page }) => {
-  const file = path.join(work, 'new.json');
+  const file = path.join(at.work, 'new.json');
   await open(page, file);
   await page.getByRole('button', { name: 'Add Click' }).click();
   await expect(item(page, 0)).toHaveCount(1);
@@ -343,7 +237,7 @@ test('with the server slowed, no edit is lost', async ({ page }) => {
 });
 
 test('the four-item shooter keymap, built by drag, handles, binding and recording, passes check --strict', async ({ page }) => {
-  const file = path.join(work, 'shooter.json');
+  const file = path.join(at.work, 'shooter.json');
   await open(page, file);
   const place = async (type, x, y) => {
     const host = page.locator('#picture');
@@ -415,7 +309,7 @@ test('a value out of range is refused with the check\'s message by the field', a
 });
 
 test('a bad macro line is marked beside its running form', async ({ page }) => {
-  const { } = await open(page, path.join(work, 'new.json'));
+  const { } = await open(page, path.join(at.work, 'new.json'));
   await page.getByRole('button', { name: 'Add Macro' }).click();
   const press = page.locator('#panel textarea[name="press_actions"]');
   await press.fill('click 960,540\nthis is no macro command');
@@ -474,7 +368,7 @@ test('a file with elements the editor does not know is saved only when the user 
 });
 
 test('a new file loses "(new)" on its first save; document settings are edited too', async ({ page }) => {
-  const file = path.join(work, 'fresh.json');
+  const file = path.join(at.work, 'fresh.json');
   await open(page, file);
   await expect(page.locator('#file-name')).toHaveText('fresh.json (new)');
   await page.getByRole('button', { name: 'Document settings' }).click();
@@ -525,7 +419,7 @@ test('a recovery file of an earlier session is offered on open, and opened as an
   const file = copyExample('shooter.json');
   const recovered = readDoc(file);
   recovered.keymaps[0].icon.description = 'recovered walk';
-  fs.writeFileSync(path.join(work, 'shooter.recovery.json'), JSON.stringify(recovered));
+  fs.writeFileSync(path.join(at.work, 'shooter.recovery.json'), JSON.stringify(recovered));
   await open(page, file);
   await expect(page.locator('#recovery')).toBeVisible();
   await page.getByRole('button', { name: 'Open them' }).click();
