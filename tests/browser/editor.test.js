@@ -428,3 +428,202 @@ test('a recovery file of an earlier session is offered on open, and opened as an
   await page.getByRole('button', { name: 'Undo' }).click();
   await expect(page.getByRole('option').first()).not.toContainText('recovered walk');
 });
+
+// ---- focus and selection: quick mouse and keyboard work lands where meant ----
+
+test('a description typed into the panel stays with its item when another is clicked on the picture', async ({ page }) => {
+  const file = copyExample('shooter.json');
+  await open(page, file);
+  for (const leave of ['picture', 'list']) {
+    await page.getByRole('option').nth(3).click();
+    const text = `only three, left by the ${leave}`;
+    await page.locator('#panel input[name="icon.description"]').fill(text);
+    if (leave === 'picture') await page.mouse.click(...Object.values(await centreOf(item(page, 0).locator('.marker'))));
+    else await page.getByRole('option').nth(0).click();
+    await expect(page.locator('#panel h2')).toContainText('keymaps[0]');
+    await settled(page);
+    await save(page);
+    const saved = readDoc(file).keymaps.map((k) => k.icon.description);
+    expect(saved.filter((d) => d === text), leave).toHaveLength(1);
+    expect(saved[3], leave).toBe(text);
+    await expect(page.locator('#panel input[name="icon.description"]')).toHaveValue(saved[0]);
+  }
+});
+
+test('a double click binds the item it hit, whatever was selected; the dialog names it', async ({ page }) => {
+  const file = copyExample('shooter.json');
+  const before = readDoc(file);
+  await open(page, file);
+  await page.getByRole('option').nth(2).click();
+  const b = await centreOf(item(page, 5).locator('.marker'));
+  await page.mouse.dblclick(b.x, b.y);
+  await expect(page.locator('#capture')).toBeVisible();
+  await expect(page.locator('#capture .capture-target')).toContainText(`${before.keymaps[5].type} — keymaps[5]`);
+  await page.keyboard.press('KeyK');
+  await expect(page.locator('#capture')).toBeHidden();
+  await settled(page);
+  await save(page);
+  const after = readDoc(file);
+  expect(after.keymaps[5].key.text).toBe('K');
+  expect(after.keymaps[2]).toEqual(before.keymaps[2]);
+});
+
+test('a key another item fires on is bound only when the dialog is answered yes', async ({ page }) => {
+  const file = copyExample('shooter.json');
+  const before = readDoc(file);
+  await open(page, file);
+  for (const [answer, bound] of [['Escape', false], ['Enter', true]]) {
+    await page.getByRole('option').nth(4).click();
+    await page.keyboard.press('Enter');
+    await page.keyboard.press('KeyQ');
+    await expect(page.locator('#capture .capture-prompt')).toContainText(/already fires .*keymaps\[3\]/);
+    await page.keyboard.press(answer);
+    await expect(page.locator('#capture')).toBeHidden();
+    await settled(page);
+    await save(page);
+    expect(readDoc(file).keymaps[4].key.text === 'Q', answer).toBe(bound);
+  }
+  expect(before.keymaps[4].key.text).not.toBe('Q');
+});
+
+test('after a palette add or Duplicate, Enter binds; after a click on the picture, arrows move', async ({ page }) => {
+  const file = path.join(at.work, 'new.json');
+  await open(page, file);
+  const count = () => page.locator('#picture g.item[data-item-index]').count();
+  await page.getByRole('button', { name: 'Add Click' }).click();
+  await settled(page);
+  await page.keyboard.press('Escape');
+  await page.getByRole('option').first().click();
+  await page.keyboard.press('Enter');
+  await expect(page.locator('#capture')).toBeVisible();
+  await page.keyboard.press('Escape');
+  expect(await count()).toBe(1);
+  await page.getByRole('button', { name: 'Duplicate' }).click();
+  await settled(page);
+  await page.keyboard.press('Enter');
+  await expect(page.locator('#capture')).toBeVisible();
+  await page.keyboard.press('Escape');
+  await settled(page);
+  expect(await count()).toBe(2);
+  const marker = await centreOf(item(page, 0).locator('.marker'));
+  await page.mouse.click(marker.x, marker.y);
+  for (let i = 0; i < 5; i++) await page.keyboard.press('ArrowDown');
+  await settled(page);
+  await save(page);
+  const [a, b] = readDoc(file).keymaps;
+  expect(Math.round((a.icon.rel_position.rel_y - b.icon.rel_position.rel_y) * 1080)).toBe(5);
+});
+
+test('the Arrange menu opens and closes by keyboard, above the picture, and the toolbar stays', async ({ page }) => {
+  await open(page, copyExample('shooter.json'));
+  const toolbar = page.locator('header.toolbar');
+  const saveBox = await boxOf(page.getByRole('button', { name: 'Save' }));
+  await page.getByRole('option').nth(0).click();
+  await page.getByRole('option').nth(3).click({ modifiers: ['Control'] });
+  await page.locator('.menu summary').focus();
+  await page.keyboard.press('Enter');
+  await page.keyboard.press('Tab');
+  const first = page.getByRole('button', { name: 'Align left' });
+  await expect(first).toBeFocused();
+  const over = await first.evaluate((button) => {
+    const box = button.getBoundingClientRect();
+    return document.elementFromPoint(box.x + box.width / 2, box.y + box.height / 2) === button;
+  });
+  expect(over).toBe(true);
+  await page.keyboard.press('Escape');
+  await expect(page.locator('.menu')).not.toHaveAttribute('open', '');
+  await expect(page.locator('.menu summary')).toBeFocused();
+  expect(await toolbar.evaluate((t) => t.scrollLeft)).toBe(0);
+  expect(await boxOf(page.getByRole('button', { name: 'Save' }))).toEqual(saveBox);
+});
+
+test('the list, the picture, the panel and the bind dialog say a key the same way', async ({ page }) => {
+  const file = path.join(at.work, 'new.json');
+  await open(page, file);
+  await page.getByRole('button', { name: 'Add Click' }).click();
+  await settled(page);
+  await page.keyboard.press('Escape');
+  await page.getByRole('option').first().click();
+  await page.keyboard.press('Enter');
+  await page.keyboard.press('Control+g');
+  await settled(page);
+  await expect(page.getByRole('option').first()).toContainText('Ctrl+G');
+  await expect(page.locator('#panel .key-field output').first()).toHaveText('Ctrl+G');
+  await expect(item(page, 0)).toContainText('Ctrl+G');
+  await page.keyboard.press('Enter');
+  await expect(page.locator('#capture .capture-target')).toContainText('now Ctrl+G');
+  await page.locator('#capture .click-area').click();
+  await settled(page);
+  await expect(page.getByRole('option').first()).toContainText('LMB');
+  await expect(page.getByRole('option').first()).not.toContainText('left_m');
+});
+
+// ---- recovery files and a second page ----
+
+function recoveryFile(file, name, description, time) {
+  const doc = readDoc(file);
+  doc.keymaps[0].icon.description = description;
+  const kept = path.join(at.work, name);
+  fs.writeFileSync(kept, JSON.stringify(doc));
+  fs.utimesSync(kept, time, time);
+  return kept;
+}
+
+test('every recovery file is offered, newest first; a dismissal sticks; opening works after an edit', async ({ page }) => {
+  const file = copyExample('shooter.json');
+  recoveryFile(file, 'shooter.recovery.json', 'older walk', new Date('2026-01-01T10:00:00Z'));
+  const newer = recoveryFile(file, 'shooter.recovery-2.json', 'newer walk', new Date('2026-02-01T10:00:00Z'));
+  await open(page, file);
+  const offered = page.locator('#recovery-files li');
+  await expect(offered).toHaveCount(2);
+  await expect(offered.nth(0)).toContainText('recovery-2');
+  await expect(offered.nth(1)).toContainText('shooter.recovery.json');
+  await offered.nth(0).getByRole('button', { name: 'Dismiss' }).click();
+  await expect(offered).toHaveCount(1);
+  expect(fs.existsSync(newer)).toBe(false);
+  // An edit first, then the offer is taken: it becomes the document, undoably.
+  await page.getByRole('option').nth(2).click();
+  await page.keyboard.press('ArrowRight');
+  await settled(page);
+  await offered.first().getByRole('button', { name: 'Open' }).click();
+  await expect(page.getByRole('option').first()).toContainText('older walk');
+  await expect(page.locator('#recovery')).toBeHidden();
+  await page.getByRole('button', { name: 'Undo' }).click();
+  await expect(page.getByRole('option').first()).not.toContainText('older walk');
+  await page.reload();
+  await page.waitForFunction(() => window.editorReady === true);
+  await expect(page.locator('#recovery-files li')).toHaveCount(1);
+  await expect(page.locator('#recovery-files li')).not.toContainText('recovery-2');
+});
+
+test('a second page on the file shows the first one\'s edits, and never saves over them', async ({ page, context }) => {
+  const file = copyExample('shooter.json');
+  await open(page, file);
+  const url = await page.evaluate(() => `${location.origin}/?token=${sessionStorage.getItem('zuno-keymap-token')}`);
+  const other = await context.newPage();
+  await other.goto(url);
+  await other.waitForFunction(() => window.editorReady === true);
+  // The first page edits; the second page shows it within a poll or two.
+  await page.getByRole('option').nth(2).click();
+  await page.locator('#panel input[name="icon.description"]').fill('from the first page');
+  await page.keyboard.press('Tab');
+  await settled(page);
+  await expect(other.getByRole('option').nth(2)).toContainText('from the first page', { timeout: 5000 });
+  await expect(other.locator('#stale')).toBeVisible();
+  // A save from a page that has not seen the last change writes nothing: its
+  // polls are held back so that it cannot have seen it.
+  await other.route('**/api/version', (route) => route.abort());
+  await other.route('**/api/snapshot', (route) => route.abort());
+  await page.getByRole('option').nth(2).click();
+  await page.locator('#panel input[name="icon.description"]').fill('newer still');
+  await page.keyboard.press('Tab');
+  await settled(page);
+  const text = fs.readFileSync(file, 'utf8');
+  await other.unroute('**/api/snapshot');
+  const answered = other.waitForResponse((r) => new URL(r.url()).pathname === '/api/save');
+  await other.getByRole('button', { name: 'Save' }).click();
+  expect((await answered).status()).toBe(409);
+  await expect(other.locator('#status')).toContainText('another page changed');
+  await expect(other.getByRole('option').nth(2)).toContainText('newer still');
+  expect(fs.readFileSync(file, 'utf8')).toBe(text);
+});

@@ -83,7 +83,7 @@ async function expectViewsMatch(page, snap, where) {
 // before a collision. Returns the letters pressed.
 async function answerBinding(page, rng) {
   const pressed = [];
-  for (let guard = 0; guard < 8 && await page.locator('#capture').isVisible(); guard++) {
+  for (let guard = 0; guard < 20 && await page.locator('#capture').isVisible(); guard++) {
     if (await page.locator('#capture .capture-confirm').isVisible()) {
       await page.keyboard.press('Enter');
     } else {
@@ -100,18 +100,20 @@ async function answerBinding(page, rng) {
 async function journey(page, file, seed) {
   const rng = random(seed);
   const markerOf = async (index) => centreOf(item(page, index).locator('.marker').first());
-  // An item on the picture, and which item is really on top there.
+  // An item on the picture, and which item is really on top there; null
+  // where a handle of the selected item covers it.
   const aim = async (snap) => {
-    const index = rng.below(snap.ids.length);
-    const p = await markerOf(index);
+    const p = await markerOf(rng.below(snap.ids.length));
     const hit = await hitAt(page, p);
-    return { p, id: snap.ids[hit >= 0 ? hit : index] };
+    return hit >= 0 ? { p, id: snap.ids[hit] } : null;
   };
   let typed = 0;
   const actions = {
     async click(snap) {
       if (!snap.ids.length) return null;
-      const { p, id } = await aim(snap);
+      const aimed = await aim(snap);
+      if (!aimed) return null;
+      const { p, id } = aimed;
       await page.mouse.click(p.x, p.y);
       return { selects: id };
     },
@@ -123,14 +125,18 @@ async function journey(page, file, seed) {
     },
     async doubleClickBind(snap) {
       if (!snap.ids.length) return null;
-      const { p, id } = await aim(snap);
+      const aimed = await aim(snap);
+      if (!aimed) return null;
+      const { p, id } = aimed;
       await page.mouse.dblclick(p.x, p.y);
       await answerBinding(page, rng);
       return { only: id };
     },
     async enterBind(snap) {
       if (!snap.ids.length) return null;
-      const { p, id } = await aim(snap);
+      const aimed = await aim(snap);
+      if (!aimed) return null;
+      const { p, id } = aimed;
       await page.mouse.click(p.x, p.y);
       await page.keyboard.press('Enter');
       await answerBinding(page, rng);
@@ -138,14 +144,18 @@ async function journey(page, file, seed) {
     },
     async arrows(snap) {
       if (!snap.ids.length) return null;
-      const { p, id } = await aim(snap);
+      const aimed = await aim(snap);
+      if (!aimed) return null;
+      const { p, id } = aimed;
       await page.mouse.click(p.x, p.y);
       for (let i = 0; i < 3; i++) await page.keyboard.press(rng.pick(['ArrowLeft', 'ArrowRight', 'ArrowUp', 'ArrowDown']));
       return { only: id, moved: true };
     },
     async drag(snap) {
       if (!snap.ids.length) return null;
-      const { p } = await aim(snap);
+      const aimed = await aim(snap);
+      if (!aimed) return null;
+      const { p } = aimed;
       await page.mouse.move(p.x, p.y);
       await page.mouse.down();
       await page.mouse.move(p.x + rng.below(80) - 40, p.y + rng.below(60) - 30, { steps: 4 });
@@ -163,7 +173,11 @@ async function journey(page, file, seed) {
       // How the field is left: Tab, another item on the picture, the list, a save.
       const how = rng.below(4);
       if (how === 0) await page.keyboard.press('Tab');
-      else if (how === 1) { const other = await aim(snap); await page.mouse.click(other.p.x, other.p.y); }
+      else if (how === 1) {
+        const other = await aim(snap);
+        if (other) await page.mouse.click(other.p.x, other.p.y);
+        else await page.keyboard.press('Tab');
+      }
       else if (how === 2) await page.getByRole('option').nth(rng.below(snap.ids.length)).click();
       else await page.keyboard.press('Control+s');
       return { described: { id: snap.ids[index], text } };
@@ -189,7 +203,9 @@ async function journey(page, file, seed) {
     },
     async remove(snap) {
       if (!snap.ids.length) return null;
-      const { p } = await aim(snap);
+      const aimed = await aim(snap);
+      if (!aimed) return null;
+      const { p } = aimed;
       await page.mouse.click(p.x, p.y);
       await page.keyboard.press('Delete');
       return { grows: -1 };

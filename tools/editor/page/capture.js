@@ -13,9 +13,13 @@ export class KeyCapture {
     overlay.querySelector('.click-area').hidden = confirming;
     overlay.querySelector('.capture-confirm').hidden = !confirming;
     overlay.hidden = false;
+    this.open = true;
   }
 
-  hide() {
+  /// Ends a binding: the dialog stays open from its first question to here,
+  /// so no key meant for it reaches the page between two questions.
+  close() {
+    this.open = false;
     this.overlay.hidden = true;
     // The keyboard goes back to where it was before the dialog.
     if (this.before && this.before.isConnected) this.before.focus({ preventScroll: true });
@@ -27,17 +31,14 @@ export class KeyCapture {
     const overlay = this.overlay;
     this.show(message, target, true);
     overlay.querySelector('.capture-box').focus();
-    this.active = true;
     return new Promise((resolve) => {
       const yes = overlay.querySelector('.capture-confirm');
       const no = overlay.querySelector('.capture-cancel');
       const finish = (answer) => {
-        this.active = false;
         window.removeEventListener('keydown', onKey, true);
         overlay.removeEventListener('mousedown', onMouse);
         yes.removeEventListener('click', onYes);
         no.removeEventListener('click', onNo);
-        this.hide();
         resolve(answer);
       };
       const onKey = (e) => {
@@ -60,7 +61,7 @@ export class KeyCapture {
   constructor(overlay, keyOf) {
     this.overlay = overlay;
     this.keyOf = keyOf;
-    this.active = false;
+    this.open = false;
   }
 
   /// Resolves to [key, second key?] in the library's form, or null when
@@ -71,7 +72,6 @@ export class KeyCapture {
     this.show(prompt, target, false);
     if (!this.overlay.contains(document.activeElement)) this.before = document.activeElement;
     overlay.querySelector('.capture-box').focus();
-    this.active = true;
     return new Promise((resolve) => {
       const chords = new ChordCapture();
       let frame = 0;
@@ -116,8 +116,6 @@ export class KeyCapture {
         frame = requestAnimationFrame(poll);
       };
       const stop = () => {
-        this.active = false;
-        this.hide();
         cancelAnimationFrame(frame);
         window.removeEventListener('keydown', onKeyDown, true);
         window.removeEventListener('keyup', onKeyUp, true);

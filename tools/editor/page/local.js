@@ -95,7 +95,8 @@ function findOffers(name) {
   offers = [...listed(KEPT), ...listed(WORK)]
     .filter(({ key, entry }) => key !== mine && entry.name === name && entry.unsaved)
     .sort((a, b) => b.entry.time - a.entry.time)
-    .map(({ key, entry }) => ({ n: offered++, key, path: `this browser's storage (${name})`, time: entry.time,
+    .map(({ key, entry }) => ({ n: offered++, key, path: `this browser's storage (${name})`,
+      time: new Date(entry.time).toISOString(),
       bytes: entry.bytes || (entry.text || '').length }));
 }
 async function setAside(name) {
@@ -253,7 +254,7 @@ async function dismissRecovery(body) {
   if (!offer) return failure(404, 'no such recovery file');
   await forget(offer.key);
   offers = offers.filter((other) => other.n !== n);
-  return { status: 200, ok: true, data: { dismissed: true }, unsaved: null };
+  return { status: 200, ok: true, data: { recovery: offers.map(({ key, ...rest }) => rest) }, unsaved: null };
 }
 
 /// Opens a File, or a FileSystemFileHandle (which a save then writes back

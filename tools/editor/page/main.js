@@ -243,6 +243,14 @@ function bindItem(id) {
 }
 
 async function bindMembers(id, members, lead = '') {
+  try {
+    await bindSteps(id, members, lead);
+  } finally {
+    capture.close();
+  }
+}
+
+async function bindSteps(id, members, lead) {
   const group = gestures.next('bind');
   for (const step of bindingSteps(members)) {
     const before = store.get();
@@ -348,13 +356,22 @@ document.addEventListener('keydown', (e) => {
   const ctrl = e.ctrlKey || e.metaKey;
   const state = store.get();
   if (ctrl && e.key.toLowerCase() === 's') { e.preventDefault(); save(); return; }
-  if (capture.active) return;
+  if (capture.open) return;
   if (state.mode === 'test') { tester.key(e, true); return; }
   if (state.mode === 'record') { macro.key(e); return; }
+  // Undo and redo are the document's, in a field too: what was typed there
+  // is sent first, so it is the step undone.
+  const undo = ctrl && e.key.toLowerCase() === 'z' && !e.shiftKey;
+  const redo = ctrl && (e.key.toLowerCase() === 'y' || (e.key.toLowerCase() === 'z' && e.shiftKey));
+  if ((undo || redo) && !e.target.closest('#search')) {
+    e.preventDefault();
+    itemPanel.commitFocused();
+    settingsPanel.commitFocused();
+    send(undo ? op.undo() : op.redo());
+    return;
+  }
   if (typing(e.target)) return;
   if (e.key === ' ' && !e.repeat) { picture.spaceHeld = true; e.preventDefault(); return; }
-  if (ctrl && e.key.toLowerCase() === 'z') { e.preventDefault(); send(e.shiftKey ? op.redo() : op.undo()); return; }
-  if (ctrl && e.key.toLowerCase() === 'y') { e.preventDefault(); send(op.redo()); return; }
   if (e.key === 'Escape') { store.update({ selected: [], showSettings: false }); return; }
   if (e.target.classList && e.target.classList.contains('handle')) {
     const step = e.shiftKey ? 10 : 1;

@@ -61,6 +61,15 @@ export function defaultOf(schema, raw) {
   return { boolean: false, integer: 0, number: 0, string: '', array: [] }[node.type] ?? null;
 }
 
+// A control is being edited while it has the focus and holds typing not yet
+// sent; otherwise it shows the document, after an undo or another page's edit too.
+function track(control) {
+  control.addEventListener('input', () => { control.dataset.typed = 'true'; });
+  control.addEventListener('change', () => { delete control.dataset.typed; });
+  return control;
+}
+const editing = (control) => document.activeElement === control && control.dataset.typed === 'true';
+
 export class Panel {
   /// `handlers`: change(member, value, target), remove(member, target), bind(members, target),
   /// macroCheck(lines), macroRunning(lines).
@@ -92,6 +101,10 @@ export class Panel {
     this.keyMembers = keyMembers;
     const layout = this.layout(definition, value, []).map((f) => f.path.join('.')).join('|');
     if (this.shown && this.shown.key === key && this.shown.layout === layout) {
+      // The same item may have moved in the document's order (undo, reorder).
+      const form = this.host.querySelector('form');
+      form.setAttribute('aria-label', heading);
+      form.querySelector('h2').textContent = heading;
       for (const [path, update] of this.updaters) update(valueAt(value, path), errors);
       return;
     }
@@ -208,7 +221,8 @@ export class Panel {
 
   // Keeps the control's value in step with the document, unless the user is in it.
   follow(member, control, show) {
-    this.updaters.set(member, (value) => { if (document.activeElement !== control) show(value); });
+    track(control);
+    this.updaters.set(member, (value) => { if (!editing(control)) show(value); });
   }
 
   valueField(f, member) {
@@ -282,9 +296,10 @@ export class Panel {
     colour.addEventListener('change', () => this.handlers.change(member, fromPickers(), target));
     alpha.addEventListener('change', () => this.handlers.change(member, fromPickers(), target));
     text.addEventListener('change', () => this.handlers.change(member, text.value, target));
+    track(text);
     this.updaters.set(member, (v) => {
       const value = typeof v === 'string' ? v : '';
-      if (document.activeElement !== text) text.value = value;
+      if (!editing(text)) text.value = value;
       if (/^[0-9A-Fa-f]{8}$/.test(value)) {
         colour.value = `#${value.slice(0, 6).toLowerCase()}`;
         alpha.value = parseInt(value.slice(6), 16);
@@ -296,7 +311,7 @@ export class Panel {
   pointField(f, member) {
     const { target } = this;
     const inputs = ['rel_x', 'rel_y'].map((axis) => {
-      const input = element('input', { type: 'number', step: 'any', 'aria-label': `${labelOf(f.name, f.node)} ${axis.slice(4)}` });
+      const input = track(element('input', { type: 'number', step: 'any', 'aria-label': `${labelOf(f.name, f.node)} ${axis.slice(4)}` }));
       // One coordinate at a time: the other may be moving meanwhile.
       input.addEventListener('change', () => {
         const value = Number(input.value);
@@ -305,7 +320,7 @@ export class Panel {
       return input;
     });
     this.updaters.set(member, (v) => inputs.forEach((input, i) => {
-      if (document.activeElement !== input) input.value = v ? v[i ? 'rel_y' : 'rel_x'] : '';
+      if (!editing(input)) input.value = v ? v[i ? 'rel_y' : 'rel_x'] : '';
     }));
     const box = element('div', { class: 'point', role: 'group' }, ...inputs);
     return this.row(member, f, box);
@@ -326,7 +341,7 @@ export class Panel {
 
   macroField(f, member) {
     const { target } = this;
-    const area = element('textarea', { spellcheck: 'false', rows: 6 });
+    const area = track(element('textarea', { spellcheck: 'false', rows: 6 }));
     const steps = element('ol', { class: 'macro-steps', 'aria-label': `${labelOf(f.name, f.node)} steps` });
     const refresh = async () => {
       const lines = area.value.split('\n');
@@ -346,7 +361,7 @@ export class Panel {
     area.addEventListener('change', () => this.handlers.change(member, area.value.split('\n').filter((l, i, all) => l !== '' || i < all.length - 1), target));
     area.addEventListener('scroll', () => { steps.scrollTop = area.scrollTop; });
     this.updaters.set(member, (v) => {
-      if (document.activeElement === area) return;
+      if (editing(area)) return;
       const text = (v || []).join('\n');
       if (area.value !== text) { area.value = text; refresh(); }
     });
