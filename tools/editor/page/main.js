@@ -154,7 +154,7 @@ function render(state) {
   }
   $('unsaved-mark').hidden = !state.unsaved && unanswered.length === 0;
   $('file-name').textContent = state.name + (state.isNew ? ' (new)' : '');
-  const count = problemCount(state.report);
+  const count = problemCount(state.report) + (state.lost || []).length;
   $('problem-count').textContent = `${count} ${count === 1 ? 'problem' : 'problems'}`;
   document.title = `${state.unsaved ? '● ' : ''}${state.name} — ${count} ${count === 1 ? 'problem' : 'problems'} — keymap editor`;
   $('status').textContent = state.trouble || state.status;
@@ -174,8 +174,12 @@ function render(state) {
 store.subscribe(render);
 
 function renderProblems(state) {
-  const findings = (state.report && state.report.findings) || [];
-  const signature = `${state.version}`;
+  // What the file holds that the library does not keep is a problem too: a
+  // save drops it.
+  const lost = (state.lost || []).map((where) => ({ severity: 'warning', item_index: -1,
+    message: `${where}: not kept by the editor; a save drops it` }));
+  const findings = [...lost, ...((state.report && state.report.findings) || [])];
+  const signature = `${state.version}:${lost.length}`;
   if ($('problems').dataset.version === signature) return;
   $('problems').dataset.version = signature;
   const items = findings.map((finding) => {
@@ -298,7 +302,7 @@ async function save(options = {}) {
   if (answer.status === 200) {
     const status = answer.data.downloaded ? `Downloaded ${answer.data.file || name}`
       : `Saved to ${answer.data.file || name}`;
-    store.update({ unsaved: false, isNew: false, conflict: false, status });
+    store.update({ unsaved: false, isNew: false, conflict: false, lost: [], status });
   } else if (answer.status === 409 && answer.data.stale) {
     await catchUp('Another page changed this document: it now shows that version. Nothing was saved.');
     store.update({ status: 'Not saved: another page changed the document; look it over and save again' });
@@ -381,7 +385,13 @@ document.addEventListener('keydown', (e) => {
   }
   if (state.selected.length === 0) return;
   if (e.key === 'Delete') { deleteSelected(); return; }
-  if (e.key === 'Enter' && !e.target.closest('button, [role=option]')) { e.preventDefault(); bindItem(state.selected[0]); return; }
+  // Enter binds from the picture (or nowhere in particular); on a control it
+  // is that control's (a button, the Arrange menu, a list entry).
+  if (e.key === 'Enter' && (e.target === document.body || e.target.closest('#picture'))) {
+    e.preventDefault();
+    bindItem(state.selected[0]);
+    return;
+  }
   const arrows = { ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, -1], ArrowDown: [0, 1] };
   if (arrows[e.key] && !e.target.closest('#items')) {
     e.preventDefault();
@@ -550,7 +560,7 @@ async function start() {
       api.schema(), api.types(), api.shapes(), api.snapshot()]);
     schema = loadedSchema;
     shapes = loadedShapes;
-    store.update((state) => ({ ...fromSnapshot(state, shot), name: info.name, isNew: info.new,
+    store.update((state) => ({ ...fromSnapshot(state, shot), name: info.name, isNew: info.new, lost: info.lost || [],
       width: info.width, height: info.height, joystick: info.joystick,
       macroWidth: info.macro_width || 1920, macroHeight: info.macro_height || 1080 }));
     colours = shapes.colours || {};
