@@ -415,20 +415,6 @@ test('the screen zooms, pans and fits, and a dropped screenshot stays for the se
   await expect(page.locator('#picture')).toHaveClass(/has-background/);
 });
 
-test('a recovery file of an earlier session is offered on open, and opened as an edit', async ({ page }) => {
-  const file = copyExample('shooter.json');
-  const recovered = readDoc(file);
-  recovered.keymaps[0].icon.description = 'recovered walk';
-  fs.writeFileSync(path.join(at.work, 'shooter.recovery.json'), JSON.stringify(recovered));
-  await open(page, file);
-  await expect(page.locator('#recovery')).toBeVisible();
-  await page.getByRole('button', { name: 'Open them' }).click();
-  await expect(page.locator('#unsaved-mark')).toBeVisible();
-  await expect(page.getByRole('option').first()).toContainText('recovered walk');
-  await page.getByRole('button', { name: 'Undo' }).click();
-  await expect(page.getByRole('option').first()).not.toContainText('recovered walk');
-});
-
 // ---- focus and selection: quick mouse and keyboard work lands where meant ----
 
 test('a description typed into the panel stays with its item when another is clicked on the picture', async ({ page }) => {
