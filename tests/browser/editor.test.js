@@ -70,8 +70,8 @@ test('thirty quick ArrowRight presses move an item exactly thirty steps', async 
 function bigDocument(file) {
   const click = JSON.parse(library('new', 'Click'));
   const items = Array.from({ length: 200 }, (_, i) => {
-    const at = { rel_x: 0.05 + (i % 20) * 0.045, rel_y: 0.05 + Math.floor(i / 20) * 0.09 };
-    return { ...click, icon: { ...click.icon, rel_position: at }, rel_work_position: at };
+    const spot = { rel_x: 0.05 + (i % 20) * 0.045, rel_y: 0.05 + Math.floor(i / 20) * 0.09 };
+    return { ...click, icon: { ...click.icon, rel_position: spot }, rel_work_position: spot };
   });
   fs.writeFileSync(file, JSON.stringify({ info: { background_color: '000000FF', visibility: true }, keymaps: items }));
 }
@@ -241,9 +241,9 @@ test('the four-item shooter keymap, built by drag, handles, binding and recordin
   await open(page, file);
   const place = async (type, x, y) => {
     const host = page.locator('#picture');
-    const [at, box] = [await screenPoint(page, x, y), await host.boundingBox()];
+    const [spot, box] = [await screenPoint(page, x, y), await host.boundingBox()];
     await page.getByRole('button', { name: `Add ${type}`, exact: true }).dragTo(host,
-      { targetPosition: { x: at.x - box.x, y: at.y - box.y } });
+      { targetPosition: { x: spot.x - box.x, y: spot.y - box.y } });
     await settled(page);
   };
   const bindWith = async (...presses) => {
@@ -318,8 +318,8 @@ test('a bad macro line is marked beside its running form', async ({ page }) => {
   // A picked point joins the line at the cursor, in the macro screen's pixels.
   await press.fill('sleep 10\n');
   await page.getByRole('button', { name: 'Pick point' }).click();
-  const at = await screenPoint(page, 0.25, 0.5);
-  await page.mouse.click(at.x, at.y);
+  const point = await screenPoint(page, 0.25, 0.5);
+  await page.mouse.click(point.x, point.y);
   await expect(press).toHaveValue(/^sleep 10\nclick 4[78]\d,5[34]\d$/);
 });
 
