@@ -131,9 +131,13 @@ function render(state) {
   const unanswered = queue.unanswered();
   picture.render(state, unanswered, shapes);
   const focus = focusItem(state);
+  // Members with a change on its way, which their fields keep showing.
+  const pendingOf = (id) => unanswered.filter((o) => (o.op === 'set' || o.op === 'remove') && o.item === id)
+    .map((o) => o.member);
   if (state.showSettings) {
     settingsPanel.show(schema, { properties: { info: schema.properties.info, param: schema.properties.param } },
-      state.doc, { key: 'document', heading: 'Document settings', prefix: '', errors: state.errors, sections: true });
+      state.doc, { key: 'document', heading: 'Document settings', prefix: '', errors: state.errors, sections: true,
+        pending: pendingOf(undefined) });
     $('settings').hidden = false;
   } else $('settings').hidden = true;
   if (focus) {
@@ -141,7 +145,7 @@ function render(state) {
     itemPanel.show(schema, definition, focus.item, {
       key: `${focus.id}:${focus.item.type}`, target: focus.id, heading: `${focus.item.type} — keymaps[${focus.index}]`,
       prefix: `keymaps[${focus.index}]`, errors: state.errors, keyMembers: shapes.keys[focus.item.type] || [],
-      captions: (state.captions[focus.index] || {}).keys || {} });
+      captions: (state.captions[focus.index] || {}).keys || {}, pending: pendingOf(focus.id) });
   } else itemPanel.clear();
   list.render(state, colours, shapes.keys, shapes.markers);
   renderProblems(state);
