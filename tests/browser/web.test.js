@@ -178,9 +178,9 @@ test('the first picture of shooter.json after navigation', async ({ page }) => {
 });
 
 // Opens `name` holding `text` through the page's file input.
-async function openText(page, name, text) {
+async function openText(page, name, text, timeout = 5000) {
   await page.setInputFiles('#open-file', { name, mimeType: 'application/json', buffer: Buffer.from(text) });
-  await expect(page.locator('#file-name')).toHaveText(name);
+  await expect(page.locator('#file-name')).toHaveText(name, { timeout });
 }
 
 async function deleteOne(page, count) {
@@ -225,7 +225,7 @@ test('a 10,000-item document is kept in the browser until saved', async ({ page 
   const text = JSON.stringify(many, null, 1);
   expect(text.length).toBeGreaterThan(5_000_000);
   await openPage(page);
-  await openText(page, 'many.json', text);
+  await openText(page, 'many.json', text, 60000);
   await expect(items(page)).toHaveCount(10000, { timeout: 30000 });
   await deleteOne(page, 9999);
   await page.waitForTimeout(1500);
