@@ -253,7 +253,8 @@ test('the four-item shooter keymap, built by drag, handles, binding and recordin
       await expect(page.locator('#capture')).toBeVisible();
       await press();
     }
-    await expect(page.locator('#capture')).toBeHidden();
+    // The dialog stays until the server has answered the last key.
+    await expect(page.locator('#capture')).toBeHidden({ timeout: 15000 });
     await settled(page);
   };
   // WASD pad, its drag radius widened by its handle.
