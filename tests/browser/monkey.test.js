@@ -166,6 +166,8 @@ async function journey(page, file, seed) {
       if (!snap.ids.length) return null;
       const index = rng.below(snap.ids.length);
       await page.getByRole('option').nth(index).click();
+      // Typed once the panel shows the item, as a person sees it first.
+      await expect(page.locator('#panel h2')).toContainText(`keymaps[${index}]`);
       const field = page.locator('#panel input[name="icon.description"]');
       if (!await field.count()) return {};
       const text = `note-${seed}-${++typed}`;
