@@ -2,118 +2,12 @@
 // page, chromium drives it, and what was saved is read back through the
 // library. Speeds are printed, not judged.
 import { test, expect } from '@playwright/test';
-import { spawn, execFileSync } from 'node:child_process';
 import fs from 'node:fs';
-import os from 'node:os';
 import path from 'node:path';
-import readline from 'node:readline';
+import { at, boxOf, centreOf, copyExample, drag, item, library, open, readDoc, save, screenPoint, serverSnapshot,
+  settled, shoot, source, useEditor } from './harness.js';
 
-const source = process.env.ZUNO_SOURCE_DIR || path.resolve('.');
-const builtTool = process.env.ZUNO_KEYMAP_TOOL;
-const buildDir = process.env.ZUNO_BUILD_DIR || path.resolve(path.dirname(builtTool), '../..');
-let prefix;
-let tool;
-let work;
-
-test.beforeAll(() => {
-  prefix = fs.mkdtempSync(path.join(os.tmpdir(), 'zuno-edit-prefix-'));
-  execFileSync('cmake', ['--install', buildDir, '--prefix', prefix], { stdio: 'ignore' });
-  tool = path.join(prefix, 'bin', 'zuno-keymap');
-});
-test.afterAll(() => fs.rmSync(prefix, { recursive: true, force: true }));
-const running = [];
-test.beforeEach(() => { work = fs.mkdtempSync(path.join(os.tmpdir(), 'zuno-edit-')); });
-// A failed test stops its editor too.
-test.afterEach(() => {
-  for (const child of running.splice(0)) child.kill('SIGKILL');
-  fs.rmSync(work, { recursive: true, force: true });
-});
-
-function startEditor(file, extra = [], env = {}) {
-  // Recovery files of other runs stay out of the way: a data folder of its own.
-  const child = spawn(tool, ['edit', '--no-browser', ...extra, file],
-    { cwd: os.tmpdir(), env: { ...process.env, XDG_DATA_HOME: work, ...env } });
-  running.push(child);
-  const lines = readline.createInterface({ input: child.stdout });
-  const url = new Promise((resolve, reject) => {
-    lines.once('line', resolve);
-    child.once('exit', (code) => reject(new Error(`the editor exited with ${code}`)));
-  });
-  return { child, url };
-}
-
-function copyExample(name) {
-  const file = path.join(work, name);
-  fs.copyFileSync(path.join(source, 'examples', name), file);
-  return file;
-}
-
-const library = (...args) => execFileSync(tool, args, { encoding: 'utf8' });
-const readDoc = (file) => JSON.parse(fs.readFileSync(file, 'utf8'));
-const item = (page, index) => page.locator(`#picture g.item[data-item-index="${index}"]`);
-
-async function open(page, file, { extra = [], env = {} } = {}) {
-  const missing = [];
-  page.on('response', (r) => { if (r.status() === 404) missing.push(r.url()); });
-  const editor = startEditor(file, extra, env);
-  const url = await editor.url;
-  expect(url).toMatch(/^http:\/\/127\.0\.0\.1:\d+\/\?token=[0-9a-f]{32,}$/);
-  await page.setViewportSize({ width: 1440, height: 860 });
-  await page.goto(url);
-  await page.waitForFunction(() => window.editorReady === true);
-  return { editor, missing };
-}
-
-const settled = (page) => page.evaluate(() => window.editorIdle());
-
-// The box of what `locator` finds, asked again while an answer redraws it.
-async function boxOf(locator) {
-  for (let attempt = 0; attempt < 50; attempt++) {
-    const box = await locator.boundingBox({ timeout: 2000 }).catch(() => null);
-    if (box) return box;
-    await new Promise((resolve) => setTimeout(resolve, 20));
-  }
-  throw new Error(`nothing shown for ${locator}`);
-}
-
-async function centreOf(locator) {
-  const box = await boxOf(locator);
-  return { x: box.x + box.width / 2, y: box.y + box.height / 2 };
-}
-
-async function drag(page, from, dx, dy, steps = 6) {
-  await page.mouse.move(from.x, from.y);
-  await page.mouse.down();
-  await page.mouse.move(from.x + dx, from.y + dy, { steps });
-  await page.mouse.up();
-}
-
-// Waits for this save's answer: the status may still say "Saved" from the last.
-async function save(page) {
-  const answered = page.waitForResponse((r) => new URL(r.url()).pathname === '/api/save');
-  await page.keyboard.press('Control+s');
-  await answered;
-  await expect(page.locator('#status')).toContainText('Saved');
-}
-
-async function shoot(page, name) {
-  const shot = path.join(process.env.ZUNO_BROWSER_OUTPUT || work, name);
-  await page.screenshot({ path: shot });
-  if (process.env.ZUNO_UPDATE_SCREENSHOT) fs.copyFileSync(shot, path.join(source, 'docs/images', name));
-}
-
-// The screen on the picture (its rectangle, or the whole picture where it has
-// none), asked again while an answer replaces the picture under the question.
-async function screenBox(page) {
-  const rect = page.locator('#picture rect.screen').first();
-  return boxOf((await rect.count()) ? rect : page.locator('#picture'));
-}
-
-// Where the picture shows the screen point (x, y), fractions of the screen.
-async function screenPoint(page, x, y) {
-  const box = await screenBox(page);
-  return { x: box.x + x * box.width, y: box.y + y * box.height };
-}
+useEditor(test);
 
 test('the workbench shows every item, its list and its problems, with no request unanswered', async ({ page }) => {
   const file = copyExample('shooter.json');
@@ -176,14 +70,14 @@ test('thirty quick ArrowRight presses move an item exactly thirty steps', async 
 function bigDocument(file) {
   const click = JSON.parse(library('new', 'Click'));
   const items = Array.from({ length: 200 }, (_, i) => {
-    const at = { rel_x: 0.05 + (i % 20) * 0.045, rel_y: 0.05 + Math.floor(i / 20) * 0.09 };
-    return { ...click, icon: { ...click.icon, rel_position: at }, rel_work_position: at };
+    const spot = { rel_x: 0.05 + (i % 20) * 0.045, rel_y: 0.05 + Math.floor(i / 20) * 0.09 };
+    return { ...click, icon: { ...click.icon, rel_position: spot }, rel_work_position: spot };
   });
   fs.writeFileSync(file, JSON.stringify({ info: { background_color: '000000FF', visibility: true }, keymaps: items }));
 }
 
 test('two drags 50 ms apart both land, on a 200-item document; speeds printed', async ({ page }) => {
-  const file = path.join(work, 'big.json');
+  const file = path.join(at.work, 'big.json');
   bigDocument(file);
   await open(page, file);
   await expect(page.locator('#picture g.item[data-item-index]')).toHaveCount(200);
@@ -282,7 +176,7 @@ test('an item exactly under another is selected from the list, and its handles w
 });
 
 test('binding: Esc and the backdrop cancel, Ctrl+G binds Ctrl+G', async ({ page }) => {
-  const file = path.join(work, 'new.json');
+  const file = path.join(at.work, 'new.json');
   await open(page, file);
   await page.getByRole('button', { name: 'Add Click' }).click();
   await expect(item(page, 0)).toHaveCount(1);
@@ -343,13 +237,13 @@ test('with the server slowed, no edit is lost', async ({ page }) => {
 });
 
 test('the four-item shooter keymap, built by drag, handles, binding and recording, passes check --strict', async ({ page }) => {
-  const file = path.join(work, 'shooter.json');
+  const file = path.join(at.work, 'shooter.json');
   await open(page, file);
   const place = async (type, x, y) => {
     const host = page.locator('#picture');
-    const [at, box] = [await screenPoint(page, x, y), await host.boundingBox()];
+    const [spot, box] = [await screenPoint(page, x, y), await host.boundingBox()];
     await page.getByRole('button', { name: `Add ${type}`, exact: true }).dragTo(host,
-      { targetPosition: { x: at.x - box.x, y: at.y - box.y } });
+      { targetPosition: { x: spot.x - box.x, y: spot.y - box.y } });
     await settled(page);
   };
   const bindWith = async (...presses) => {
@@ -359,7 +253,8 @@ test('the four-item shooter keymap, built by drag, handles, binding and recordin
       await expect(page.locator('#capture')).toBeVisible();
       await press();
     }
-    await expect(page.locator('#capture')).toBeHidden();
+    // The dialog stays until the server has answered the last key.
+    await expect(page.locator('#capture')).toBeHidden({ timeout: 15000 });
     await settled(page);
   };
   // WASD pad, its drag radius widened by its handle.
@@ -415,7 +310,7 @@ test('a value out of range is refused with the check\'s message by the field', a
 });
 
 test('a bad macro line is marked beside its running form', async ({ page }) => {
-  const { } = await open(page, path.join(work, 'new.json'));
+  const { } = await open(page, path.join(at.work, 'new.json'));
   await page.getByRole('button', { name: 'Add Macro' }).click();
   const press = page.locator('#panel textarea[name="press_actions"]');
   await press.fill('click 960,540\nthis is no macro command');
@@ -424,8 +319,8 @@ test('a bad macro line is marked beside its running form', async ({ page }) => {
   // A picked point joins the line at the cursor, in the macro screen's pixels.
   await press.fill('sleep 10\n');
   await page.getByRole('button', { name: 'Pick point' }).click();
-  const at = await screenPoint(page, 0.25, 0.5);
-  await page.mouse.click(at.x, at.y);
+  const point = await screenPoint(page, 0.25, 0.5);
+  await page.mouse.click(point.x, point.y);
   await expect(press).toHaveValue(/^sleep 10\nclick 4[78]\d,5[34]\d$/);
 });
 
@@ -474,7 +369,7 @@ test('a file with elements the editor does not know is saved only when the user 
 });
 
 test('a new file loses "(new)" on its first save; document settings are edited too', async ({ page }) => {
-  const file = path.join(work, 'fresh.json');
+  const file = path.join(at.work, 'fresh.json');
   await open(page, file);
   await expect(page.locator('#file-name')).toHaveText('fresh.json (new)');
   await page.getByRole('button', { name: 'Document settings' }).click();
@@ -521,16 +416,232 @@ test('the screen zooms, pans and fits, and a dropped screenshot stays for the se
   await expect(page.locator('#picture')).toHaveClass(/has-background/);
 });
 
-test('a recovery file of an earlier session is offered on open, and opened as an edit', async ({ page }) => {
+// ---- focus and selection: quick mouse and keyboard work lands where meant ----
+
+test('a description typed into the panel stays with its item when another is clicked on the picture', async ({ page }) => {
   const file = copyExample('shooter.json');
-  const recovered = readDoc(file);
-  recovered.keymaps[0].icon.description = 'recovered walk';
-  fs.writeFileSync(path.join(work, 'shooter.recovery.json'), JSON.stringify(recovered));
   await open(page, file);
-  await expect(page.locator('#recovery')).toBeVisible();
-  await page.getByRole('button', { name: 'Open them' }).click();
-  await expect(page.locator('#unsaved-mark')).toBeVisible();
-  await expect(page.getByRole('option').first()).toContainText('recovered walk');
+  for (const leave of ['picture', 'list']) {
+    await page.getByRole('option').nth(3).click();
+    const text = `only three, left by the ${leave}`;
+    await page.locator('#panel input[name="icon.description"]').fill(text);
+    if (leave === 'picture') await page.mouse.click(...Object.values(await centreOf(item(page, 0).locator('.marker'))));
+    else await page.getByRole('option').nth(0).click();
+    await expect(page.locator('#panel h2')).toContainText('keymaps[0]');
+    await settled(page);
+    await save(page);
+    const saved = readDoc(file).keymaps.map((k) => k.icon.description);
+    expect(saved.filter((d) => d === text), leave).toHaveLength(1);
+    expect(saved[3], leave).toBe(text);
+    await expect(page.locator('#panel input[name="icon.description"]')).toHaveValue(saved[0]);
+  }
+});
+
+test('a double click binds the item it hit, whatever was selected; the dialog names it', async ({ page }) => {
+  const file = copyExample('shooter.json');
+  const before = readDoc(file);
+  await open(page, file);
+  await page.getByRole('option').nth(2).click();
+  const b = await centreOf(item(page, 5).locator('.marker'));
+  await page.mouse.dblclick(b.x, b.y);
+  await expect(page.locator('#capture')).toBeVisible();
+  await expect(page.locator('#capture .capture-target')).toContainText(`${before.keymaps[5].type} — keymaps[5]`);
+  await page.keyboard.press('KeyK');
+  await expect(page.locator('#capture')).toBeHidden();
+  await settled(page);
+  await save(page);
+  const after = readDoc(file);
+  expect(after.keymaps[5].key.text).toBe('K');
+  expect(after.keymaps[2]).toEqual(before.keymaps[2]);
+});
+
+test('a key another item fires on is bound only when the dialog is answered yes', async ({ page }) => {
+  const file = copyExample('shooter.json');
+  const before = readDoc(file);
+  await open(page, file);
+  for (const [answer, bound] of [['Escape', false], ['Enter', true]]) {
+    await page.getByRole('option').nth(4).click();
+    await page.keyboard.press('Enter');
+    await page.keyboard.press('KeyQ');
+    await expect(page.locator('#capture .capture-prompt')).toContainText(/already fires .*keymaps\[3\]/);
+    await page.keyboard.press(answer);
+    await expect(page.locator('#capture')).toBeHidden();
+    await settled(page);
+    await save(page);
+    expect(readDoc(file).keymaps[4].key.text === 'Q', answer).toBe(bound);
+  }
+  expect(before.keymaps[4].key.text).not.toBe('Q');
+});
+
+test('after a palette add or Duplicate, Enter binds; after a click on the picture, arrows move', async ({ page }) => {
+  const file = path.join(at.work, 'new.json');
+  await open(page, file);
+  const count = () => page.locator('#picture g.item[data-item-index]').count();
+  await page.getByRole('button', { name: 'Add Click' }).click();
+  await settled(page);
+  await page.keyboard.press('Escape');
+  await page.getByRole('option').first().click();
+  await page.keyboard.press('Enter');
+  await expect(page.locator('#capture')).toBeVisible();
+  await page.keyboard.press('Escape');
+  expect(await count()).toBe(1);
+  await page.getByRole('button', { name: 'Duplicate' }).click();
+  await settled(page);
+  await page.keyboard.press('Enter');
+  await expect(page.locator('#capture')).toBeVisible();
+  await page.keyboard.press('Escape');
+  await settled(page);
+  expect(await count()).toBe(2);
+  const y = async () => (await serverSnapshot(page)).document.keymaps[0].icon.rel_position.rel_y;
+  const before = await y();
+  const marker = await centreOf(item(page, 0).locator('.marker'));
+  await page.mouse.click(marker.x, marker.y);
+  for (let i = 0; i < 5; i++) await page.keyboard.press('ArrowDown');
+  await settled(page);
+  expect(Math.round((await y() - before) * 1080)).toBe(5);
+});
+
+test('the Arrange menu opens and closes by keyboard, above the picture, and the toolbar stays', async ({ page }) => {
+  await open(page, copyExample('shooter.json'));
+  const toolbar = page.locator('header.toolbar');
+  const saveBox = await boxOf(page.getByRole('button', { name: 'Save' }));
+  await page.getByRole('option').nth(0).click();
+  await page.getByRole('option').nth(3).click({ modifiers: ['Control'] });
+  await page.locator('.menu summary').focus();
+  await page.keyboard.press('Enter');
+  await page.keyboard.press('Tab');
+  const first = page.getByRole('button', { name: 'Align left' });
+  await expect(first).toBeFocused();
+  const over = await first.evaluate((button) => {
+    const box = button.getBoundingClientRect();
+    return document.elementFromPoint(box.x + box.width / 2, box.y + box.height / 2) === button;
+  });
+  expect(over).toBe(true);
+  await page.keyboard.press('Escape');
+  await expect(page.locator('.menu')).not.toHaveAttribute('open', '');
+  await expect(page.locator('.menu summary')).toBeFocused();
+  expect(await toolbar.evaluate((t) => t.scrollLeft)).toBe(0);
+  expect(await boxOf(page.getByRole('button', { name: 'Save' }))).toEqual(saveBox);
+});
+
+test('the list, the picture, the panel and the bind dialog say a key the same way', async ({ page }) => {
+  const file = path.join(at.work, 'new.json');
+  await open(page, file);
+  await page.getByRole('button', { name: 'Add Click' }).click();
+  await settled(page);
+  await page.keyboard.press('Escape');
+  await page.getByRole('option').first().click();
+  await page.keyboard.press('Enter');
+  await page.keyboard.press('Control+g');
+  await settled(page);
+  await expect(page.getByRole('option').first()).toContainText('Ctrl+G');
+  await expect(page.locator('#panel .key-field output').first()).toHaveText('Ctrl+G');
+  await expect(item(page, 0)).toContainText('Ctrl+G');
+  await page.keyboard.press('Enter');
+  await expect(page.locator('#capture .capture-target')).toContainText('now Ctrl+G');
+  await page.locator('#capture .click-area').click();
+  await settled(page);
+  await expect(page.getByRole('option').first()).toContainText('LMB');
+  await expect(page.getByRole('option').first()).not.toContainText('left_m');
+});
+
+// ---- recovery files and a second page ----
+
+function recoveryFile(file, name, description, time) {
+  const doc = readDoc(file);
+  doc.keymaps[0].icon.description = description;
+  const kept = path.join(at.work, name);
+  fs.writeFileSync(kept, JSON.stringify(doc));
+  fs.utimesSync(kept, time, time);
+  return kept;
+}
+
+test('every recovery file is offered, newest first; a dismissal sticks; opening works after an edit', async ({ page }) => {
+  const file = copyExample('shooter.json');
+  recoveryFile(file, 'shooter.recovery.json', 'older walk', new Date('2026-01-01T10:00:00Z'));
+  const newer = recoveryFile(file, 'shooter.recovery-2.json', 'newer walk', new Date('2026-02-01T10:00:00Z'));
+  await open(page, file);
+  const offered = page.locator('#recovery-files li');
+  await expect(offered).toHaveCount(2);
+  await expect(offered.nth(0)).toContainText('recovery-2');
+  await expect(offered.nth(1)).toContainText('shooter.recovery.json');
+  await offered.nth(0).getByRole('button', { name: 'Dismiss' }).click();
+  await expect(offered).toHaveCount(1);
+  expect(fs.existsSync(newer)).toBe(false);
+  // An edit first, then the offer is taken: it becomes the document, undoably.
+  await page.getByRole('option').nth(2).click();
+  await page.keyboard.press('ArrowRight');
+  await settled(page);
+  await offered.first().getByRole('button', { name: 'Open' }).click();
+  await expect(page.getByRole('option').first()).toContainText('older walk');
+  await expect(page.locator('#recovery')).toBeHidden();
   await page.getByRole('button', { name: 'Undo' }).click();
-  await expect(page.getByRole('option').first()).not.toContainText('recovered walk');
+  await expect(page.getByRole('option').first()).not.toContainText('older walk');
+  await page.reload();
+  await page.waitForFunction(() => window.editorReady === true);
+  await expect(page.locator('#recovery-files li')).toHaveCount(1);
+  await expect(page.locator('#recovery-files li')).not.toContainText('recovery-2');
+});
+
+test('a second page on the file shows the first one\'s edits, and never saves over them', async ({ page, context }) => {
+  const file = copyExample('shooter.json');
+  await open(page, file);
+  const url = await page.evaluate(() => `${location.origin}/?token=${sessionStorage.getItem('zuno-keymap-token')}`);
+  const other = await context.newPage();
+  await other.goto(url);
+  await other.waitForFunction(() => window.editorReady === true);
+  // The first page edits; the second page shows it within a poll or two.
+  await page.getByRole('option').nth(2).click();
+  await page.locator('#panel input[name="icon.description"]').fill('from the first page');
+  await page.keyboard.press('Tab');
+  await settled(page);
+  await expect(other.getByRole('option').nth(2)).toContainText('from the first page', { timeout: 5000 });
+  await expect(other.locator('#stale')).toBeVisible();
+  // A save from a page that has not seen the last change writes nothing: its
+  // polls are held back so that it cannot have seen it.
+  await other.route('**/api/version', (route) => route.abort());
+  await other.route('**/api/snapshot', (route) => route.abort());
+  await page.getByRole('option').nth(2).click();
+  await page.locator('#panel input[name="icon.description"]').fill('newer still');
+  await page.keyboard.press('Tab');
+  await settled(page);
+  const text = fs.readFileSync(file, 'utf8');
+  await other.unroute('**/api/snapshot');
+  const answered = other.waitForResponse((r) => new URL(r.url()).pathname === '/api/save');
+  await other.getByRole('button', { name: 'Save' }).click();
+  expect((await answered).status()).toBe(409);
+  await expect(other.locator('#status')).toContainText('another page changed');
+  await expect(other.getByRole('option').nth(2)).toContainText('newer still');
+  expect(fs.readFileSync(file, 'utf8')).toBe(text);
+});
+
+test('unknown members and values out of range are problems as soon as the file opens', async ({ page }) => {
+  const file = copyExample('shooter.json');
+  const doc = readDoc(file);
+  doc.keymaps[1].mystery = 1;
+  doc.keymaps[3].spell_info.rel_radius = -0.2;
+  fs.writeFileSync(file, JSON.stringify(doc));
+  let report = {};
+  try { report = JSON.parse(library('check', '--json', file)); } catch (error) { report = JSON.parse(error.stdout); }
+  const findings = report.findings || report.documents?.[0]?.findings || [];
+  expect(findings.length).toBeGreaterThan(0);
+  await open(page, file);
+  await expect(page.locator('#problem-count')).toHaveText(`${findings.length} ${findings.length === 1 ? 'problem' : 'problems'}`);
+  for (const finding of findings) await expect(page.locator('#problems')).toContainText(finding.message);
+});
+
+test('a direction pad typed quickly on a slow server keeps every key, in order', async ({ page }) => {
+  const file = path.join(at.work, 'pad.json');
+  await open(page, file, { env: { ZUNO_KEYMAP_EDITOR_TEST_DELAY_MS: '300' } });
+  await page.getByRole('button', { name: 'Add Swipehold', exact: true }).click();
+  await settled(page);
+  await page.keyboard.press('Escape');
+  await page.getByRole('option').first().click();
+  await page.keyboard.press('Enter');
+  for (const key of ['i', 'l', 'k', 'j']) await page.keyboard.press(key);
+  await expect(page.locator('#capture')).toBeHidden({ timeout: 15000 });
+  await settled(page);
+  await save(page);
+  const pad = readDoc(file).keymaps[0];
+  expect(['top_key', 'right_key', 'bottom_key', 'left_key'].map((k) => pad[k].text)).toEqual(['I', 'L', 'K', 'J']);
 });

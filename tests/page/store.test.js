@@ -3,20 +3,22 @@ import { test } from 'node:test';
 import assert from 'node:assert/strict';
 import { Store, fromSnapshot, initialState, keyCaptions, matchingItems, problemCount } from '../../tools/editor/page/store.js';
 
-const key = (text) => ({ device: 'keyboard', text, scan_code: 1, virtual_key: 1 });
-const unset = { device: '', text: '', scan_code: 2147483647, virtual_key: 2147483647 };
-
-test('key captions of every kind of item', () => {
+test('key captions are the server\'s, in the order of the key members', () => {
+  const state = { captions: [
+    { marker: 'Ctrl+G', keys: { key: 'Ctrl+G', second_key: 'Ctrl' } },
+    { marker: '', keys: { bottom_key: 'S', left_key: 'A', right_key: 'D', top_key: 'W' } },
+    { marker: 'E', keys: { 'positive_key.key': 'E', 'negative_key.key': 'Alt+R' } },
+    { marker: '', keys: {} },
+  ] };
   const cases = [
-    ['single', { key: key('Q') }, 'Q'],
-    ['combination', { key: key('G'), second_key: key('Ctrl') }, 'G+Ctrl'],
-    ['direction pad', { key: unset, bottom_key: key('S'), left_key: key('A'), right_key: key('D'), top_key: key('W') }, 'S A D W'],
-    ['pair', { key: unset, positive_key: { key: key('E') }, negative_key: { key: key('R'), second_key: key('Alt') } }, 'E R+Alt'],
-    ['nothing bound', { key: unset }, ''],
+    [0, undefined, 'Ctrl+G'],
+    [0, ['key', 'second_key'], 'Ctrl+G'],
+    [1, ['top_key', 'right_key', 'bottom_key', 'left_key'], 'W D S A'],
+    [2, undefined, 'E Alt+R'],
+    [3, ['key'], ''],
+    [9, ['key'], ''],
   ];
-  for (const [name, item, want] of cases) assert.equal(keyCaptions(item), want, name);
-  const pad = cases[2][1];
-  assert.equal(keyCaptions(pad, ['top_key', 'right_key', 'bottom_key', 'left_key']), 'W D S A', 'in the order bound');
+  for (const [index, members, want] of cases) assert.equal(keyCaptions(state, index, members), want, `item ${index}`);
 });
 
 test('updates are merged and drawn once per frame', () => {
@@ -42,8 +44,8 @@ test('a snapshot keeps the selection of items that still exist', () => {
 
 test('search finds items by type, key and description', () => {
   const state = { ...initialState(), ids: [5, 6], doc: { keymaps: [
-    { type: 'Click', key: key('Q'), icon: { description: 'jump' } },
-    { type: 'Fire', key: key('left_mouse'), icon: { description: '' } }] } };
-  const cases = [['', [5, 6]], ['fire', [6]], ['q', [5]], ['JUMP', [5]], ['nothing', []]];
+    { type: 'Click', icon: { description: 'jump' } }, { type: 'Fire', icon: { description: '' } }] },
+  captions: [{ keys: { key: 'Q' } }, { keys: { key: 'LMB' } }] };
+  const cases = [['', [5, 6]], ['fire', [6]], ['q', [5]], ['lmb', [6]], ['JUMP', [5]], ['nothing', []]];
   for (const [text, want] of cases) assert.deepEqual(matchingItems(state, text).map((e) => e.id), want, text);
 });

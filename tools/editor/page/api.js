@@ -73,10 +73,19 @@ export const api = {
   putDocument: (text) => call('PUT', '/api/document', text),
   /// Takes the file as it is on disk now (an undoable step): the snapshot.
   reload: () => call('POST', '/api/reload', {}),
-  // force: overwrite a file changed on disk; drop: write without what the library does not keep.
-  save: ({ force = false, drop = false } = {}) =>
-    call('POST', `/api/save?${query({ force: force ? 1 : 0, drop: drop ? 1 : 0 })}`, {}),
+  // force: overwrite a file changed on disk; drop: write without what the
+  // library does not keep; version: the document's version the page shows
+  // (409 "stale" when another page changed it since).
+  save: ({ force = false, drop = false, version } = {}) =>
+    call('POST', `/api/save?${query({ force: force ? 1 : 0, drop: drop ? 1 : 0 })}`,
+      version === undefined ? {} : { version }),
+  /// The held document's version, asked often to see another page's edits.
+  version: async () => (await must(call('GET', '/api/version'))).version,
   recovery: (n) => call('GET', `/api/recovery?${query({ n })}`),
+  /// Makes recovery file n the held document (undoable): the snapshot.
+  openRecovery: (n) => call('POST', '/api/recovery/open', { n }),
+  /// Removes recovery file n, for good.
+  dismissRecovery: (n) => call('POST', '/api/recovery/dismiss', { n }),
   schema: () => must(call('GET', '/api/schema')),
   types: async () => (await must(call('GET', '/api/types'))).types,
   shapes: () => must(call('GET', '/api/shapes')),

@@ -10,7 +10,7 @@ import { keyCaptions, matchingItems, problemsOf } from './store.js';
 export const GLYPHS = { circle: '●', hexagon: '⬢', diamond: '◆', pentagon: '⬟', square: '■', capsule: '▬', bubble: '▰' };
 
 export class ItemList {
-  /// `handlers`: select(id, {add, range}), toggleHidden(id), reorder(id, to).
+  /// `handlers`: select(id, {add, range}), bind(id), toggleHidden(id), reorder(id, to).
   constructor(list, handlers) {
     this.list = list;
     this.handlers = handlers;
@@ -40,7 +40,7 @@ export class ItemList {
     const problems = problemsOf(state.report, index);
     const selected = state.selected.includes(id);
     const hidden = state.hidden.includes(id);
-    const keys = keyCaptions(item, members) || 'no key';
+    const keys = keyCaptions(state, index, members) || 'no key';
     const description = (item.icon && item.icon.description) || '';
     const li = element('li', { role: 'option', tabindex: selected || (!state.selected.length && index === 0) ? 0 : -1,
       'aria-selected': selected ? 'true' : 'false', 'data-item-id': id, 'data-item-index': index,
@@ -75,9 +75,14 @@ export class ItemList {
         next.focus();
         this.handlers.select(Number(next.dataset.itemId), { add: false, range: e.shiftKey });
       }
-    } else if (e.key === ' ' || e.key === 'Enter') {
+    } else if (e.key === ' ') {
       e.preventDefault();
       this.handlers.select(id, { add: e.ctrlKey || e.metaKey, range: e.shiftKey });
+    } else if (e.key === 'Enter') {
+      // Enter binds, here as on the picture.
+      e.preventDefault();
+      this.handlers.select(id, { add: false, range: false });
+      this.handlers.bind(id);
     } else if (e.key.toLowerCase() === 'h' && !e.ctrlKey) {
       this.handlers.toggleHidden(id);
     }

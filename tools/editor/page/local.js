@@ -6,6 +6,8 @@
 // storage until it is saved, and offered back when the page opens again: the
 // browser's form of the server's recovery file.
 
+import { fetchEntry, forget, keep, listed, tabId } from './storage.js';
+
 const worker = new Worker('worker.js');
 const pending = new Map();
 let nextId = 0;
@@ -45,30 +47,32 @@ function failure(status, error, extra = {}) {
   return { status, ok: false, data: { status, error, ...extra }, unsaved: null };
 }
 
-// What is kept between visits: the file's name and text as opened or last
-// saved (`base`), and the document as last edited (`text`) while unsaved.
-const storageKey = 'zuno-keymap-work';
-function readWork() {
-  try {
-    const work = JSON.parse(localStorage.getItem(storageKey));
-    return work && typeof work.name === 'string' && typeof work.base === 'string' ? work : null;
-  } catch {
-    return null;
-  }
-}
+// What is kept between visits, per tab and file: the file's name and text as
+// opened or last saved (`base`), and the document as last edited (`text`)
+// while unsaved. A tab writes only its own entries, so another tab opening
+// another file leaves them be. The last file opened or saved in any tab is
+// what a new tab opens.
+const tab = tabId();
+const WORK = 'zuno-keymap-work:';
+const KEPT = 'zuno-keymap-kept:';
+const LAST = 'zuno-keymap-last';
+const workKey = (name) => `${WORK}${tab}:${name}`;
 const blankWork = () => ({ name: 'keymap.json', base: '', blank: true, text: null, unsaved: false, time: 0 });
-let work = readWork() || blankWork();
+const usable = (entry) => entry && typeof entry.name === 'string' && typeof entry.base === 'string';
+
+function warn(text) {
+  if (text) dispatchEvent(new CustomEvent('keymap-storage', { detail: text }));
+}
+
+let work = blankWork();
 let keepTimer = 0;
 function keepWork() {
   clearTimeout(keepTimer);
   keepTimer = 0;
-  try {
-    // An edited document is held as the answer's object, written as text only here.
-    const { doc, ...kept } = work;
-    localStorage.setItem(storageKey, JSON.stringify(doc ? { ...kept, text: JSON.stringify(doc) } : kept));
-  } catch {
-    // A document larger than the storage allows is only kept in the file.
-  }
+  // An edited document is held as the answer's object, written as text only here.
+  const { doc, ...kept } = work;
+  sessionStorage.setItem('zuno-keymap-file', work.name);
+  return keep(workKey(work.name), doc ? { ...kept, text: JSON.stringify(doc) } : kept).then(warn);
 }
 // Edits come quickly (a drag is many): the storage is written once they pause.
 function keepWorkSoon() {
@@ -79,38 +83,63 @@ addEventListener('pagehide', () => { if (keepTimer) keepWork(); });
 
 // The file being edited: a handle to write back to, where the browser gives one.
 let file = { name: work.name, handle: null, lastModified: null };
-// Unsaved work of an earlier visit, until it is offered.
-let earlier = work.unsaved && work.text !== null ? work : null;
 
-// What was kept opens again; what no longer loads gives way to a blank document.
-const opened = post('open', work.name, work.base, { blank: Boolean(work.blank) }).then((answer) => {
-  if (answer.status === 200) return answer;
-  work = blankWork();
+// Unsaved work of this file in the storage, offered until it is opened or
+// dismissed: of other tabs, and this tab's own from before a reload (set
+// aside, so that this visit's edits do not write over it).
+let offers = [];
+let offered = 0;
+let recovered = [];
+function findOffers(name) {
+  const mine = workKey(name);
+  offers = [...listed(KEPT), ...listed(WORK)]
+    .filter(({ key, entry }) => key !== mine && entry.name === name && entry.unsaved)
+    .sort((a, b) => b.entry.time - a.entry.time)
+    .map(({ key, entry }) => ({ n: offered++, key, path: `this browser's storage (${name})`,
+      time: new Date(entry.time).toISOString(),
+      bytes: entry.bytes || (entry.text || '').length }));
+}
+async function setAside(name) {
+  const own = await fetchEntry(workKey(name));
+  if (!own || !own.unsaved || typeof own.text !== 'string') return;
+  await keep(`${KEPT}${own.time}-${tab}:${name}`, own).then(warn);
+  await forget(workKey(name));
+}
+
+// What this tab had open opens again (the last file of any tab in a new
+// tab); what no longer loads gives way to a blank document.
+async function startWork() {
+  const name = sessionStorage.getItem('zuno-keymap-file');
+  const own = name ? await fetchEntry(workKey(name)) : null;
+  const last = usable(own) ? own : await fetchEntry(LAST);
+  work = usable(last) ? { ...last, text: null, unsaved: false } : blankWork();
   file = { name: work.name, handle: null, lastModified: null };
-  earlier = null;
-  return post('open', work.name, '', { blank: true });
-});
+  await setAside(work.name);
+  let answer = await post('open', work.name, work.base, { blank: Boolean(work.blank) });
+  if (answer.status !== 200) {
+    work = blankWork();
+    file = { name: work.name, handle: null, lastModified: null };
+    answer = await post('open', work.name, '', { blank: true });
+  }
+  findOffers(work.name);
+  return answer;
+}
+const opened = startWork();
 
 async function request(method, target, body) {
   await opened;
   return reply(await post('request', method, target, body === undefined ? '' : body));
 }
 
-function describeEarlier() {
-  const when = new Date(earlier.time).toLocaleString();
-  return `this browser's storage (${earlier.name}, ${when})`;
-}
-
 async function state() {
   const answer = await request('GET', '/api/state');
-  if (answer.ok) answer.data.recovery = earlier ? [describeEarlier()] : [];
+  if (answer.ok) answer.data.recovery = offers.map(({ key, ...offer }) => offer);
   return answer;
 }
 
 async function putDocument(text) {
   const answer = await request('PUT', '/api/document', text);
   if (answer.ok) {
-    earlier = null;
     work = { ...work, text, doc: null, unsaved: answer.unsaved === 'true', time: Date.now() };
     keepWorkSoon();
   }
@@ -121,7 +150,6 @@ async function putDocument(text) {
 async function edit(body) {
   const answer = await request('POST', '/api/edit', body);
   if (answer.ok && answer.data && answer.data.document) {
-    earlier = null;
     work = { ...work, text: null, doc: answer.data.document, unsaved: answer.data.unsaved === true,
       time: Date.now() };
     keepWorkSoon();
@@ -185,14 +213,48 @@ async function save({ force = false, drop = false } = {}) {
     return failure(500, `${file.name} could not be written: ${error.message}`);
   }
   work = { name: file.name, base: saved, blank: false, text: null, unsaved: false, time: Date.now() };
-  keepWork();
+  await keepWork();
+  warn(await keep(LAST, work));
+  // Work opened from the storage is saved now: it is not offered again.
+  for (const key of recovered.splice(0)) await forget(key);
   answer.data.file = file.name;
+  answer.data.downloaded = !handle;
   return answer;
 }
 
+const offerOf = (n) => offers.find((offer) => offer.n === n);
+
+async function recoveryText(n) {
+  const offer = offerOf(n);
+  const entry = offer ? await fetchEntry(offer.key) : null;
+  return entry && typeof entry.text === 'string' ? entry.text : null;
+}
+
 async function recovery(n) {
-  if (n !== 0 || !earlier) return failure(404, 'no such recovery file');
-  return { status: 200, ok: true, data: earlier.text, unsaved: null };
+  const text = await recoveryText(n);
+  if (text === null) return failure(404, 'no such recovery file');
+  return { status: 200, ok: true, data: text, unsaved: null };
+}
+
+// Opening kept work is an edit of the document shown, so Undo goes back.
+async function openRecovery(body) {
+  const { n } = JSON.parse(body || '{}');
+  const text = await recoveryText(n);
+  if (text === null) return failure(404, 'no such recovery file');
+  const put = await putDocument(text);
+  if (!put.ok) return put;
+  recovered.push(offerOf(n).key);
+  offers = offers.filter((offer) => offer.n !== n);
+  return request('GET', '/api/snapshot');
+}
+
+async function dismissRecovery(body) {
+  const { n } = JSON.parse(body || '{}');
+  const offer = offerOf(n);
+  if (!offer) return failure(404, 'no such recovery file');
+  await forget(offer.key);
+  offers = offers.filter((other) => other.n !== n);
+  return { status: 200, ok: true, data: { recovery: offers.map(({ key, ...rest }) => rest) }, unsaved: null };
 }
 
 /// Opens a File, or a FileSystemFileHandle (which a save then writes back
@@ -207,8 +269,11 @@ export async function openFile(source) {
   file = { name: blob.name, handle, lastModified: handle ? blob.lastModified : null };
   work = { name: blob.name, base: new TextDecoder().decode(bytes), blank: false, text: null,
     unsaved: false, time: Date.now() };
-  earlier = null;
-  keepWork();
+  recovered = [];
+  await setAside(work.name);
+  await keepWork();
+  warn(await keep(LAST, work));
+  findOffers(work.name);
   return answer;
 }
 
@@ -222,6 +287,8 @@ export function localRequest(method, path, body) {
     const query = new URLSearchParams(path.split('?')[1] || '');
     return save({ force: query.get('force') === '1', drop: query.get('drop') === '1' });
   }
+  if (method === 'POST' && route === '/api/recovery/open') return openRecovery(body);
+  if (method === 'POST' && route === '/api/recovery/dismiss') return dismissRecovery(body);
   if (method === 'GET' && route === '/api/recovery') {
     return recovery(Number(new URLSearchParams(path.split('?')[1] || '').get('n')));
   }

@@ -14,10 +14,11 @@ import { MacroTools } from './macrotools.js';
 import { OpQueue, op } from './operations.js';
 import { Panel, resolve } from './panel.js';
 import { Picture } from './picture.js';
-import { Store, focusItem, fromSnapshot, indexOf, problemCount, valueAt } from './store.js';
+import { Store, focusItem, fromSnapshot, indexOf, keyCaptionOf, problemCount, valueAt } from './store.js';
 import { TestMode } from './testmode.js';
 import { arrange } from './arrange.js';
 import { element } from './dom.js';
+import { Elsewhere } from './elsewhere.js';
 
 const $ = (id) => document.getElementById(id);
 const store = new Store(undefined, (fn) => requestAnimationFrame(fn));
@@ -77,6 +78,7 @@ const picture = new Picture($('picture'), $('stage'), {
   press: (p) => macro.press(p),
   bind: (id) => bindItem(id),
   changed: () => store.changed(),
+  current: () => store.get(),
 });
 
 const itemPanel = new Panel($('panel'), {
@@ -106,6 +108,7 @@ const list = new ItemList($('items'), {
       store.update({ selected: [selected[0], ...ids.slice(a, b + 1).filter((x) => x !== selected[0])] });
     } else store.update({ selected: [id] });
   },
+  bind: (id) => bindItem(id),
   toggleHidden: (id) => store.update(({ hidden }) => ({ hidden: hidden.includes(id) ? hidden.filter((x) => x !== id) : [...hidden, id] })),
   reorder: (id, to) => { if (to >= 0 && to < store.get().ids.length) send(op.reorder(id, to)); },
 });
@@ -128,16 +131,21 @@ function render(state) {
   const unanswered = queue.unanswered();
   picture.render(state, unanswered, shapes);
   const focus = focusItem(state);
+  // Members with a change on its way, which their fields keep showing.
+  const pendingOf = (id) => unanswered.filter((o) => (o.op === 'set' || o.op === 'remove') && o.item === id)
+    .map((o) => o.member);
   if (state.showSettings) {
     settingsPanel.show(schema, { properties: { info: schema.properties.info, param: schema.properties.param } },
-      state.doc, { key: 'document', heading: 'Document settings', prefix: '', errors: state.errors, sections: true });
+      state.doc, { key: 'document', heading: 'Document settings', prefix: '', errors: state.errors, sections: true,
+        pending: pendingOf(undefined) });
     $('settings').hidden = false;
   } else $('settings').hidden = true;
   if (focus) {
     const definition = resolve(schema, (schema.definitions || schema.$defs || {})[focus.item.type]);
     itemPanel.show(schema, definition, focus.item, {
       key: `${focus.id}:${focus.item.type}`, target: focus.id, heading: `${focus.item.type} — keymaps[${focus.index}]`,
-      prefix: `keymaps[${focus.index}]`, errors: state.errors, keyMembers: shapes.keys[focus.item.type] || [] });
+      prefix: `keymaps[${focus.index}]`, errors: state.errors, keyMembers: shapes.keys[focus.item.type] || [],
+      captions: (state.captions[focus.index] || {}).keys || {}, pending: pendingOf(focus.id) });
   } else itemPanel.clear();
   list.render(state, colours, shapes.keys, shapes.markers);
   renderProblems(state);
@@ -171,6 +179,8 @@ function render(state) {
 store.subscribe(render);
 
 function renderProblems(state) {
+  // The report carries what the file itself holds that the library drops or
+  // takes as given (unknown members, values out of range), from its opening.
   const findings = (state.report && state.report.findings) || [];
   const signature = `${state.version}`;
   if ($('problems').dataset.version === signature) return;
@@ -198,6 +208,11 @@ async function addItem(type, at) {
     if (result.unbound && result.unbound.length) bindMembers(result.item, result.unbound, 'Its usual keys are taken: ');
   }
 }
+
+// After a button acts on the selection, the keyboard goes back to the
+// picture, so that Enter binds and the arrows move rather than press the
+// button again.
+function focusPicture() { $('picture').focus({ preventScroll: true }); }
 
 function selectedIds() { return store.get().selected.filter((id) => store.get().ids.includes(id)); }
 
@@ -235,10 +250,25 @@ function bindItem(id) {
 }
 
 async function bindMembers(id, members, lead = '') {
+  try {
+    await bindSteps(id, members, lead);
+  } finally {
+    capture.close();
+  }
+}
+
+async function bindSteps(id, members, lead) {
   const group = gestures.next('bind');
   for (const step of bindingSteps(members)) {
-    const keys = await capture.capture(lead + step.prompt, { chord: step.members.length > 1 });
+    const before = store.get();
+    const index = indexOf(before, id);
+    if (index < 0) return;  // deleted meanwhile
+    const now = keyCaptionOf(before, index, step.members[0]);
+    const target = `${before.doc.keymaps[index].type} — keymaps[${index}], ${step.members.join(' + ')}` +
+      (now ? ` (now ${now}: the key you press replaces it)` : '');
+    const keys = await capture.capture(lead + step.prompt, { chord: step.members.length > 1, target });
     if (!keys) return;  // cancelled: what is bound so far stays
+    if (!await collisionAccepted(id, keys, target)) return;
     const state = store.get();
     const item = state.doc.keymaps[indexOf(state, id)] || {};
     for (const [k, member] of step.members.entries()) {
@@ -251,16 +281,36 @@ async function bindMembers(id, members, lead = '') {
   }
 }
 
+// A key another item already fires on is bound only when the user says so.
+async function collisionAccepted(id, keys, target) {
+  let fired = [];
+  try { fired = await api.trigger(keys.filter(Boolean)); } catch (error) { return true; }
+  const state = store.get();
+  const others = [...new Set(fired.map((t) => t.index))].filter((index) => state.ids[index] !== id);
+  if (others.length === 0) return true;
+  const names = others.map((index) => `${state.doc.keymaps[index].type} keymaps[${index}]`).join(', ');
+  const pressed = keys.filter(Boolean).map((key) => key.caption || key.text).reverse().join('+');
+  return capture.confirm(`${pressed} already fires ${names}: binding it makes a collision. ` +
+    'Enter binds it anyway; Escape cancels.', target);
+}
+
 async function save(options = {}) {
   itemPanel.commitFocused();
   settingsPanel.commitFocused();
   macro.commit();
   store.update({ status: 'Saving…' });
   await queue.idle();
-  const answer = await api.save(options);
+  const answer = await api.save({ ...options, version: store.get().version });
   const name = store.get().name;
   if (answer.status === 200) {
-    store.update({ unsaved: false, isNew: false, conflict: false, status: `Saved ${name}` });
+    const status = answer.data.downloaded ? `Downloaded ${answer.data.file || name}`
+      : `Saved to ${answer.data.file || name}`;
+    // A save moves the version on; the document shown is the one saved.
+    const version = answer.data.version ?? store.get().version;
+    store.update({ unsaved: false, isNew: false, conflict: false, status, version });
+  } else if (answer.status === 409 && answer.data.stale) {
+    await elsewhere.catchUp('Another page changed this document: it now shows that version. Nothing was saved.');
+    store.update({ status: 'Not saved: another page changed the document; look it over and save again' });
   } else if (answer.status === 409 && answer.data.lost) {
     const lost = answer.data.lost.join('\n  ');
     if (window.confirm(`Saving drops ${answer.data.lost.length} element(s) of ${name} ` +
@@ -286,6 +336,20 @@ async function reload() {
   }
 }
 
+// The Arrange menu closes on Escape, on a choice and when the focus leaves
+// it, and gives the keyboard back to its button.
+function closeMenu(menu) {
+  if (!menu || !menu.open) return;
+  menu.open = false;
+  menu.querySelector('summary').focus({ preventScroll: true });
+}
+for (const menu of document.querySelectorAll('details.menu')) {
+  menu.addEventListener('keydown', (e) => {
+    if (e.key === 'Escape' && menu.open) { e.preventDefault(); e.stopPropagation(); closeMenu(menu); }
+  });
+  menu.addEventListener('focusout', (e) => { if (!menu.contains(e.relatedTarget)) menu.open = false; });
+}
+
 function setZoom(zoom, keep) {
   store.update({ zoom });
   if (keep) requestAnimationFrame(() => requestAnimationFrame(keep));
@@ -301,13 +365,22 @@ document.addEventListener('keydown', (e) => {
   const ctrl = e.ctrlKey || e.metaKey;
   const state = store.get();
   if (ctrl && e.key.toLowerCase() === 's') { e.preventDefault(); save(); return; }
-  if (capture.active) return;
+  if (capture.open) return;
   if (state.mode === 'test') { tester.key(e, true); return; }
   if (state.mode === 'record') { macro.key(e); return; }
+  // Undo and redo are the document's, in a field too: what was typed there
+  // is sent first, so it is the step undone.
+  const undo = ctrl && e.key.toLowerCase() === 'z' && !e.shiftKey;
+  const redo = ctrl && (e.key.toLowerCase() === 'y' || (e.key.toLowerCase() === 'z' && e.shiftKey));
+  if ((undo || redo) && !e.target.closest('#search')) {
+    e.preventDefault();
+    itemPanel.commitFocused();
+    settingsPanel.commitFocused();
+    send(undo ? op.undo() : op.redo());
+    return;
+  }
   if (typing(e.target)) return;
   if (e.key === ' ' && !e.repeat) { picture.spaceHeld = true; e.preventDefault(); return; }
-  if (ctrl && e.key.toLowerCase() === 'z') { e.preventDefault(); send(e.shiftKey ? op.redo() : op.undo()); return; }
-  if (ctrl && e.key.toLowerCase() === 'y') { e.preventDefault(); send(op.redo()); return; }
   if (e.key === 'Escape') { store.update({ selected: [], showSettings: false }); return; }
   if (e.target.classList && e.target.classList.contains('handle')) {
     const step = e.shiftKey ? 10 : 1;
@@ -317,7 +390,13 @@ document.addEventListener('keydown', (e) => {
   }
   if (state.selected.length === 0) return;
   if (e.key === 'Delete') { deleteSelected(); return; }
-  if (e.key === 'Enter' && !e.target.closest('button, [role=option]')) { e.preventDefault(); bindItem(state.selected[0]); return; }
+  // Enter binds from the picture (or nowhere in particular); on a control it
+  // is that control's (a button, the Arrange menu, a list entry).
+  if (e.key === 'Enter' && (e.target === document.body || e.target.closest('#picture'))) {
+    e.preventDefault();
+    bindItem(state.selected[0]);
+    return;
+  }
   const arrows = { ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, -1], ArrowDown: [0, 1] };
   if (arrows[e.key] && !e.target.closest('#items')) {
     e.preventDefault();
@@ -355,6 +434,7 @@ stage.addEventListener('drop', (e) => {
   $('picture').classList.remove('dropping');
   const type = e.dataTransfer && e.dataTransfer.getData('application/x-keymap-type');
   if (type && picture.svg) {
+    focusPicture();
     const p = picture.point(e);
     addItem(type, { rel_x: p.x / picture.size.width, rel_y: p.y / picture.size.height });
     return;
@@ -369,8 +449,8 @@ click('overwrite', () => save({ force: true }));
 click('reload', () => reload());
 click('undo', () => send(op.undo()));
 click('redo', () => send(op.redo()));
-click('delete', () => deleteSelected());
-click('duplicate', () => duplicateSelected());
+click('delete', () => { deleteSelected(); focusPicture(); });
+click('duplicate', () => { duplicateSelected(); focusPicture(); });
 click('test-keys', () => tester.toggle());
 click('pick-point', () => macro.pick());
 click('record', () => macro.record());
@@ -380,7 +460,10 @@ click('zoom-out', () => setZoom(Math.max(store.get().zoom / 1.25, 0.25)));
 click('fit', () => { setZoom(1); $('stage').scrollTo(0, 0); });
 click('document-settings', () => store.update(({ showSettings }) => ({ showSettings: !showSettings })));
 for (const button of document.querySelectorAll('[data-arrange]')) {
-  button.addEventListener('click', () => arrangeSelected(button.dataset.arrange));
+  button.addEventListener('click', () => {
+    arrangeSelected(button.dataset.arrange);
+    closeMenu(button.closest('details'));
+  });
 }
 $('search').addEventListener('input', (e) => store.update({ search: e.target.value }));
 $('panel').addEventListener('focusout', (e) => { if (e.target.name === 'press_actions') macro.remember(e.target); });
@@ -397,7 +480,7 @@ function palette(types, kind) {
         element('span', { class: 'marker-glyph', style: `color:${colours[type] || '#fff'}`, 'aria-hidden': 'true',
           text: GLYPHS[(shapes.markers || {})[type]] || '●' }),
         element('strong', { text: type }), element('small', { text: purpose }));
-      button.addEventListener('click', () => addItem(type));
+      button.addEventListener('click', () => { focusPicture(); addItem(type); });
       button.addEventListener('dragstart', (e) => {
         e.dataTransfer.setData('application/x-keymap-type', type);
         e.dataTransfer.effectAllowed = 'copy';
@@ -407,22 +490,8 @@ function palette(types, kind) {
   $('palette').replaceChildren(...entries);
 }
 
-async function offerRecovery(files) {
-  if (!files || files.length === 0) return;
-  $('recovery-text').textContent = `Unsaved changes of an earlier session were kept in ${files[0]}.`;
-  $('recovery').hidden = false;
-  click('recovery-open', async () => {
-    $('recovery').hidden = true;
-    const answer = await api.recovery(0);
-    if (!answer.ok) { store.update({ status: `Not opened: ${answer.data.error}` }); return; }
-    await queue.idle();
-    const put = await api.putDocument(typeof answer.data === 'string' ? answer.data : JSON.stringify(answer.data));
-    if (put.status !== 200) { store.update({ status: `Not opened: ${put.data.error}` }); return; }
-    const shot = await api.snapshot();
-    store.update((state) => ({ ...fromSnapshot(state, shot), status: 'Opened the recovered changes' }));
-  });
-  click('recovery-ignore', () => { $('recovery').hidden = true; });
-}
+// Recovery files of earlier sessions, and another page's edits.
+const elsewhere = new Elsewhere(store, queue, api);
 
 async function start() {
   try {
@@ -449,11 +518,14 @@ async function start() {
       await queue.idle();
       await new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)));
     };
-    offerRecovery(info.recovery);
+    elsewhere.offer(info.recovery);
   } catch (error) {
     store.update({ status: `Cannot reach the editor: ${error.message}` });
   }
 }
+
+// The static page's storage could not keep the work: the user must know.
+window.addEventListener('keymap-storage', (e) => elsewhere.notice(e.detail));
 
 // Another keymap opened in the page (served as static files): shown afresh.
 window.addEventListener('keymap-opened', () => {

@@ -9,7 +9,7 @@
 
 import { element } from './dom.js';
 import { secondKeyOf } from './keys.js';
-import { caption, valueAt } from './store.js';
+import { valueAt } from './store.js';
 
 const GROUPS = ['Position', 'Keys', 'Behaviour', 'Advanced'];
 const UNITS = { ms: 'in milliseconds', px: 'in pixels', screen: 'a fraction of the screen' };
@@ -61,7 +61,14 @@ export function defaultOf(schema, raw) {
   return { boolean: false, integer: 0, number: 0, string: '', array: [] }[node.type] ?? null;
 }
 
-const keyCaption = (key) => caption(key) || 'not bound';
+// A control is being edited while it has the focus and holds typing not yet
+// sent; otherwise it shows the document, after an undo or another page's edit too.
+function track(control) {
+  control.addEventListener('input', () => { control.dataset.typed = 'true'; });
+  control.addEventListener('change', () => { delete control.dataset.typed; });
+  return control;
+}
+const editing = (control) => document.activeElement === control && control.dataset.typed === 'true';
 
 export class Panel {
   /// `handlers`: change(member, value, target), remove(member, target), bind(members, target),
@@ -75,7 +82,7 @@ export class Panel {
   }
 
   clear() {
-    this.commitFocused();
+    this.commitFocused({ keep: false });
     this.shown = null;
     this.updaters.clear();
     this.host.replaceChildren(element('p', { class: 'empty', text: this.empty }));
@@ -85,18 +92,25 @@ export class Panel {
   /// JSON path ("keymaps[3]", "" for the document); `errors` maps JSON paths
   /// to refusals; `keyMembers` are the members binding fires; `target` is
   /// handed back with every change, naming what the form showed.
-  show(schema, definition, value, { key, target, heading, prefix, errors = {}, keyMembers = [], sections = false }) {
+  show(schema, definition, value, { key, target, heading, prefix, errors = {}, keyMembers = [], captions = {},
+    pending = [], sections = false }) {
     this.schema = schema;
+    this.captions = captions;
+    this.pending = pending;
     this.values = value;
     this.prefix = prefix;
     this.keyMembers = keyMembers;
     const layout = this.layout(definition, value, []).map((f) => f.path.join('.')).join('|');
     if (this.shown && this.shown.key === key && this.shown.layout === layout) {
+      // The same item may have moved in the document's order (undo, reorder).
+      const form = this.host.querySelector('form');
+      form.setAttribute('aria-label', heading);
+      form.querySelector('h2').textContent = heading;
       for (const [path, update] of this.updaters) update(valueAt(value, path), errors);
       return;
     }
     // A field left by the rebuild sends what was typed into it, to what it showed.
-    if (this.shown && this.shown.key !== key) this.commitFocused();
+    if (this.shown && this.shown.key !== key) this.commitFocused({ keep: false });
     this.target = target;
     const focused = document.activeElement && this.host.contains(document.activeElement)
       ? document.activeElement.id : null;
@@ -151,11 +165,12 @@ export class Panel {
   }
 
   field(f, errors) {
+    const { target } = this;
     const member = f.path.join('.');
     if (!f.present && !f.required && !isKeyNode(f.raw, f.node)) {
       const add = element('button', { type: 'button', class: 'add-member', text: `Add ${labelOf(f.name, f.node)}`,
         title: f.node.description });
-      add.addEventListener('click', () => this.handlers.change(member, defaultOf(this.schema, f.raw), this.target));
+      add.addEventListener('click', () => this.handlers.change(member, defaultOf(this.schema, f.raw), target));
       return element('div', { class: 'field absent' }, add);
     }
     if (f.nested) {
@@ -185,9 +200,10 @@ export class Panel {
   }
 
   removeButton(member, f) {
+    const { target } = this;
     const remove = element('button', { type: 'button', class: 'remove-member', text: 'Remove',
       'aria-label': `Remove ${labelOf(f.name, f.node)}` });
-    remove.addEventListener('click', () => this.handlers.remove(member, this.target));
+    remove.addEventListener('click', () => this.handlers.remove(member, target));
     return remove;
   }
 
@@ -206,12 +222,14 @@ export class Panel {
 
   // Keeps the control's value in step with the document, unless the user is in it.
   follow(member, control, show) {
-    this.updaters.set(member, (value) => { if (document.activeElement !== control) show(value); });
+    track(control);
+    this.updaters.set(member, (value) => { if (!this.holds(member, control)) show(value); });
   }
 
   valueField(f, member) {
+    const { target } = this;
     const { node } = f;
-    const change = (v) => this.handlers.change(member, v, this.target);
+    const change = (v) => this.handlers.change(member, v, target);
     let control;
     const extra = [];
     if (node.type === 'boolean') {
@@ -269,18 +287,20 @@ export class Panel {
   }
 
   colourField(f, member) {
+    const { target } = this;
     const text = element('input', { type: 'text', pattern: '[0-9A-Fa-f]{8}', spellcheck: 'false' });
     const colour = element('input', { type: 'color', 'aria-label': `${labelOf(f.name, f.node)} colour` });
     const alpha = element('input', { type: 'range', min: 0, max: 255, step: 1,
       'aria-label': `${labelOf(f.name, f.node)} opacity` });
     const hex = (n) => Number(n).toString(16).padStart(2, '0').toUpperCase();
     const fromPickers = () => `${colour.value.slice(1).toUpperCase()}${hex(alpha.value)}`;
-    colour.addEventListener('change', () => this.handlers.change(member, fromPickers(), this.target));
-    alpha.addEventListener('change', () => this.handlers.change(member, fromPickers(), this.target));
-    text.addEventListener('change', () => this.handlers.change(member, text.value, this.target));
+    colour.addEventListener('change', () => this.handlers.change(member, fromPickers(), target));
+    alpha.addEventListener('change', () => this.handlers.change(member, fromPickers(), target));
+    text.addEventListener('change', () => this.handlers.change(member, text.value, target));
+    track(text);
     this.updaters.set(member, (v) => {
       const value = typeof v === 'string' ? v : '';
-      if (document.activeElement !== text) text.value = value;
+      if (!this.holds(member, text)) text.value = value;
       if (/^[0-9A-Fa-f]{8}$/.test(value)) {
         colour.value = `#${value.slice(0, 6).toLowerCase()}`;
         alpha.value = parseInt(value.slice(6), 16);
@@ -290,36 +310,39 @@ export class Panel {
   }
 
   pointField(f, member) {
+    const { target } = this;
     const inputs = ['rel_x', 'rel_y'].map((axis) => {
-      const input = element('input', { type: 'number', step: 'any', 'aria-label': `${labelOf(f.name, f.node)} ${axis.slice(4)}` });
+      const input = track(element('input', { type: 'number', step: 'any', 'aria-label': `${labelOf(f.name, f.node)} ${axis.slice(4)}` }));
       // One coordinate at a time: the other may be moving meanwhile.
       input.addEventListener('change', () => {
         const value = Number(input.value);
-        this.handlers.change(`${member}.${axis}`, input.value.trim() === '' || !Number.isFinite(value) ? input.value : value, this.target);
+        this.handlers.change(`${member}.${axis}`, input.value.trim() === '' || !Number.isFinite(value) ? input.value : value, target);
       });
       return input;
     });
     this.updaters.set(member, (v) => inputs.forEach((input, i) => {
-      if (document.activeElement !== input) input.value = v ? v[i ? 'rel_y' : 'rel_x'] : '';
+      if (!this.holds(member, input)) input.value = v ? v[i ? 'rel_y' : 'rel_x'] : '';
     }));
     const box = element('div', { class: 'point', role: 'group' }, ...inputs);
     return this.row(member, f, box);
   }
 
   keyField(f, member) {
-    const shown = element('output', { text: keyCaption(f.value) });
+    const { target } = this;
+    const shown = element('output');
     const bind = element('button', { type: 'button', text: 'Bind', 'aria-label': `Bind ${labelOf(f.name, f.node)}` });
     const second = secondKeyOf(member);
-    bind.addEventListener('click', () => this.handlers.bind(second && this.keyMembers.includes(second) ? [member, second] : [member], this.target));
+    bind.addEventListener('click', () => this.handlers.bind(second && this.keyMembers.includes(second) ? [member, second] : [member], target));
     const clear = element('button', { type: 'button', text: 'Clear', 'aria-label': `Clear ${labelOf(f.name, f.node)}` });
-    clear.addEventListener('click', () => this.handlers.clearKey(member, this.target));
-    this.updaters.set(member, (v) => { shown.textContent = keyCaption(v); });
+    clear.addEventListener('click', () => this.handlers.clearKey(member, target));
+    this.updaters.set(member, () => { shown.textContent = this.captions[member] || 'not bound'; });
     const control = element('div', { class: 'key-field', role: 'group', 'aria-label': labelOf(f.name, f.node) }, shown, bind, clear);
     return this.row(member, f, control);
   }
 
   macroField(f, member) {
-    const area = element('textarea', { spellcheck: 'false', rows: 6 });
+    const { target } = this;
+    const area = track(element('textarea', { spellcheck: 'false', rows: 6 }));
     const steps = element('ol', { class: 'macro-steps', 'aria-label': `${labelOf(f.name, f.node)} steps` });
     const refresh = async () => {
       const lines = area.value.split('\n');
@@ -336,10 +359,10 @@ export class Panel {
     };
     let timer = 0;
     area.addEventListener('input', () => { clearTimeout(timer); timer = setTimeout(refresh, 120); });
-    area.addEventListener('change', () => this.handlers.change(member, area.value.split('\n').filter((l, i, all) => l !== '' || i < all.length - 1), this.target));
+    area.addEventListener('change', () => this.handlers.change(member, area.value.split('\n').filter((l, i, all) => l !== '' || i < all.length - 1), target));
     area.addEventListener('scroll', () => { steps.scrollTop = area.scrollTop; });
     this.updaters.set(member, (v) => {
-      if (document.activeElement === area) return;
+      if (this.holds(member, area)) return;
       const text = (v || []).join('\n');
       if (area.value !== text) { area.value = text; refresh(); }
     });
@@ -351,13 +374,20 @@ export class Panel {
     return row;
   }
 
-  /// Sends the change of the field being edited, if any, as leaving it would.
-  commitFocused() {
+  // A control keeps what the user put in it while they are typing, and
+  // until the server has answered the change it sent.
+  holds(member, control) {
+    return editing(control) || this.pending.some((p) => p === member || p.startsWith(`${member}.`));
+  }
+
+  /// Sends the change of the field being edited, if any, as leaving it does:
+  /// the browser's own change event, once, to the item the field was made
+  /// for. `keep` puts the focus back (a save); a new selection leaves it.
+  commitFocused({ keep = true } = {}) {
     const active = document.activeElement;
-    if (active && this.host.contains(active) && /^(INPUT|TEXTAREA|SELECT)$/.test(active.tagName)) {
-      active.dispatchEvent(new Event('change', { bubbles: true }));
-      return true;
-    }
-    return false;
+    if (!active || !this.host.contains(active) || !/^(INPUT|TEXTAREA|SELECT)$/.test(active.tagName)) return false;
+    active.blur();
+    if (keep) active.focus({ preventScroll: true });
+    return true;
   }
 }

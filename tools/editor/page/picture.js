@@ -26,7 +26,8 @@ export function pointsOf(text) {
 
 export class Picture {
   /// `handlers`: select(ids, {add}), moveItems(ids, dx, dy), movePoint(id, member, point, dx, dy),
-  /// setValue(id, member, value), press(point) for pick and record modes, bind(id).
+  /// setValue(id, member, value), press(point) for pick and record modes, bind(id),
+  /// current(): the store's state now (the picture's may be a frame older).
   constructor(host, stage, handlers) {
     this.host = host;
     this.stage = stage;
@@ -40,16 +41,22 @@ export class Picture {
     host.addEventListener('pointermove', (e) => this.moveTo(e));
     host.addEventListener('pointerup', (e) => this.up(e));
     host.addEventListener('pointercancel', () => this.cancel());
-    // The first click of a double click selected the item (and took the pointer).
-    host.addEventListener('dblclick', () => {
-      if (this.state && this.state.mode === 'edit' && this.state.selected.length) {
-        this.handlers.bind(this.state.selected[0]);
-      }
+    // A double click binds the item it hit, whatever was selected before:
+    // the pointer is captured, so the hit is asked of the point itself.
+    host.addEventListener('dblclick', (e) => {
+      if (!this.state || this.handlers.current().mode !== 'edit') return;
+      const group = this.groupOf(document.elementFromPoint(e.clientX, e.clientY));
+      const id = group ? this.idOf(group) : this.pressed;
+      if (id === undefined || id === null) return;
+      this.handlers.select([id]);
+      this.handlers.bind(id);
     });
   }
 
   groupOf(target) { return target && target.closest ? target.closest('g.item[data-item-index]') : null; }
   idOf(group) { return this.state.ids[Number(group.dataset.itemIndex)]; }
+  // A handle names its item by the index in its path, as drawn.
+  idOfHandle(handle) { return this.state.ids[Number(/^keymaps\[(\d+)\]/.exec(handle.dataset.path)[1])]; }
   items() { return this.host.querySelectorAll('g.item[data-item-index]'); }
 
   /// Draws `state`; `unanswered` are the edits the server has not answered yet.
@@ -211,20 +218,25 @@ export class Picture {
 
   down(e) {
     if (!this.svg || !this.state) return;
+    // The picture takes the keyboard (and a field being edited commits, to
+    // its own item) before the selection changes.
+    this.pressed = null;
+    if (document.activeElement !== this.host) this.host.focus({ preventScroll: true });
+    const current = this.handlers.current();
     if (e.button === 1 || (e.button === 0 && this.spaceHeld)) { this.startPan(e); return; }
     if (e.button !== 0) return;
     const p = this.point(e);
-    if (this.state.mode === 'pick' || this.state.mode === 'record') {
+    if (current.mode === 'pick' || current.mode === 'record') {
       this.handlers.press({ x: p.x / this.size.width, y: p.y / this.size.height, down: true, time: e.timeStamp });
       this.host.setPointerCapture(e.pointerId);
       this.drag = { kind: 'press' };
       e.preventDefault();
       return;
     }
-    if (this.state.mode !== 'edit') return;
+    if (current.mode !== 'edit') return;
     const handle = e.target.closest && e.target.closest('.handle');
     if (handle) {
-      this.drag = { kind: 'handle', handle, start: p, moved: false, id: this.state.selected[0],
+      this.drag = { kind: 'handle', handle, start: p, moved: false, id: this.idOfHandle(handle),
         x0: Number(handle.getAttribute('cx') ?? Number(handle.getAttribute('x')) + 5),
         y0: Number(handle.getAttribute('cy') ?? Number(handle.getAttribute('y')) + 5) };
       this.host.setPointerCapture(e.pointerId);
@@ -234,7 +246,8 @@ export class Picture {
     const group = this.groupOf(e.target);
     if (!group) { this.handlers.select([]); return; }
     const id = this.idOf(group);
-    let ids = this.state.selected;
+    this.pressed = id;
+    let ids = current.selected;
     if (e.shiftKey || e.ctrlKey || e.metaKey) {
       this.handlers.select(ids.includes(id) ? ids.filter((x) => x !== id) : [...ids, id]);
       return;
@@ -358,7 +371,7 @@ export class Picture {
 
   /// Nudges the handle `node` by (dx, dy) picture units, as a drag would.
   nudgeHandle(node, dx, dy) {
-    const drag = { handle: node, id: this.state.selected[0], offset: { x: dx, y: dy },
+    const drag = { handle: node, id: this.idOfHandle(node), offset: { x: dx, y: dy },
       x0: Number(node.getAttribute('cx') ?? Number(node.getAttribute('x')) + 5),
       y0: Number(node.getAttribute('cy') ?? Number(node.getAttribute('y')) + 5) };
     this.handleReleased(drag, this.size.width, this.size.height);

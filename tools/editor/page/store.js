@@ -3,12 +3,10 @@
 // view), and nothing else. Every change goes through update(); the views are
 // drawn from the state by one render function, at most once a frame.
 
-import { secondKeyOf } from './keys.js';
-
 export function initialState() {
   return {
     // From the server.
-    doc: null, ids: [], report: null, svg: '', version: 0, unsaved: false,
+    doc: null, ids: [], captions: [], report: null, svg: '', version: 0, unsaved: false,
     canUndo: false, canRedo: false,
     name: '', isNew: false, width: 1920, height: 1080, joystick: false,
     macroWidth: 1920, macroHeight: 1080,  // the frame of macro points, from the server
@@ -67,7 +65,7 @@ export function fromSnapshot(state, data) {
   const ids = data.ids || [];
   const alive = (id) => ids.includes(id);
   return {
-    doc: data.document, ids, report: data.report, svg: data.svg, version: data.version,
+    doc: data.document, ids, captions: data.captions || [], report: data.report, svg: data.svg, version: data.version,
     unsaved: data.unsaved, canUndo: data.undo, canRedo: data.redo,
     selected: state.selected.filter(alive),
     hidden: state.hidden.filter(alive),
@@ -112,26 +110,27 @@ export function matchingItems(state, text) {
   const wanted = text.trim().toLowerCase();
   const items = state.doc ? state.doc.keymaps : [];
   return items.map((item, index) => ({ item, index, id: state.ids[index] }))
-    .filter(({ item }) => !wanted || itemWords(item).toLowerCase().includes(wanted));
+    .filter(({ item, index }) => !wanted || itemWords(state, item, index).toLowerCase().includes(wanted));
 }
 
-const isKey = (v) => v && typeof v === 'object' && 'device' in v && 'scan_code' in v;
-/// A key's caption as the library wrote it; empty for no key.
-export const caption = (key) => (key && key.device ? key.text || `${key.device} ${key.scan_code}` : '');
+// Key captions are the picture's own, from the server: {marker, keys:
+// {member path: caption}} for each item, a combination as one ("Ctrl+G").
+const captionsOf = (state, index) => (state.captions && state.captions[index]) || { marker: '', keys: {} };
 
-/// The captions of the keys that fire an item, in the order of `members` (its
-/// key members, "key", "top_key", "positive_key.key"...; every key it holds
-/// when not given), a key and its second key as one combination ("G+Ctrl").
-export function keyCaptions(object, members) {
-  const paths = members || Object.entries(object || {}).flatMap(([name, value]) =>
-    (isKey(value) ? [name] : value && typeof value === 'object' && isKey(value.key) ? [`${name}.key`, `${name}.second_key`] : []));
-  const seconds = new Set(paths.filter((p) => p.endsWith('second_key')));
-  return paths.filter((p) => !seconds.has(p)).map((p) => {
-    const second = secondKeyOf(p);
-    return [caption(valueAt(object, p)), second && (seconds.has(second) || !members) ? caption(valueAt(object, second)) : ''].filter(Boolean).join('+');
-  }).filter(Boolean).join(' ');
+/// The caption of item `index`'s key `member`; empty for no key.
+export function keyCaptionOf(state, index, member) {
+  return captionsOf(state, index).keys[member] || '';
 }
 
-function itemWords(item) {
-  return `${item.type} ${keyCaptions(item)} ${(item.icon && item.icon.description) || ''}`;
+/// The captions of the keys that fire item `index`, in the order of its key
+/// `members` (every key it has when not given).
+export function keyCaptions(state, index, members) {
+  const { keys } = captionsOf(state, index);
+  // A combination is captioned on its key; its second key adds nothing.
+  return (members || Object.keys(keys)).filter((member) => !member.endsWith('second_key'))
+    .map((member) => keys[member]).filter(Boolean).join(' ');
+}
+
+function itemWords(state, item, index) {
+  return `${item.type} ${keyCaptions(state, index)} ${(item.icon && item.icon.description) || ''}`;
 }
