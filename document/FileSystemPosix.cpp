@@ -195,6 +195,12 @@ bool CreateNewFile(const std::string& path, const std::string& text, const std::
         error = std::strerror(errno);
         return false;
     }
+    // The copy of a file shared with a group stays shared with that group
+    // where the user may give it to it; elsewhere it keeps the user's group.
+    if (hasLike && likeInfo.st_gid != ::getegid() &&
+        ::fchown(fd, static_cast<uid_t>(-1), likeInfo.st_gid) != 0) {
+        errno = 0;
+    }
     bool ok = (!hasLike || ::fchmod(fd, likeInfo.st_mode & 0777) == 0) && writeAll(fd, text) &&
               ::fsync(fd) == 0;
     const int cause = errno;

@@ -9,9 +9,13 @@
 #endif
 
 #include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <vector>
 
+#include "Captions.h"
 #include "CheckReport.h"
 #include "tests/EditorTestSupport.h"
 
@@ -49,6 +53,15 @@ struct DoorCase {
     std::string body;
     int status;
 };
+
+std::string manyUndos(std::size_t count) {
+    std::string ops;
+    for (std::size_t i = 0; i < count; ++i) {
+        ops += i == 0 ? "" : ",";
+        ops += R"({"op":"undo"})";
+    }
+    return R"({"client":"c","seq":1,"ops":[)" + ops + "]}";
+}
 
 std::vector<DoorCase> doorCases() {
     const std::string host = "127.0.0.1:" + std::to_string(kPort);
@@ -157,8 +170,25 @@ std::vector<DoorCase> doorCases() {
         {"edit_malformed", "POST", "/api/edit", json, "{\"ops\": [", 400},
         {"edit_without_ops", "POST", "/api/edit", json, "{\"op\": \"move\"}", 422},
         {"edit_ops_not_objects", "POST", "/api/edit", json, "{\"ops\": [1]}", 422},
-        {"edit_nothing", "POST", "/api/edit", json, "{\"ops\": []}", 200},
-        {"edit_refused_op", "POST", "/api/edit", json, "{\"ops\": [{\"op\": \"fly\"}]}", 200},
+        {"edit_nothing", "POST", "/api/edit", json, R"({"seq": 1, "ops": []})", 200},
+        {"edit_refused_op", "POST", "/api/edit", json, R"({"seq": 1, "ops": [{"op": "fly"}]})",
+         200},
+        {"edit_seq_missing", "POST", "/api/edit", json, R"({"ops": []})", 422},
+        {"edit_seq_string", "POST", "/api/edit", json, R"({"seq": "1", "ops": []})", 422},
+        {"edit_seq_fraction", "POST", "/api/edit", json, R"({"seq": 1.5, "ops": []})", 422},
+        {"edit_seq_zero", "POST", "/api/edit", json, R"({"seq": 0, "ops": []})", 422},
+        {"edit_seq_negative", "POST", "/api/edit", json, R"({"seq": -2, "ops": []})", 422},
+        {"edit_seq_true", "POST", "/api/edit", json, R"({"seq": true, "ops": []})", 422},
+        {"edit_seq_2_53", "POST", "/api/edit", json, R"({"seq": 9007199254740992, "ops": []})",
+         422},
+        {"edit_seq_below_2_53", "POST", "/api/edit", json,
+         R"({"seq": 9007199254740991, "ops": []})", 200},
+        {"edit_client_not_string", "POST", "/api/edit", json,
+         R"({"client": 7, "seq": 1, "ops": []})", 422},
+        {"edit_too_many_ops", "POST", "/api/edit", json, manyUndos(EditorApi::kMaxEdits + 1), 413},
+        {"edit_most_ops", "POST", "/api/edit", json, manyUndos(EditorApi::kMaxEdits), 200},
+        {"version", "GET", "/api/version", {}, "", 200},
+        {"save_version_not_number", "POST", "/api/save", json, R"({"version": "x"})", 422},
         {"edit_form_post",
          "POST",
          "/api/edit",
@@ -241,6 +271,9 @@ TEST(EditorApi, AnswersCarryWhatThePageNeeds) {
     Poco::JSON::Object::Ptr wheel =
         parseObject(f.call("GET", "/api/key?device=mouse&scan_code=548").body);
     EXPECT_EQ(wheel->getValue<int>("virtual_key"), -1);
+    EXPECT_EQ(wheel->getValue<std::string>("caption"),
+              zunokeymap::render::KeyCaption(km::KeyOfCode("mouse", 548)))
+        << "the caption the picture writes";
     Poco::JSON::Object::Ptr unset = parseObject(f.call("GET", "/api/key").body);
     EXPECT_EQ(unset->getValue<int>("virtual_key"), km::kUnsetKeyCode);
     Poco::JSON::Object::Ptr pad =
@@ -298,6 +331,36 @@ TEST(EditorApi, SavesThroughTheLibraryAndRefusesToOverwriteChangesOnDisk) {
     EXPECT_EQ(f.call("POST", "/api/save").status, 409) << "a removed file is a change too";
 }
 
+// Two pages on one session: each learns of the other's changes from the
+// version, and a page that has not seen them cannot save over them.
+TEST(EditorApi, ASaveFromAPageThatMissedAChangeIsStale) {
+    Fixture f;
+    const auto version = [&f] {
+        return parseObject(f.call("GET", "/api/version").body)->getValue<long>("version");
+    };
+    const long seen = version();
+    const std::string move =
+        R"({"client":"b","seq":1,"ops":[{"op":"move","item":1,"dx":0.1,"dy":0}]})";
+    const HttpResponse edited = f.call("POST", "/api/edit", move);
+    ASSERT_EQ(edited.status, 200) << edited.body;
+    const long now = version();
+    EXPECT_GT(now, seen);
+    EXPECT_EQ(parseObject(edited.body)->getValue<long>("version"), now);
+
+    const HttpResponse stale =
+        f.call("POST", "/api/save", "{\"version\": " + std::to_string(seen) + "}");
+    EXPECT_EQ(stale.status, 409) << stale.body;
+    EXPECT_TRUE(parseObject(stale.body)->getValue<bool>("stale"));
+    EXPECT_EQ(parseObject(stale.body)->getValue<long>("version"), now);
+    EXPECT_EQ(f.dir.read("doc.json"), twoItems()) << "nothing written";
+
+    const HttpResponse saved =
+        f.call("POST", "/api/save", "{\"version\": " + std::to_string(now) + "}");
+    ASSERT_EQ(saved.status, 200) << saved.body;
+    EXPECT_EQ(f.dir.read("doc.json"), f.call("GET", "/api/document").body);
+    EXPECT_GT(version(), now) << "a save moves the version: the other page learns it is saved";
+}
+
 TEST(EditorApi, NewFileStartsBlankAndIsCreatedOnSave) {
     Fixture f("");
     EXPECT_EQ(f.session->opened(), EditorSession::Opened::Missing);
@@ -353,6 +416,14 @@ TEST(EditorApi, RecoveryFilesAreNewPrivateAndOfferedNextTime) {
     struct stat info {};
     ASSERT_EQ(stat(recovery.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0600U);
+    if (geteuid() == 0) {
+        // Root may give it the file's group; the copy keeps who may read it.
+        ASSERT_EQ(chown(f.dir.path("doc.json").c_str(), 0, 65534), 0);
+        const std::string grouped = f.session->writeRecovery();
+        ASSERT_EQ(stat(grouped.c_str(), &info), 0);
+        EXPECT_EQ(info.st_gid, 65534U);
+        std::remove(grouped.c_str());
+    }
 
     EditorSession next(f.dir.path("doc.json"), false, {});
     EditorApi api(next, kToken, kPort);
@@ -362,6 +433,272 @@ TEST(EditorApi, RecoveryFilesAreNewPrivateAndOfferedNextTime) {
     EXPECT_EQ(api.handle(request("GET", "/api/recovery?n=1", kToken, kPort, "")).status, 404);
 }
 #endif
+
+#ifndef _WIN32
+// Sets an environment variable for one test.
+class ScopedEnv {
+public:
+    ScopedEnv(const char* name, const std::string& value) : name_(name) {
+        const char* old = std::getenv(name);
+        had_ = old != nullptr;
+        old_ = had_ ? old : "";
+        setenv(name, value.c_str(), 1);
+    }
+    ~ScopedEnv() { had_ ? setenv(name_, old_.c_str(), 1) : unsetenv(name_); }
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
+
+private:
+    const char* name_;
+    bool had_ = false;
+    std::string old_;
+};
+
+// A session on `file` with unsaved changes, ended: the recovery file it left.
+std::string leaveRecovery(const std::string& file, const std::string& items = "") {
+    EditorSession session(file, false, {});
+    km::LoadDiagnostic ignored;
+    EXPECT_TRUE(session.replace(testsupport::documentWith(items), ignored));
+    return session.writeRecovery();
+}
+
+std::string canonical(const std::string& path) {
+    return std::filesystem::weakly_canonical(std::filesystem::u8path(path)).u8string();
+}
+
+// However FILE is named, its recovery file is beside it when its folder can
+// be written, and the next session finds it under any other name for it.
+TEST(EditorApi, RecoveryIsBesideTheFileWhateverItsPathLooksLike) {
+    TempDir dir;
+    Poco::File(dir.path("real/sub")).createDirectories();
+    ASSERT_EQ(symlink(dir.path("real").c_str(), dir.path("linked").c_str()), 0);
+    const std::string cwd = std::filesystem::current_path().u8string();
+    ASSERT_EQ(chdir(dir.path("real").c_str()), 0);
+    struct Case {
+        const char* name;
+        std::string written;  // the name the session that leaves it is given
+        std::string found;    // and the next one
+    } const cases[] = {
+        {"bare name", "t.json", dir.path("real/t.json")},
+        {"dot-dot", dir.path("real/sub/../t.json"), "t.json"},
+        {"linked folder", dir.path("linked/t.json"), dir.path("real/./t.json")},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string recovery = leaveRecovery(c.written);
+        EXPECT_EQ(canonical(recovery), canonical(dir.path("real/t.recovery.json")));
+        EditorSession next(c.found, false, {});
+        EXPECT_EQ(next.recoveries().size(), 1U);
+        std::filesystem::remove(std::filesystem::u8path(dir.path("real/t.recovery.json")));
+    }
+    ASSERT_EQ(chdir(cwd.c_str()), 0);
+}
+
+// Where the file's folder cannot take it, the recovery file goes to the data
+// folder, named and marked for the file's full path: the same base name in
+// another folder is not offered it.
+TEST(EditorApi, RecoveryInTheDataFolderBelongsToOneFullPath) {
+    TempDir dir;
+    const ScopedEnv home("HOME", dir.path("home"));
+    // Folders that do not exist cannot be written, even by root.
+    const std::string a = dir.path("a/t.json");
+    const std::string b = dir.path("b/t.json");
+    const std::string fromA = leaveRecovery(a, testsupport::freshItemText("Click"));
+    ASSERT_FALSE(fromA.empty());
+    EXPECT_EQ(fromA.compare(0, RecoveryFolder().size(), RecoveryFolder()), 0) << fromA;
+    std::string record;
+    ASSERT_TRUE(ReadWholeFile(fromA, record));
+    EXPECT_EQ(parseObject(record)->getValue<std::string>("file"), FullPath(a));
+    const std::string fromB = leaveRecovery(b);
+    EXPECT_NE(fromB, fromA);
+
+    EditorSession sessionB(b, false, {});
+    ASSERT_EQ(sessionB.recoveryFiles(), std::vector<std::string>{fromB});
+    std::string text;
+    ASSERT_TRUE(sessionB.recoveryText(0, text));
+    EXPECT_EQ(parseObject(text)->getArray("keymaps")->size(), 0U) << "b's work, not a's";
+    EditorSession sessionA(dir.path("b/../a/t.json"), false, {});
+    EXPECT_EQ(sessionA.recoveryFiles(), std::vector<std::string>{fromA});
+
+    // A file whose recorded path is another's is not offered, whatever its name.
+    std::filesystem::copy_file(std::filesystem::u8path(fromA),
+                               std::filesystem::u8path(fromB + ".x"));
+    std::filesystem::rename(std::filesystem::u8path(fromB + ".x"), std::filesystem::u8path(fromB));
+    EXPECT_TRUE(EditorSession(b, false, {}).recoveryFiles().empty());
+
+    // No data folder at all: the system's temporary folder keeps it.
+    const ScopedEnv noHome("HOME", dir.path("nowhere/at/all/\x01"));
+    const ScopedEnv temp("TMPDIR", dir.path("tmp"));
+    Poco::File(dir.path("tmp")).createDirectories();
+    Poco::File(dir.path("nowhere")).createFile();
+    const std::string lastResort = leaveRecovery(a);
+    EXPECT_EQ(canonical(std::filesystem::u8path(lastResort).parent_path().u8string()),
+              canonical(dir.path("tmp")));
+}
+
+// Every recovery file is offered, newest first; opening one is an edit, and
+// saving it removes the file; dismissing removes it and it stays dismissed.
+TEST(EditorApi, RecoveryFilesAreOfferedNewestFirstOpenedAndDismissed) {
+    Fixture f;
+    const std::string file = f.dir.path("doc.json");
+    std::vector<std::string> made;
+    for (int i = 0; i < 3; ++i) {
+        made.push_back(
+            leaveRecovery(file, i == 1 ? testsupport::freshItemText("Click") : std::string()));
+    }
+    // The second is the newest, whatever its number.
+    const auto now = std::filesystem::file_time_type::clock::now();
+    const int ages[] = {3600, 60, 7200};
+    for (int i = 0; i < 3; ++i) {
+        std::filesystem::last_write_time(std::filesystem::u8path(made[static_cast<std::size_t>(i)]),
+                                         now - std::chrono::seconds(ages[i]));
+    }
+    Fixture g;  // a new session on the same file
+    g.session.reset(new EditorSession(file, false, {}));
+    g.api.reset(new EditorApi(*g.session, kToken, kPort));
+    const auto offered = [&g] {
+        std::vector<std::string> paths;
+        const Poco::JSON::Array::Ptr list =
+            parseObject(g.call("GET", "/api/state").body)->getArray("recovery");
+        for (std::size_t i = 0; i < list->size(); ++i) {
+            paths.push_back(list->getObject(i)->getValue<std::string>("path"));
+        }
+        return paths;
+    };
+    EXPECT_EQ(offered(), (std::vector<std::string>{made[1], made[0], made[2]}));
+    const Poco::JSON::Object::Ptr newest =
+        parseObject(g.call("GET", "/api/state").body)->getArray("recovery")->getObject(0);
+    EXPECT_EQ(newest->getValue<int>("n"), 0);
+    EXPECT_EQ(newest->getValue<std::string>("time").size(), 20U);
+    EXPECT_EQ(newest->getValue<std::string>("time").back(), 'Z');
+    EXPECT_EQ(newest->getValue<long long>("bytes"),
+              static_cast<long long>(std::filesystem::file_size(std::filesystem::u8path(made[1]))));
+
+    // Edits first: opening does not depend on them.
+    ASSERT_EQ(g.call("POST", "/api/edit", R"({"seq":1,"ops":[{"op":"delete","item":1}]})").status,
+              200);
+    const HttpResponse opened = g.call("POST", "/api/recovery/open", R"({"n": 0})");
+    ASSERT_EQ(opened.status, 200) << opened.body;
+    EXPECT_EQ(parseObject(opened.body)->getObject("document")->getArray("keymaps")->size(), 1U);
+    EXPECT_TRUE(parseObject(opened.body)->getValue<bool>("undo"));
+    EXPECT_EQ(offered().size(), 3U) << "kept until its work is saved";
+    ASSERT_EQ(g.call("POST", "/api/save").status, 200);
+    EXPECT_FALSE(PathExists(made[1]));
+    EXPECT_EQ(offered(), (std::vector<std::string>{made[0], made[2]}));
+
+    struct Refusal {
+        const char* route;
+        const char* body;
+        int status;
+    } const refusals[] = {
+        {"/api/recovery/open", R"({"n": 0})", 404},  // numbers stay: 0 is gone
+        {"/api/recovery/open", R"({})", 422},
+        {"/api/recovery/open", R"({"n": "1"})", 422},
+        {"/api/recovery/dismiss", R"({"n": 7})", 404},
+        {"/api/recovery/dismiss", R"({"n": -1})", 422},
+    };
+    for (const Refusal& r : refusals) {
+        SCOPED_TRACE(r.body);
+        EXPECT_EQ(g.call("POST", r.route, r.body).status, r.status);
+    }
+    EXPECT_EQ(g.call("GET", "/api/recovery?n=0").status, 404);
+
+    const HttpResponse dismissed = g.call("POST", "/api/recovery/dismiss", R"({"n": 1})");
+    ASSERT_EQ(dismissed.status, 200) << dismissed.body;
+    EXPECT_EQ(parseObject(dismissed.body)->getArray("recovery")->size(), 1U);
+    EXPECT_FALSE(PathExists(made[0]));
+    EXPECT_EQ(g.call("POST", "/api/recovery/dismiss", R"({"n": 1})").status, 404)
+        << "a dismissal is remembered";
+    ASSERT_EQ(g.call("POST", "/api/recovery/dismiss", "{}").status, 200);
+    EXPECT_TRUE(offered().empty());
+    EXPECT_FALSE(PathExists(made[2]));
+}
+
+// A link planted in a shared folder since the file was opened is not written
+// through; "Overwrite" replaces the link itself.
+TEST(EditorApi, SavesNeverFollowALinkPlantedInASharedFolder) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "a link of another user is planted as root";
+    }
+    TempDir dir;
+    Poco::File(dir.path("shared")).createDirectories();
+    ASSERT_EQ(chmod(dir.path("shared").c_str(), 01777), 0);
+    const std::string file = dir.path("shared/doc.json");
+    dir.write("shared/doc.json", twoItems());
+    dir.write("victim.json", "not yours");
+    EditorSession session(file, false, {});
+    EditorApi api(session, kToken, kPort);
+    const auto call = [&api](const std::string& target, const std::string& body) {
+        return api.handle(request("POST", target, kToken, kPort, body));
+    };
+    ASSERT_EQ(call("/api/edit", R"({"seq":1,"ops":[{"op":"delete","item":1}]})").status, 200);
+
+    ASSERT_EQ(std::remove(file.c_str()), 0);
+    ASSERT_EQ(symlink(dir.path("victim.json").c_str(), file.c_str()), 0);
+    ASSERT_EQ(lchown(file.c_str(), 4242, 4242), 0);
+    const HttpResponse conflict = call("/api/save", "{}");
+    EXPECT_EQ(conflict.status, 409) << conflict.body;
+    EXPECT_TRUE(parseObject(conflict.body)->getValue<bool>("conflict"));
+    EXPECT_EQ(dir.read("victim.json"), "not yours");
+
+    ASSERT_EQ(call("/api/save?force=1", "{}").status, 200);
+    EXPECT_EQ(dir.read("victim.json"), "not yours");
+    struct stat info {};
+    ASSERT_EQ(lstat(file.c_str(), &info), 0);
+    EXPECT_TRUE(S_ISREG(info.st_mode)) << "the link itself was replaced";
+    EXPECT_EQ(dir.read("shared/doc.json"), session.documentText());
+
+    // Such a link is not opened either.
+    ASSERT_EQ(std::remove(file.c_str()), 0);
+    ASSERT_EQ(symlink(dir.path("victim.json").c_str(), file.c_str()), 0);
+    ASSERT_EQ(lchown(file.c_str(), 4242, 4242), 0);
+    EXPECT_EQ(EditorSession(file, false, {}).opened(), EditorSession::Opened::Unreadable);
+}
+#endif
+
+// On open the page is shown what `zuno-keymap check FILE` says of the file,
+// the members and items the held document no longer has included, until a
+// save drops them or the file is read again.
+TEST(EditorApi, TheReportOnOpenIsTheFilesCheck) {
+    Poco::JSON::Object::Ptr click = parseObject(testsupport::freshItemText("Click"));
+    click->set("colour_of_the_day", "red");
+    click->getObject("icon")->set("glow", true);
+    const std::string text =
+        testsupport::documentWith(testsupport::stringify(*click) + R"(,{"type":"Clik"})");
+    const km::CheckReport expected = km::CheckKeymapDocument(text, false, "doc.json");
+    ASSERT_GE(expected.findings.size(), 3U);
+    Fixture f(text);
+    const auto findings = [&f](const std::string& target) {
+        std::vector<std::string> paths;
+        const Poco::JSON::Object::Ptr answer = parseObject(f.call("GET", target).body);
+        const Poco::JSON::Object::Ptr report =
+            answer->has("report") ? answer->getObject("report") : answer;
+        const Poco::JSON::Array::Ptr list = report->getArray("findings");
+        for (std::size_t i = 0; i < list->size(); ++i) {
+            paths.push_back(list->getObject(i)->getValue<std::string>("path") + " " +
+                            list->getObject(i)->getValue<std::string>("message"));
+        }
+        std::sort(paths.begin(), paths.end());
+        return paths;
+    };
+    std::vector<std::string> wanted;
+    for (const km::Finding& finding : expected.findings) {
+        wanted.push_back(finding.path + " " + finding.message);
+    }
+    std::sort(wanted.begin(), wanted.end());
+    EXPECT_EQ(findings("/api/snapshot"), wanted);
+    EXPECT_EQ(findings("/api/check"), wanted);
+    ASSERT_EQ(
+        f.call("POST", "/api/edit", R"({"seq":1,"ops":[{"op":"move","item":1,"dx":0.1,"dy":0}]})")
+            .status,
+        200);
+    EXPECT_EQ(findings("/api/snapshot"), wanted) << "kept through edits";
+    ASSERT_EQ(f.call("POST", "/api/reload", "{}").status, 200);
+    EXPECT_EQ(findings("/api/snapshot"), wanted) << "found again on reload";
+    ASSERT_EQ(f.call("POST", "/api/save?drop=1", "{}").status, 200);
+    EXPECT_EQ(findings("/api/snapshot"), findings("/api/check"));
+    EXPECT_LT(findings("/api/snapshot").size(), wanted.size()) << "saved away";
+}
 
 TEST(EditorApi, TokensAreLongRandomAndComparedWhole) {
     const std::string a = EditorApi::MakeToken();

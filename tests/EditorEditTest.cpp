@@ -50,12 +50,13 @@ struct Editor {
         api.reset(new EditorApi(*session, kToken, kPort));
     }
     // Sends `ops` (a JSON array text) as the page does; the answer's object.
-    Object::Ptr edit(const std::string& ops, int number = -1) {
-        const std::string body = R"({"client":"t","seq":)" +
+    Object::Ptr edit(const std::string& ops, int number = -1, const std::string& client = "t",
+                     int status = 200) {
+        const std::string body = R"({"client":")" + client + R"(","seq":)" +
                                  std::to_string(number < 0 ? ++seq : number) + R"(,"ops":)" + ops +
                                  "}";
         const HttpResponse answer = api->handle(request("POST", "/api/edit", kToken, kPort, body));
-        EXPECT_EQ(answer.status, 200) << answer.body;
+        EXPECT_EQ(answer.status, status) << answer.body;
         return parseObject(answer.body);
     }
     Object::Ptr item(const Object::Ptr& answer, int index) const {
@@ -209,6 +210,48 @@ TEST(EditorEdit, AGestureIsOneUndoStepAndARetryIsNotAppliedAgain) {
     e.edit(R"([{"op":"undo"},{"op":"delete","item":2}])");
     EXPECT_FALSE(e.edit("[]")->getValue<bool>("redo")) << "a new edit ends what there was to redo";
     EXPECT_EQ(oks(e.edit(R"([{"op":"undo"},{"op":"undo"}])")), (std::vector<bool>{true, false}));
+}
+
+// Each page's retry is recognised by its own last request, whatever other
+// pages sent in between; an older request is not applied at all.
+TEST(EditorEdit, RetriesAreRecognisedPerPage) {
+    Editor e;
+    const std::string move = R"([{"op":"move","item":1,"dx":0.01,"dy":0}])";
+    const Object::Ptr first = e.edit(move, 1, "a");
+    e.edit(move, 1, "b");
+    const Object::Ptr retry = e.edit(move, 1, "a");
+    EXPECT_NEAR(at(e.item(retry, 0), "icon.rel_position", "rel_x"), 0.02, 1e-9)
+        << "a's retry after b's request is not applied again";
+    EXPECT_EQ(oks(retry), oks(first)) << "it is answered with the first answer's results";
+    e.edit(move, 2, "a");
+    const Object::Ptr older = e.edit(move, 1, "a", 409);
+    EXPECT_EQ(older->getValue<long>("seq"), 2);
+    EXPECT_NEAR(at(e.item(e.edit("[]", 3, "a"), 0), "icon.rel_position", "rel_x"), 0.03, 1e-9);
+
+    // The memory is bounded: a page not heard from while many others were
+    // is forgotten, and its number starts afresh.
+    for (std::size_t i = 0; i < EditorSession::kRememberedClients; ++i) {
+        e.edit("[]", 1, "other" + std::to_string(i));
+    }
+    EXPECT_NEAR(at(e.item(e.edit(move, 1, "a"), 0), "icon.rel_position", "rel_x"), 0.04, 1e-9);
+}
+
+// The item list and the panel write keys as the picture does.
+TEST(EditorEdit, CaptionsAreThePicturesCaptions) {
+    Editor e;
+    const Object::Ptr answer = e.edit(R"([{"op":"set","item":1,"member":"second_key",
+        "value":{"device":"keyboard","text":"Ctrl","scan_code":29,"virtual_key":17}},
+        {"op":"set","item":3,"member":"key",
+        "value":{"device":"mouse","text":"left_mouse","scan_code":1,"virtual_key":1}}])");
+    ASSERT_EQ(oks(answer), (std::vector<bool>{true, true}));
+    const Array::Ptr captions = answer->getArray("captions");
+    ASSERT_EQ(captions->size(), 3U);
+    EXPECT_EQ(captions->getObject(0)->getValue<std::string>("marker"), "Ctrl+Q");
+    EXPECT_EQ(captions->getObject(0)->getObject("keys")->getValue<std::string>("key"), "Ctrl+Q");
+    EXPECT_EQ(captions->getObject(0)->getObject("keys")->getValue<std::string>("second_key"),
+              "Ctrl");
+    EXPECT_EQ(captions->getObject(2)->getValue<std::string>("marker"), "LMB");
+    EXPECT_NE(answer->getValue<std::string>("svg").find("Ctrl+Q"), std::string::npos);
 }
 
 TEST(EditorEdit, KeysLightTheItemsTheLibraryMatches) {

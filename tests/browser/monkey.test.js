@@ -14,7 +14,7 @@ import { centreOf, copyExample, item, open, readDoc, serverSnapshot, settled, us
 useEditor(test);
 
 const seeds = (process.env.ZUNO_MONKEY_SEEDS || '1,2,3').split(',').map(Number);
-const steps = Number(process.env.ZUNO_MONKEY_STEPS || 30);
+const steps = Number(process.env.ZUNO_MONKEY_STEPS || 20);
 
 // mulberry32: small, and the same sequence for a seed everywhere.
 function random(seed) {

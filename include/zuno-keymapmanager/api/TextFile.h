@@ -32,7 +32,8 @@ ZUNO_KM_API bool WriteTextFile(const std::string& path, const std::string& text,
 /// Writes `text` to a new file `path` that must not exist yet, not even as a
 /// symbolic link (so a link planted in a shared folder cannot send the text
 /// elsewhere). On POSIX systems the file gets the permission bits of the
-/// file `like`, when that exists, so a copy of a private file stays private.
+/// file `like`, when that exists, and its group where the process may set
+/// it, so a copy of a private file stays private.
 /// False, with the cause in `error`, when the name is taken or the file
 /// cannot be written; nothing is left behind then.
 ZUNO_KM_API bool WriteNewTextFile(const std::string& path, const std::string& text,

@@ -13,12 +13,19 @@ export class KeyCapture {
     overlay.querySelector('.click-area').hidden = confirming;
     overlay.querySelector('.capture-confirm').hidden = !confirming;
     overlay.hidden = false;
+    if (!this.open) {
+      window.addEventListener('keydown', this.hold, true);
+      window.addEventListener('keyup', this.hold, true);
+    }
     this.open = true;
   }
 
   /// Ends a binding: the dialog stays open from its first question to here,
   /// so no key meant for it reaches the page between two questions.
   close() {
+    window.removeEventListener('keydown', this.hold, true);
+    window.removeEventListener('keyup', this.hold, true);
+    this.held = [];
     this.open = false;
     this.overlay.hidden = true;
     // The keyboard goes back to where it was before the dialog.
@@ -35,6 +42,8 @@ export class KeyCapture {
       const yes = overlay.querySelector('.capture-confirm');
       const no = overlay.querySelector('.capture-cancel');
       const finish = (answer) => {
+        if (!this.listening) return;
+        this.listening = false;
         window.removeEventListener('keydown', onKey, true);
         overlay.removeEventListener('mousedown', onMouse);
         yes.removeEventListener('click', onYes);
@@ -50,10 +59,12 @@ export class KeyCapture {
       const onMouse = (e) => { if (e.target === overlay) { e.preventDefault(); finish(false); } };
       const onYes = () => finish(true);
       const onNo = () => finish(false);
+      this.listening = true;
       window.addEventListener('keydown', onKey, true);
       overlay.addEventListener('mousedown', onMouse);
       yes.addEventListener('click', onYes);
       no.addEventListener('click', onNo);
+      this.replay(onKey, () => {});
     });
   }
 
@@ -62,6 +73,22 @@ export class KeyCapture {
     this.overlay = overlay;
     this.keyOf = keyOf;
     this.open = false;
+    this.listening = false;
+    // Keys pressed while the dialog is open between two questions (an
+    // answer from the server under way) are kept for the next question.
+    this.held = [];
+    this.hold = (e) => {
+      if (this.listening) return;
+      e.preventDefault();
+      e.stopPropagation();
+      this.held.push({ type: e.type, code: e.code, key: e.key, repeat: e.repeat });
+    };
+  }
+
+  // Hands the keys held so far to a question's handlers, as events.
+  replay(onKeyDown, onKeyUp) {
+    const quiet = { preventDefault() {}, stopPropagation() {} };
+    for (const e of this.held.splice(0)) (e.type === 'keydown' ? onKeyDown : onKeyUp)({ ...quiet, ...e });
   }
 
   /// Resolves to [key, second key?] in the library's form, or null when
@@ -116,6 +143,7 @@ export class KeyCapture {
         frame = requestAnimationFrame(poll);
       };
       const stop = () => {
+        this.listening = false;
         cancelAnimationFrame(frame);
         window.removeEventListener('keydown', onKeyDown, true);
         window.removeEventListener('keyup', onKeyUp, true);
@@ -131,6 +159,8 @@ export class KeyCapture {
       overlay.addEventListener('contextmenu', onMenu);
       overlay.querySelector('.capture-cancel').addEventListener('click', onCancel);
       frame = requestAnimationFrame(poll);
+      this.listening = true;
+      this.replay(onKeyDown, onKeyUp);
     });
   }
 }

@@ -101,7 +101,7 @@ function findOffers(name) {
 }
 async function setAside(name) {
   const own = await fetchEntry(workKey(name));
-  if (!own || !own.unsaved || own.text === null) return;
+  if (!own || !own.unsaved || typeof own.text !== 'string') return;
   await keep(`${KEPT}${own.time}-${tab}:${name}`, own).then(warn);
   await forget(workKey(name));
 }

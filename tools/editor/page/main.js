@@ -18,6 +18,7 @@ import { Store, focusItem, fromSnapshot, indexOf, keyCaptionOf, problemCount, va
 import { TestMode } from './testmode.js';
 import { arrange } from './arrange.js';
 import { element } from './dom.js';
+import { Elsewhere } from './elsewhere.js';
 
 const $ = (id) => document.getElementById(id);
 const store = new Store(undefined, (fn) => requestAnimationFrame(fn));
@@ -154,7 +155,7 @@ function render(state) {
   }
   $('unsaved-mark').hidden = !state.unsaved && unanswered.length === 0;
   $('file-name').textContent = state.name + (state.isNew ? ' (new)' : '');
-  const count = problemCount(state.report);
+  const count = problemCount(state.report) + (state.lost || []).length;
   $('problem-count').textContent = `${count} ${count === 1 ? 'problem' : 'problems'}`;
   document.title = `${state.unsaved ? '● ' : ''}${state.name} — ${count} ${count === 1 ? 'problem' : 'problems'} — keymap editor`;
   $('status').textContent = state.trouble || state.status;
@@ -174,8 +175,12 @@ function render(state) {
 store.subscribe(render);
 
 function renderProblems(state) {
-  const findings = (state.report && state.report.findings) || [];
-  const signature = `${state.version}`;
+  // What the file holds that the library does not keep is a problem too: a
+  // save drops it.
+  const lost = (state.lost || []).map((where) => ({ severity: 'warning', item_index: -1,
+    message: `${where}: not kept by the editor; a save drops it` }));
+  const findings = [...lost, ...((state.report && state.report.findings) || [])];
+  const signature = `${state.version}:${lost.length}`;
   if ($('problems').dataset.version === signature) return;
   $('problems').dataset.version = signature;
   const items = findings.map((finding) => {
@@ -298,9 +303,9 @@ async function save(options = {}) {
   if (answer.status === 200) {
     const status = answer.data.downloaded ? `Downloaded ${answer.data.file || name}`
       : `Saved to ${answer.data.file || name}`;
-    store.update({ unsaved: false, isNew: false, conflict: false, status });
+    store.update({ unsaved: false, isNew: false, conflict: false, lost: [], status });
   } else if (answer.status === 409 && answer.data.stale) {
-    await catchUp('Another page changed this document: it now shows that version. Nothing was saved.');
+    await elsewhere.catchUp('Another page changed this document: it now shows that version. Nothing was saved.');
     store.update({ status: 'Not saved: another page changed the document; look it over and save again' });
   } else if (answer.status === 409 && answer.data.lost) {
     const lost = answer.data.lost.join('\n  ');
@@ -381,7 +386,13 @@ document.addEventListener('keydown', (e) => {
   }
   if (state.selected.length === 0) return;
   if (e.key === 'Delete') { deleteSelected(); return; }
-  if (e.key === 'Enter' && !e.target.closest('button, [role=option]')) { e.preventDefault(); bindItem(state.selected[0]); return; }
+  // Enter binds from the picture (or nowhere in particular); on a control it
+  // is that control's (a button, the Arrange menu, a list entry).
+  if (e.key === 'Enter' && (e.target === document.body || e.target.closest('#picture'))) {
+    e.preventDefault();
+    bindItem(state.selected[0]);
+    return;
+  }
   const arrows = { ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, -1], ArrowDown: [0, 1] };
   if (arrows[e.key] && !e.target.closest('#items')) {
     e.preventDefault();
@@ -475,74 +486,8 @@ function palette(types, kind) {
   $('palette').replaceChildren(...entries);
 }
 
-// Every recovery file of the document, newest first: each can be opened (an
-// edit that can be undone) or dismissed for good.
-function offerRecovery(files) {
-  const entries = (files || []).map((file) => {
-    const open = element('button', { type: 'button', text: 'Open', 'aria-label': `Open ${file.path}` });
-    const dismiss = element('button', { type: 'button', text: 'Dismiss', 'aria-label': `Dismiss ${file.path}` });
-    const li = element('li', {}, element('span', { text: `${file.path}, ${new Date(file.time).toLocaleString()}` +
-      (file.bytes !== undefined ? `, ${file.bytes} bytes` : '') }), open, dismiss);
-    const settle = (text) => {
-      li.remove();
-      $('recovery').hidden = $('recovery-files').childElementCount === 0;
-      store.update({ status: text });
-    };
-    open.addEventListener('click', async () => {
-      await queue.idle();
-      const answer = await api.openRecovery(file.n);
-      if (!answer.ok) { store.update({ status: `Not opened: ${answer.data.error}` }); return; }
-      store.update((state) => fromSnapshot(state, answer.data));
-      settle(`Opened ${file.path}: Undo goes back`);
-    });
-    dismiss.addEventListener('click', async () => {
-      const answer = await api.dismissRecovery(file.n);
-      if (!answer.ok) { store.update({ status: `Not dismissed: ${answer.data.error}` }); return; }
-      settle(`Dismissed ${file.path}`);
-    });
-    return li;
-  });
-  $('recovery-files').replaceChildren(...entries);
-  $('recovery').hidden = entries.length === 0;
-}
-
-// ---- another page on the same document ---------------------------------
-
-// Another tab (or window) may edit the document the server holds: the page
-// asks for its version about once a second and when it gets the focus, and
-// shows a newer document with a notice. A save names the version shown, so
-// it never writes what this page has not shown.
-function showStale(text) {
-  $('stale-text').textContent = text;
-  $('stale').hidden = false;
-}
-$('stale-dismiss').addEventListener('click', () => { $('stale').hidden = true; });
-
-async function catchUp(text) {
-  const shot = await api.snapshot();
-  if (queue.busy() || shot.version === store.get().version) return false;
-  store.update((state) => fromSnapshot(state, shot));
-  showStale(text);
-  return true;
-}
-
-let asking = false;
-async function pollVersion() {
-  if (asking || !window.editorReady || queue.busy()) return;
-  asking = true;
-  try {
-    const version = await api.version();
-    if (version !== store.get().version && !queue.busy()) {
-      await catchUp('Another page changed this document: it now shows that version.');
-    }
-  } catch (error) {
-    // The next poll asks again; a lost server shows on the next edit.
-  } finally {
-    asking = false;
-  }
-}
-setInterval(pollVersion, 1000);
-window.addEventListener('focus', pollVersion);
+// Recovery files of earlier sessions, and another page's edits.
+const elsewhere = new Elsewhere(store, queue, api);
 
 async function start() {
   try {
@@ -550,7 +495,7 @@ async function start() {
       api.schema(), api.types(), api.shapes(), api.snapshot()]);
     schema = loadedSchema;
     shapes = loadedShapes;
-    store.update((state) => ({ ...fromSnapshot(state, shot), name: info.name, isNew: info.new,
+    store.update((state) => ({ ...fromSnapshot(state, shot), name: info.name, isNew: info.new, lost: info.lost || [],
       width: info.width, height: info.height, joystick: info.joystick,
       macroWidth: info.macro_width || 1920, macroHeight: info.macro_height || 1080 }));
     colours = shapes.colours || {};
@@ -569,14 +514,14 @@ async function start() {
       await queue.idle();
       await new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)));
     };
-    offerRecovery(info.recovery);
+    elsewhere.offer(info.recovery);
   } catch (error) {
     store.update({ status: `Cannot reach the editor: ${error.message}` });
   }
 }
 
 // The static page's storage could not keep the work: the user must know.
-window.addEventListener('keymap-storage', (e) => showStale(e.detail));
+window.addEventListener('keymap-storage', (e) => elsewhere.notice(e.detail));
 
 // Another keymap opened in the page (served as static files): shown afresh.
 window.addEventListener('keymap-opened', () => {

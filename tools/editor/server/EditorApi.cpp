@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -23,6 +24,7 @@
 #include <Poco/RandomStream.h>
 #include <Poco/String.h>
 
+#include "Captions.h"
 #include "CheckReport.h"
 #include "ItemGeometry.h"
 #include "PageAssets.h"
@@ -138,6 +140,22 @@ bool readMacroLines(const std::string& text, std::vector<std::string>& lines, Ht
     return true;
 }
 
+// A JSON integer from `least` to below 2^53, where every integer is exact in
+// the page's numbers (request numbers, versions, recovery numbers).
+bool readWhole(const Poco::Dynamic::Var& value, long long least, long long& whole) {
+    constexpr double kLimit = 9007199254740992.0;  // 2^53
+    if (value.isEmpty() || value.isString() || value.isBoolean() || !value.isNumeric()) {
+        return false;
+    }
+    const double number = value.convert<double>();
+    if (!(number >= static_cast<double>(least) && number < kLimit) ||
+        std::floor(number) != number) {
+        return false;
+    }
+    whole = static_cast<long long>(number);
+    return true;
+}
+
 bool readInt(const std::string& text, int& value) {
     if (text.empty()) {
         return false;
@@ -182,6 +200,42 @@ bool keyOf(Get get, km::ConfigKey& key, std::string& error, bool noneAllowed) {
     error = noneAllowed ? "device must be keyboard, mouse or joystick, or empty for no key"
                         : "device must be keyboard, mouse or joystick";
     return false;
+}
+
+// {"n": N} naming a recovery file (with `all`, {} for all of them: -1);
+// false with the answer to give.
+bool readRecoveryNumber(const std::string& text, bool all, int& n, HttpResponse& error) {
+    Poco::Dynamic::Var body;
+    if (!parseBody(text.empty() ? "{}" : text, body, error)) {
+        return false;
+    }
+    const Object::Ptr object =
+        body.type() == typeid(Object::Ptr) ? body.extract<Object::Ptr>() : Object::Ptr();
+    if (!object.isNull() && all && !object->has("n")) {
+        n = -1;
+        return true;
+    }
+    long long number = 0;
+    if (object.isNull() || !readWhole(object->get("n"), 0, number) || number > INT32_MAX) {
+        error = respondError(422, all ? "the body must be {\"n\": N}, or {} for all"
+                                      : "the body must be {\"n\": N}");
+        return false;
+    }
+    n = static_cast<int>(number);
+    return true;
+}
+
+Array::Ptr recoveryJson(const std::vector<EditorSession::Recovery>& files) {
+    Array::Ptr list = new Array();
+    for (const EditorSession::Recovery& file : files) {
+        Object::Ptr entry = newObject();
+        entry->set("n", file.n);
+        entry->set("path", file.path);
+        entry->set("time", file.time);
+        entry->set("bytes", file.bytes);
+        list->add(entry);
+    }
+    return list;
 }
 
 std::string mimeOf(const std::string& name) {
@@ -266,6 +320,8 @@ std::string snapshotJson(const EditorSession::Snapshot& shot, const std::string&
     WriteCheckReportJson(reportOut, file, *shot.report);
     std::string body = std::move(head);
     body.reserve(body.size() + report.size() + shot.text.size() + 32);
+    body += ",\"captions\":";
+    body += shot.captions.empty() ? "[]" : shot.captions;
     body += ",\"report\":";
     body += report;
     body += ",\"document\":";
@@ -314,6 +370,8 @@ const EditorApi::Route* EditorApi::findRoute(const std::string& path) {
         {"/api/save", "POST", true, &EditorApi::postSave},
         {"/api/state", "GET", false, &EditorApi::getState},
         {"/api/recovery", "GET", false, &EditorApi::getRecovery},
+        {"/api/recovery/open", "POST", true, &EditorApi::postRecoveryOpen},
+        {"/api/recovery/dismiss", "POST", true, &EditorApi::postRecoveryDismiss},
         {"/api/schema", "GET", false, &EditorApi::getSchema},
         {"/api/types", "GET", false, &EditorApi::getTypes},
         {"/api/item", "GET", false, &EditorApi::getItem},
@@ -326,6 +384,7 @@ const EditorApi::Route* EditorApi::findRoute(const std::string& path) {
         {"/api/trigger", "POST", true, &EditorApi::postTrigger},
         {"/api/background", "GET", false, &EditorApi::getBackground},
         {"/api/reload", "POST", true, &EditorApi::postReload},
+        {"/api/version", "GET", false, &EditorApi::getVersion},
         {nullptr, nullptr, false, nullptr},  // the end; routes of one path stand together
     };
     for (const Route* route = kRoutes; route->path != nullptr; ++route) {
@@ -496,11 +555,18 @@ HttpResponse EditorApi::getRender(const HttpRequest&) {
 }
 
 HttpResponse EditorApi::postSave(const HttpRequest& request) {
+    long long version = 0;
     if (!request.body.empty()) {
-        Poco::Dynamic::Var ignored;
+        Poco::Dynamic::Var body;
         HttpResponse error;
-        if (!parseBody(request.body, ignored, error)) {
+        if (!parseBody(request.body, body, error)) {
             return error;
+        }
+        const Object::Ptr object =
+            body.type() == typeid(Object::Ptr) ? body.extract<Object::Ptr>() : Object::Ptr();
+        if (!object.isNull() && object->has("version") &&
+            !readWhole(object->get("version"), 1, version)) {
+            return respondError(422, "\"version\" must be a version the snapshot gave");
         }
     }
     const auto flag = [&request](const char* name) {
@@ -508,12 +574,20 @@ HttpResponse EditorApi::postSave(const HttpRequest& request) {
         return value == "1" || value == "true";
     };
     std::string message;
-    switch (session_.save(flag("force"), flag("drop"), message)) {
+    long long held = 0;
+    switch (session_.save(flag("force"), flag("drop"), version, held, message)) {
         case EditorSession::SaveResult::Saved: {
             Object::Ptr body = newObject();
             body->set("saved", true);
             body->set("file", session_.file());
+            body->set("version", held);
             return respondJson(200, body);
+        }
+        case EditorSession::SaveResult::Stale: {
+            Object::Ptr extra = newObject();
+            extra->set("stale", true);
+            extra->set("version", held);
+            return respondError(409, message, extra);
         }
         case EditorSession::SaveResult::Conflict: {
             Object::Ptr extra = newObject();
@@ -549,11 +623,7 @@ HttpResponse EditorApi::getState(const HttpRequest&) {
     // The frame of a macro script's points, whatever the screen.
     body->set("macro_width", km::kMacroScreenWidth);
     body->set("macro_height", km::kMacroScreenHeight);
-    Array::Ptr recovery = new Array();
-    for (const std::string& path : session_.recoveryFiles()) {
-        recovery->add(path);
-    }
-    body->set("recovery", recovery);
+    body->set("recovery", recoveryJson(session_.recoveries()));
     Array::Ptr lost = new Array();
     for (const std::string& path : session_.lost()) {
         lost->add(path);
@@ -564,15 +634,45 @@ HttpResponse EditorApi::getState(const HttpRequest&) {
 
 HttpResponse EditorApi::getRecovery(const HttpRequest& request) {
     // Only the recovery files the session found can be read, by number.
-    const std::vector<std::string>& files = session_.recoveryFiles();
-    int index = 0;
+    int n = 0;
     std::string text;
-    if (!readInt(request.query("n").empty() ? "0" : request.query("n"), index) || index < 0 ||
-        static_cast<std::size_t>(index) >= files.size() ||
-        !ReadWholeFile(files[static_cast<std::size_t>(index)], text)) {
+    if (!readInt(request.query("n").empty() ? "0" : request.query("n"), n) ||
+        !session_.recoveryText(n, text)) {
         return respondError(404, "no such recovery file");
     }
     return respond(200, kJson, text);
+}
+
+HttpResponse EditorApi::postRecoveryOpen(const HttpRequest& request) {
+    int n = -1;
+    HttpResponse error;
+    if (!readRecoveryNumber(request.body, false, n, error)) {
+        return error;
+    }
+    km::LoadDiagnostic diagnostic;
+    if (!session_.openRecovery(n, diagnostic)) {
+        if (!diagnostic.failed) {
+            return respondError(404, "no such recovery file");
+        }
+        Object::Ptr extra = newObject();
+        extra->set("diagnostic", diagnosticJson(diagnostic));
+        return respondError(422, diagnostic.message, extra);
+    }
+    return getSnapshot(request);
+}
+
+HttpResponse EditorApi::postRecoveryDismiss(const HttpRequest& request) {
+    int n = -1;
+    HttpResponse error;
+    if (!readRecoveryNumber(request.body, true, n, error)) {
+        return error;
+    }
+    if (!session_.dismissRecovery(n)) {
+        return respondError(404, "no such recovery file");
+    }
+    Object::Ptr body = newObject();
+    body->set("recovery", recoveryJson(session_.recoveries()));
+    return respondJson(200, body);
 }
 
 HttpResponse EditorApi::getSchema(const HttpRequest&) {
@@ -608,7 +708,9 @@ HttpResponse EditorApi::getKey(const HttpRequest& request) {
     if (!keyOf([&request](const char* name) { return request.query(name); }, key, error, true)) {
         return respondError(422, error);
     }
-    return respondJson(200, km::KeyToJson(key));
+    Object::Ptr body = km::KeyToJson(key);
+    body->set("caption", render::KeyCaption(key));
+    return respondJson(200, body);
 }
 
 HttpResponse EditorApi::postMacroCheck(const HttpRequest& request) {
@@ -664,21 +766,48 @@ HttpResponse EditorApi::postEdit(const HttpRequest& request) {
     if (!readBodyArray(request.body, "ops", edit, ops, error)) {
         return error;
     }
-    if (ops.isNull() || ops->size() > 10000) {
-        return respondError(422, "the body must be {\"ops\": [edits]}, at most 10000 of them");
+    if (ops.isNull()) {
+        return respondError(422, "the body must be {\"client\", \"seq\", \"ops\": [edits]}");
+    }
+    if (ops->size() > kMaxEdits) {
+        Object::Ptr extra = newObject();
+        extra->set("max_ops", static_cast<int>(kMaxEdits));
+        return respondError(413,
+                            "at most " + std::to_string(kMaxEdits) +
+                                " edits are taken in one request: send the rest in the next",
+                            extra);
     }
     for (std::size_t i = 0; i < ops->size(); ++i) {
         if (ops->getObject(static_cast<unsigned>(i)).isNull()) {
             return respondError(422, "every edit is an object with an \"op\"");
         }
     }
-    const std::string client = edit->optValue<std::string>("client", std::string());
-    long seq = -1;
-    if (edit->has("seq") && edit->get("seq").isNumeric()) {
-        seq = static_cast<long>(std::min(std::max(edit->get("seq").convert<double>(), -1.0), 1e15));
+    const Poco::Dynamic::Var client = edit->get("client");
+    if (!client.isEmpty() && (!client.isString() || client.extract<std::string>().size() > 128)) {
+        return respondError(422, "\"client\" must be a string of at most 128 characters");
     }
-    const std::vector<EditResult> results = session_.edit(ops, client, seq);
-    return respond(200, kJson, snapshotJson(session_.snapshot(true), session_.file(), &results));
+    long long seq = 0;
+    if (!readWhole(edit->get("seq"), 1, seq)) {
+        return respondError(422, "\"seq\" must be an integer from 1 below 2^53");
+    }
+    const EditorSession::EditAnswer answer =
+        session_.edit(ops, client.isEmpty() ? std::string() : client.extract<std::string>(), seq);
+    if (answer.stale) {
+        Object::Ptr extra = newObject();
+        extra->set("seq", answer.lastSeq);
+        return respondError(409,
+                            "request " + std::to_string(seq) + " comes after request " +
+                                std::to_string(answer.lastSeq) + ": not applied",
+                            extra);
+    }
+    return respond(200, kJson,
+                   snapshotJson(session_.snapshot(true), session_.file(), &answer.results));
+}
+
+HttpResponse EditorApi::getVersion(const HttpRequest&) {
+    Object::Ptr body = newObject();
+    body->set("version", session_.version());
+    return respondJson(200, body);
 }
 
 HttpResponse EditorApi::getShapes(const HttpRequest&) {

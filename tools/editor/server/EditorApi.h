@@ -20,6 +20,9 @@ namespace editor {
 
 class EditorApi {
 public:
+    /// The most edits one request may carry; more are answered 413.
+    static constexpr std::size_t kMaxEdits = 1000;
+
     /// The largest body read; a larger one is answered 413.
     static constexpr std::size_t kMaxBody = 16U * 1024U * 1024U;
 
@@ -64,6 +67,8 @@ private:
     HttpResponse postSave(const HttpRequest& request);
     HttpResponse getState(const HttpRequest& request);
     HttpResponse getRecovery(const HttpRequest& request);
+    HttpResponse postRecoveryOpen(const HttpRequest& request);
+    HttpResponse postRecoveryDismiss(const HttpRequest& request);
     HttpResponse getSchema(const HttpRequest& request);
     HttpResponse getTypes(const HttpRequest& request);
     HttpResponse getItem(const HttpRequest& request);
@@ -76,6 +81,7 @@ private:
     HttpResponse postTrigger(const HttpRequest& request);
     HttpResponse getBackground(const HttpRequest& request);
     HttpResponse postReload(const HttpRequest& request);
+    HttpResponse getVersion(const HttpRequest& request);
     HttpResponse getPage(const HttpRequest& request) const;
 
     EditorSession& session_;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <random>
 #include <sstream>
 #include <utility>
 
@@ -16,6 +17,9 @@
 #include <Poco/StreamCopier.h>
 #include <zuno-keymapmanager/api/TextFile.h>
 
+#include "Captions.h"
+#include "FileTrust.h"
+#include "JsonWriter.h"
 #include "LostElements.h"
 
 namespace zunokeymap {
@@ -61,46 +65,58 @@ bool readEditedFile(const std::string& file, bool& exists, std::string& bytes,
     return true;
 }
 
-// "NAME.recovery.EXT" for the first, "NAME.recovery-N.EXT" after it.
-std::string recoveryName(const Poco::Path& edited, int n) {
-    const std::string extension = edited.getExtension().empty() ? "json" : edited.getExtension();
-    return edited.getBaseName() + ".recovery" + (n == 1 ? std::string() : "-" + std::to_string(n)) +
-           "." + extension;
-}
-
-// The recovery files of `file` in its folder and the recovery folder, in the
-// order they were made (by number), that are regular files.
-std::vector<std::string> findRecoveryFiles(const std::string& file) {
-    namespace fs = std::filesystem;
-    std::vector<std::string> found;
-    const Poco::Path edited(file);
-    const std::string ours = edited.getBaseName() + ".recovery";
-    for (const std::string& folder : {edited.parent().toString(), RecoveryFolder()}) {
-        std::vector<std::pair<int, std::string>> numbered;
-        std::error_code code;
-        fs::directory_iterator entries(fs::u8path(folder.empty() ? std::string(".") : folder),
-                                       code);
-        for (; !code && entries != fs::directory_iterator(); entries.increment(code)) {
-            const std::string name = entries->path().filename().u8string();
-            // Regular files only: a link under the name is nobody's recovery.
-            std::error_code status;
-            if (name.compare(0, ours.size(), ours) != 0 ||
-                !fs::is_regular_file(entries->symlink_status(status))) {
-                continue;
-            }
-            for (int n = 1; n < 1000; ++n) {
-                if (name == recoveryName(edited, n)) {
-                    numbered.emplace_back(n, entries->path().u8string());
-                    break;
+// What the picture writes for each of `doc`'s items: one text everywhere the
+// page names a key.
+std::string captionsJson(const km::KeymapConfig& doc) {
+    std::string text;
+    JsonWriter out(text);
+    out.beginArray();
+    for (const km::ConfigItem* item : doc.items) {
+        out.beginObject();
+        if (item != nullptr) {
+            out.key("marker").value(render::ItemCaption(*item));
+            out.key("keys").beginObject();
+            const std::vector<km::KeySlot>& slots = km::KeySlotsOf(*item);
+            for (const km::KeySlot& slot : slots) {
+                const std::string caption =
+                    slot.second >= 0 ? render::CombinationCaption(
+                                           slot.in(*item),
+                                           slots[static_cast<std::size_t>(slot.second)].in(*item))
+                                     : render::KeyCaption(slot.in(*item));
+                if (!caption.empty()) {
+                    out.key(slot.path).value(caption);
                 }
             }
+            out.endObject();
         }
-        std::sort(numbered.begin(), numbered.end());
-        for (auto& entry : numbered) {
-            found.push_back(std::move(entry.second));
-        }
+        out.endObject();
     }
-    return found;
+    out.endArray();
+    return text;
+}
+
+// Replaces the link `path` itself, never what it points to, by a new file
+// holding `text`.
+bool replaceLink(const std::string& path, const std::string& text, std::string& error) {
+    namespace fs = std::filesystem;
+    const fs::path link = fs::u8path(path);
+    std::random_device random;
+    for (int attempt = 0; attempt < 16; ++attempt) {
+        const fs::path temp = link.parent_path() / fs::u8path("." + link.filename().u8string() +
+                                                              ".new-" + std::to_string(random()));
+        if (!km::WriteNewTextFile(temp.u8string(), text, std::string(), error)) {
+            continue;
+        }
+        std::error_code code;
+        fs::rename(temp, link, code);
+        if (!code) {
+            return true;
+        }
+        error = code.message();
+        fs::remove(temp, code);
+        return false;
+    }
+    return false;
 }
 
 }  // namespace
@@ -114,9 +130,20 @@ bool PathExists(const std::string& path) {
 }
 
 EditorSession::EditorSession(std::string file, bool joystick, render::RenderOptions render)
-    : file_(std::move(file)), joystick_(joystick), render_(std::move(render)) {
+    : file_(std::move(file)),
+      joystick_(joystick),
+      render_(std::move(render)),
+      fullPath_(FullPath(file_)) {
     std::unique_ptr<km::KeymapConfig> doc;
-    if (!readEditedFile(file_, fileExisted_, fileBytes_, openDiagnostic_)) {
+    fileWasLink_ = IsLink(file_);
+    if (IsUntrustedLink(file_)) {
+        opened_ = Opened::Unreadable;
+        openDiagnostic_.failed = true;
+        openDiagnostic_.problem = km::LoadDiagnostic::Problem::Unreadable;
+        openDiagnostic_.message =
+            "a link that another user owns in a shared folder: it is not followed";
+        openDiagnostic_.source = file_;
+    } else if (!readEditedFile(file_, fileExisted_, fileBytes_, openDiagnostic_)) {
         opened_ = Opened::Unreadable;
         openDiagnostic_.source = file_;
     } else if (!fileBytes_.empty()) {
@@ -132,7 +159,7 @@ EditorSession::EditorSession(std::string file, bool joystick, render::RenderOpti
     if (opened_ == Opened::Loaded) {
         lost_ = LostOnSave(fileBytes_, *doc);
     }
-    recoveryFiles_ = findRecoveryFiles(file_);
+    findRecoveries();
     if (opened_ == Opened::Loaded || opened_ == Opened::Missing) {
         std::string text = km::SaveKeymapConfigAndInfoToText(doc.get());
         savedText_ = text;
@@ -147,11 +174,57 @@ km::KeymapConfig* EditorSession::load(const std::string& text,
 }
 
 void EditorSession::hold(std::unique_ptr<km::KeymapConfig> doc, std::string text) {
-    report_ =
+    checked_ =
         std::make_shared<const km::CheckReport>(km::CheckKeymapDocument(text, joystick_, file_));
+    carried_ = fileFindings(*checked_);
+    report_ = withCarried(checked_);
     ids_ = freshIds(doc->items.size());
     doc_ = std::move(doc);
     text_ = std::move(text);
+}
+
+std::vector<km::Finding> EditorSession::fileFindings(const km::CheckReport& held) const {
+    // What the check finds in the file's own text that the held document no
+    // longer has: members and items the library drops, values it takes as
+    // given. The page shows what `zuno-keymap check FILE` says.
+    std::vector<km::Finding> carried;
+    if (fileBytes_.empty()) {
+        return carried;
+    }
+    const km::CheckReport file = km::CheckKeymapDocument(fileBytes_, joystick_, file_);
+    for (const km::Finding& finding : file.findings) {
+        const bool held_too = std::any_of(
+            held.findings.begin(), held.findings.end(), [&finding](const km::Finding& h) {
+                return h.kind == finding.kind && h.path == finding.path &&
+                       h.message == finding.message;
+            });
+        if (!held_too) {
+            carried.push_back(finding);
+        }
+    }
+    return carried;
+}
+
+std::shared_ptr<const km::CheckReport> EditorSession::withCarried(
+    const std::shared_ptr<const km::CheckReport>& checked) const {
+    if (carried_.empty()) {
+        return checked;
+    }
+    auto shown = std::make_shared<km::CheckReport>(*checked);
+    std::vector<km::Finding> findings;
+    for (const km::Finding& finding : carried_) {
+        const bool there = std::any_of(
+            checked->findings.begin(), checked->findings.end(), [&finding](const km::Finding& h) {
+                return h.kind == finding.kind && h.path == finding.path &&
+                       h.message == finding.message;
+            });
+        if (!there) {
+            findings.push_back(finding);
+        }
+    }
+    // The file's own findings first, as its check lists load findings first.
+    shown->findings.insert(shown->findings.begin(), findings.begin(), findings.end());
+    return shown;
 }
 
 std::vector<long> EditorSession::freshIds(std::size_t count) {
@@ -177,7 +250,8 @@ void EditorSession::commitLocked(HeldState state, std::shared_ptr<const km::Chec
     }
     text_ = std::move(state.text);
     ids_ = std::move(state.ids);
-    report_ = std::move(report);
+    checked_ = std::move(report);
+    report_ = withCarried(checked_);
     canUndo_ = history_.canUndo();
     canRedo_ = history_.canRedo();
     ++version_;
@@ -193,12 +267,15 @@ EditorSession::Snapshot EditorSession::snapshot(bool picture) const {
     shot.unsaved = text_ != savedText_;
     shot.canUndo = canUndo_;
     shot.canRedo = canRedo_;
+    if (doc_) {
+        shot.captions = captionsJson(*doc_);
+    }
     if (picture && doc_) {
         // The page shows the background itself: sent with every change, a
         // screenshot would cost more than the document.
         render::RenderOptions options = render_;
         options.background = render::Background();
-        shot.svg = render::RenderSvg(*doc_, *report_, options);
+        shot.svg = render::RenderSvg(*doc_, *checked_, options);
     }
     return shot;
 }
@@ -253,14 +330,17 @@ bool EditorSession::reload(km::LoadDiagnostic& diagnostic) {
     HeldState state = freshState(*doc);
     std::vector<std::string> lost =
         bytes.empty() ? std::vector<std::string>() : LostOnSave(bytes, *doc);
+    const auto checked = std::make_shared<const km::CheckReport>(
+        km::CheckKeymapDocument(state.text, joystick_, file_));
     {
         std::lock_guard<std::mutex> lock(mutex_);
         fileExisted_ = exists;
         fileBytes_ = bytes;
         savedText_ = state.text;
         lost_ = std::move(lost);
+        carried_ = fileFindings(*checked);
     }
-    commit(std::move(state), std::move(doc), nullptr);
+    commit(std::move(state), std::move(doc), checked);
     return true;
 }
 
@@ -274,22 +354,39 @@ std::string EditorSession::renderSvg() const {
     if (!doc_) {
         return std::string();
     }
-    return render::RenderSvg(*doc_, *report_, render_);
+    return render::RenderSvg(*doc_, *checked_, render_);
 }
 
-EditorSession::SaveResult EditorSession::save(bool force, bool dropLost, std::string& message) {
+long EditorSession::version() const {
     std::lock_guard<std::mutex> lock(mutex_);
+    return version_;
+}
+
+EditorSession::SaveResult EditorSession::save(bool force, bool dropLost, long long expected,
+                                              long long& held, std::string& message) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    held = version_;
     if (!doc_) {
         message = "no document is held";
         return SaveResult::Failed;
     }
+    if (expected != 0 && expected != version_) {
+        message = "the document was changed from another page since this one last showed it";
+        return SaveResult::Stale;
+    }
+    // A link that was not there when the file was opened, or that someone
+    // else planted in a shared folder, is never written through.
+    const bool link = IsLink(file_);
+    const bool foreignLink = link && (!fileWasLink_ || IsUntrustedLink(file_));
     std::string onDisk;
-    const bool exists = PathExists(file_);
-    const bool readable = exists && ReadWholeFile(file_, onDisk);
-    const bool same = exists == fileExisted_ && (!exists || (readable && onDisk == fileBytes_));
+    const bool exists = link || PathExists(file_);
+    const bool readable = !foreignLink && exists && ReadWholeFile(file_, onDisk);
+    const bool same =
+        !foreignLink && exists == fileExisted_ && (!exists || (readable && onDisk == fileBytes_));
     if (!same && !force) {
-        message = exists ? "the file changed on disk since it was opened or last saved"
-                         : "the file was removed since it was opened or last saved";
+        message = foreignLink ? "the file was replaced by a link since it was opened or last saved"
+                  : exists    ? "the file changed on disk since it was opened or last saved"
+                              : "the file was removed since it was opened or last saved";
         return SaveResult::Conflict;
     }
     if (!lost_.empty() && !dropLost) {
@@ -299,14 +396,20 @@ EditorSession::SaveResult EditorSession::save(bool force, bool dropLost, std::st
         return SaveResult::WouldLose;
     }
     std::string error;
-    if (!km::WriteTextFile(file_, text_, error)) {
+    if (!(foreignLink ? replaceLink(file_, text_, error)
+                      : km::WriteTextFile(file_, text_, error))) {
         message = "the file could not be written: " + error;
         return SaveResult::Failed;
     }
+    fileWasLink_ = link && !foreignLink;
     fileExisted_ = true;
     fileBytes_ = text_;
     savedText_ = text_;
     lost_.clear();
+    carried_.clear();
+    report_ = checked_;
+    removeOpenedRecoveries();
+    held = ++version_;
     message.clear();
     return SaveResult::Saved;
 }
@@ -314,49 +417,6 @@ EditorSession::SaveResult EditorSession::save(bool force, bool dropLost, std::st
 std::vector<std::string> EditorSession::lost() const {
     std::lock_guard<std::mutex> lock(mutex_);
     return lost_;
-}
-
-std::string EditorSession::writeRecovery() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    if (!doc_ || text_ == savedText_) {
-        return std::string();
-    }
-    const Poco::Path edited(file_);
-    for (const std::string& folder : {edited.parent().toString(), RecoveryFolder()}) {
-        if (folder.empty()) {
-            continue;
-        }
-        try {
-            Poco::File(folder).createDirectories();
-        } catch (const Poco::Exception&) {
-            continue;
-        }
-        for (int n = 1; n < 1000; ++n) {
-            Poco::Path candidate(Poco::Path::forDirectory(folder));
-            candidate.setFileName(recoveryName(edited, n));
-            std::string error;
-            if (km::WriteNewTextFile(candidate.toString(), text_, file_, error)) {
-                return candidate.toString();
-            }
-            std::error_code code;
-            if (!std::filesystem::exists(std::filesystem::symlink_status(
-                    std::filesystem::u8path(candidate.toString()), code))) {
-                break;  // not a taken name: this folder takes no file at all
-            }
-        }
-    }
-    return std::string();
-}
-
-std::string RecoveryFolder() {
-    try {
-        return Poco::Path(Poco::Path::dataHome())
-            .pushDirectory("zuno-keymap")
-            .pushDirectory("recovery")
-            .toString();
-    } catch (const Poco::Exception&) {
-        return std::string();
-    }
 }
 
 }  // namespace editor

@@ -10,6 +10,7 @@
 #ifndef ZUNO_KEYMAP_EDITOR_EDITORSESSION_H
 #define ZUNO_KEYMAP_EDITOR_EDITORSESSION_H
 
+#include <list>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -40,6 +41,7 @@ public:
     /// The outcome of save().
     enum class SaveResult {
         Saved,
+        Stale,      ///< the page saw an older version of the held document
         Conflict,   ///< the file changed on disk
         WouldLose,  ///< the file holds elements the library does not keep (see lost())
         Failed,
@@ -60,7 +62,10 @@ public:
         std::string text;       ///< the held document in the library's saved form
         std::vector<long> ids;  ///< the session's identifiers of its items
         std::shared_ptr<const km::CheckReport> report;
-        std::string svg;   ///< its picture, without the background image
+        std::string svg;  ///< its picture, without the background image
+        /// The captions the picture writes, as JSON: for each item
+        /// {"marker": caption, "keys": {member path: caption}}.
+        std::string captions;
         long version = 0;  ///< counts the changes of the held document
         bool unsaved = false;
         bool canUndo = false;
@@ -70,14 +75,25 @@ public:
     /// state of the history.
     Snapshot snapshot(bool picture) const;
 
+    /// How many pages' last requests are remembered for their retries.
+    static constexpr std::size_t kRememberedClients = 64;
+
+    /// What edit() made of a request.
+    struct EditAnswer {
+        std::vector<EditResult> results;  ///< one for each edit, in order
+        bool stale = false;               ///< an older request of its page: not applied
+        long long lastSeq = 0;            ///< the page's last request number
+    };
+
     /// Applies the edits `ops` in order (see EditOperations.h; also "undo"
     /// and "redo"), each loaded through the library before the next: an edit
     /// the library does not load, or whose member the check then finds out
-    /// of range, is refused and the others still apply. `client` and `seq`
-    /// number the page's requests: a request seen already (a retry after a
-    /// lost answer) is not applied again.
-    std::vector<EditResult> edit(const Poco::JSON::Array::Ptr& ops, const std::string& client,
-                                 long seq);
+    /// of range, is refused and the others still apply. `client` names the
+    /// page and `seq` (rising) its request: the last request of each of the
+    /// kRememberedClients pages heard from last is remembered, so a retry
+    /// after a lost answer gets the first answer's results and is not
+    /// applied again, and an older request is not applied at all.
+    EditAnswer edit(const Poco::JSON::Array::Ptr& ops, const std::string& client, long long seq);
 
     /// The items `trigger` fires, by the library's match rules, as
     /// [{"index", "role", "rel_x", "rel_y"}] with the point each touches.
@@ -107,9 +123,14 @@ public:
     /// Replaces the file by the held document in one step (never writing
     /// into it), unless the file changed on disk since it was opened or last
     /// saved by this session and `force` is false, or the file held elements
-    /// the library does not keep and `dropLost` is false: then nothing is
-    /// written.
-    SaveResult save(bool force, bool dropLost, std::string& message);
+    /// the library does not keep and `dropLost` is false, or `expected` (0:
+    /// any) is not the held version: then nothing is written. `held` gets
+    /// the version after the save.
+    SaveResult save(bool force, bool dropLost, long long expected, long long& held,
+                    std::string& message);
+
+    /// The held document's version: it moves on every change, reload and save.
+    long version() const;
 
     /// The JSON paths of what the file held when opened that the library
     /// does not keep (unknown item types and members), until a save drops
@@ -119,23 +140,53 @@ public:
     /// With unsaved changes, writes them to a new recovery file and returns
     /// its name; otherwise, or when none could be written, an empty string.
     /// The file is made beside the edited one (NAME.recovery.json, or
-    /// NAME.recovery-2.json and so on), never over anything that exists, with
-    /// the edited file's permissions; where that folder cannot be written,
-    /// in RecoveryFolder().
+    /// NAME.recovery-2.json and so on) when its folder can be written, else
+    /// in RecoveryFolder() or the system's temporary folder under a name
+    /// that carries a hash of the edited file's full path; never over
+    /// anything that exists, with the edited file's permissions and group.
+    /// It records that full path beside the document.
     std::string writeRecovery();
 
-    /// The recovery files of earlier sessions on this file, beside it and in
-    /// RecoveryFolder(), found when the session was opened.
-    const std::vector<std::string>& recoveryFiles() const { return recoveryFiles_; }
+    /// A recovery file of an earlier session on this file.
+    struct Recovery {
+        int n = 0;         ///< its number for the page, the same all session
+        std::string path;  ///< where it is
+        std::string time;  ///< its last change, UTC: "2026-11-25T19:30:00Z"
+        long long bytes = 0;
+    };
+    /// The recovery files of earlier sessions on this file found when the
+    /// session was opened, newest first, but those dismissed or whose work
+    /// was opened and saved.
+    std::vector<Recovery> recoveries() const;
+    /// Their paths, as recoveries() lists them.
+    std::vector<std::string> recoveryFiles() const;
+    /// The document recovery file `n` keeps; false when it names none.
+    bool recoveryText(int n, std::string& text) const;
+    /// Takes recovery file `n`'s document as the held document (a step that
+    /// can be undone); the file is removed after the next successful save.
+    /// False when `n` names none (`diagnostic` not failed) or its document
+    /// does not load (`diagnostic` says why).
+    bool openRecovery(int n, km::LoadDiagnostic& diagnostic);
+    /// Removes recovery file `n` (all of them when `n` is negative) where the
+    /// user may, and offers it no more; false when `n` names none.
+    bool dismissRecovery(int n);
 
 private:
     void hold(std::unique_ptr<km::KeymapConfig> doc, std::string text);
+    /// The findings of the check of fileBytes_ that `held`, the check of
+    /// the document loaded from it, lacks.
+    std::vector<km::Finding> fileFindings(const km::CheckReport& held) const;
+    /// `checked` with carried_ added; mutex_ is held.
+    std::shared_ptr<const km::CheckReport> withCarried(
+        const std::shared_ptr<const km::CheckReport>& checked) const;
     /// Makes `state` the held document; `doc` is it loaded, `report` its
     /// check when known.
     void commit(HeldState state, std::unique_ptr<km::KeymapConfig> doc,
                 std::shared_ptr<const km::CheckReport> report);
     /// commit() of the document doc_ already holds, with mutex_ held.
     void commitLocked(HeldState state, std::shared_ptr<const km::CheckReport> report);
+    /// Applies a request's edits; editMutex_ is held.
+    std::vector<EditResult> apply(const Poco::JSON::Array::Ptr& ops);
     /// One edit of edit(), on `state` and doc_ (which it changes only when
     /// the edit is taken); `report` is the check of `state` when known.
     EditResult editOne(const Poco::JSON::Object::Ptr& op, HeldState& state,
@@ -156,6 +207,10 @@ private:
     /// The state of `doc`, loaded afresh, with new item identifiers; what was
     /// held goes to the history when it differs. editMutex_ is held.
     HeldState freshState(const km::KeymapConfig& doc);
+    /// Lists the recovery files of the file, in recovery_.
+    void findRecoveries();
+    /// Removes the recovery files whose work was opened; mutex_ is held.
+    void removeOpenedRecoveries();
     /// The built-in blank document.
     km::KeymapConfig* loadBlank(km::LoadDiagnostic& diagnostic) const;
     km::KeymapConfig* load(const std::string& text, km::LoadDiagnostic& diagnostic) const;
@@ -169,9 +224,14 @@ private:
     std::mutex editMutex_;  ///< held by whatever changes the document, one at a time
     EditHistory history_;
     long nextId_ = 1;
-    std::string lastClient_;
-    long lastSeq_ = -1;
-    std::vector<EditResult> lastResults_;
+    bool changed_ = false;  ///< whether the edits of apply() changed the state
+    /// The last request of each page heard from, the most recent first.
+    struct ClientRequest {
+        std::string client;
+        long long seq = 0;
+        std::vector<EditResult> results;
+    };
+    std::list<ClientRequest> clients_;
 
     mutable std::mutex mutex_;
     std::vector<long> ids_;
@@ -179,18 +239,33 @@ private:
     bool canUndo_ = false;
     bool canRedo_ = false;
     std::unique_ptr<km::KeymapConfig> doc_;
-    std::string text_;                               ///< doc_ in the saved form
-    std::shared_ptr<const km::CheckReport> report_;  ///< the check of text_
+    std::string text_;                                ///< doc_ in the saved form
+    std::shared_ptr<const km::CheckReport> checked_;  ///< the check of text_
+    /// What the page is shown: checked_ with carried_ in it.
+    std::shared_ptr<const km::CheckReport> report_;
+    /// The findings of the file's check about what the held document no
+    /// longer has (dropped members, types), until a save or a reload.
+    std::vector<km::Finding> carried_;
     std::string savedText_;  ///< the saved form of what the file holds for us
     bool fileExisted_ = false;
-    std::string fileBytes_;  ///< the file's bytes when opened or last saved
+    bool fileWasLink_ = false;  ///< the file was a link when opened or last saved
+    std::string fileBytes_;     ///< the file's bytes when opened or last saved
     std::vector<std::string> lost_;
-    std::vector<std::string> recoveryFiles_;
+    const std::string fullPath_;  ///< file_'s full path: what recovery files belong to
+    struct Found : Recovery {
+        long long stamp = 0;  ///< `time` for sorting
+        bool opened = false;  ///< its work was taken: removed on the next save
+        bool gone = false;    ///< dismissed, or removed once its work was saved
+    };
+    std::vector<Found> recovery_;  ///< newest first
 };
 
 /// Where recovery files go when the edited file's folder cannot be written:
-/// a folder in the user's data directory.
+/// a folder in the user's data directory; empty when there is none.
 std::string RecoveryFolder();
+
+/// `file`'s full path: absolute, its folder's links and ".." resolved.
+std::string FullPath(const std::string& file);
 
 /// Reads the whole file `path` (UTF-8); false when it cannot be read.
 bool ReadWholeFile(const std::string& path, std::string& bytes);

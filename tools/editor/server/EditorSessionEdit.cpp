@@ -88,12 +88,36 @@ bool keeps(const std::string& text, const std::string& path) {
 
 }  // namespace
 
-std::vector<EditResult> EditorSession::edit(const Poco::JSON::Array::Ptr& ops,
-                                            const std::string& client, long seq) {
+EditorSession::EditAnswer EditorSession::edit(const Poco::JSON::Array::Ptr& ops,
+                                              const std::string& client, long long seq) {
     std::lock_guard<std::mutex> editing(editMutex_);
-    if (!client.empty() && client == lastClient_ && seq <= lastSeq_) {
-        return seq == lastSeq_ ? lastResults_ : std::vector<EditResult>();
+    EditAnswer answer;
+    auto known = std::find_if(clients_.begin(), clients_.end(),
+                              [&client](const ClientRequest& c) { return c.client == client; });
+    if (known != clients_.end()) {
+        clients_.splice(clients_.begin(), clients_, known);
+        answer.lastSeq = known->seq;
+        if (seq <= known->seq) {
+            answer.stale = seq < known->seq;
+            if (!answer.stale) {
+                answer.results = known->results;
+            }
+            return answer;
+        }
+    } else {
+        clients_.push_front(ClientRequest{client, 0, {}});
+        if (clients_.size() > kRememberedClients) {
+            clients_.pop_back();
+        }
     }
+    answer.results = apply(ops);
+    clients_.front().seq = seq;
+    clients_.front().results = answer.results;
+    answer.lastSeq = seq;
+    return answer;
+}
+
+std::vector<EditResult> EditorSession::apply(const Poco::JSON::Array::Ptr& ops) {
     std::vector<EditResult> results;
     // The batch works on the held document itself: readers wait for it, and
     // see the document as it was before or after, never between.
@@ -102,31 +126,27 @@ std::vector<EditResult> EditorSession::edit(const Poco::JSON::Array::Ptr& ops,
         return results;
     }
     HeldState state{text_, ids_};
-    std::shared_ptr<const km::CheckReport> report = report_;
-    bool changed = false;
+    std::shared_ptr<const km::CheckReport> report = checked_;
+    changed_ = false;
     for (std::size_t i = 0; i < ops->size(); ++i) {
-        const Poco::JSON::Object::Ptr op = ops->getObject(static_cast<unsigned>(i));
-        const std::string before = state.text;
-        results.push_back(editOne(op, state, report));
-        changed = changed || state.text != before || state.ids != ids_;
+        results.push_back(editOne(ops->getObject(static_cast<unsigned>(i)), state, report));
     }
-    if (changed) {
+    // Checked (when no "set" did it already) and drawn once, for all of them.
+    if (changed_) {
         commitLocked(std::move(state), report);
     }
-    lastClient_ = client;
-    lastSeq_ = seq;
-    lastResults_ = results;
     return results;
 }
 
 namespace {
 
-// The single item an edit changes, when it changes nothing else: a move, or a
-// member of one item set or removed. Its index in `ids`, else -1.
+// The single item an edit changes or copies, when it touches nothing else: a
+// move, a member of one item set or removed, a duplicate. Its index in
+// `ids`, else -1.
 int soleItem(const Poco::JSON::Object::Ptr& op, const std::string& name,
              const std::vector<long>& ids) {
-    if ((name != "move" && name != "set" && name != "remove") || !op->has("item") ||
-        !op->get("item").isNumeric()) {
+    if ((name != "move" && name != "set" && name != "remove" && name != "duplicate") ||
+        !op->has("item") || !op->get("item").isNumeric()) {
         return -1;
     }
     const double id = op->get("item").convert<double>();
@@ -148,43 +168,60 @@ Poco::JSON::Object::Ptr parsedObject(const std::string& text) {
 bool EditorSession::editItem(const Poco::JSON::Object::Ptr& op, int index, HeldState& state,
                              EditResult& result, std::shared_ptr<const km::CheckReport>& report) {
     // The item alone, through the library's writer and reader: a whole
-    // document is neither parsed nor loaded for it.
-    km::ConfigItem*& held = doc_->items[static_cast<std::size_t>(index)];
-    if (held == nullptr) {
-        return false;
-    }
+    // document is neither parsed nor loaded for it. An edit that makes an
+    // item (add, duplicate) appends it to a list of the one item it starts
+    // from, or of none.
     EditTarget target;
     target.root = new Poco::JSON::Object();
     Poco::JSON::Array::Ptr items = new Poco::JSON::Array();
-    items->add(ItemJson(*held));
+    std::vector<long> ids;
+    if (index >= 0) {
+        const km::ConfigItem* held = doc_->items[static_cast<std::size_t>(index)];
+        if (held == nullptr) {
+            return false;
+        }
+        items->add(ItemJson(*held));
+        ids.push_back(state.ids[static_cast<std::size_t>(index)]);
+    }
+    const std::size_t given = ids.size();
     target.root->set("keymaps", items);
-    std::vector<long> ids{state.ids[static_cast<std::size_t>(index)]};
     target.ids = &ids;
     target.nextId = &nextId_;
     target.loaded = doc_.get();
     if (!ApplyOperation(op, target, result)) {
         return true;
     }
+    const bool made = ids.size() > given;
     std::unique_ptr<km::ConfigItem> edited;
     try {
-        edited.reset(km::ConfigFactory::ProduceConfigItem(items->getObject(0)));
+        edited.reset(km::ConfigFactory::ProduceConfigItem(
+            items->getObject(static_cast<unsigned>(items->size() - 1))));
     } catch (const Poco::Exception&) {
         return false;  // refused: the whole document's load says why, and where
     }
-    if (!edited) {
+    if (!edited || items->size() != ids.size()) {
         return false;
     }
-    const std::string prefix = "keymaps[0]";
+    const int at = made ? static_cast<int>(doc_->items.size()) : index;
+    const std::string prefix = "keymaps[" + std::to_string(items->size() - 1) + "]";
     if (result.path.compare(0, prefix.size(), prefix) == 0) {
-        result.path = "keymaps[" + std::to_string(index) + "]" + result.path.substr(prefix.size());
+        result.path = "keymaps[" + std::to_string(at) + "]" + result.path.substr(prefix.size());
     }
-    result.index = index;
-    std::unique_ptr<km::ConfigItem> previous(held);
-    held = edited.release();
-    HeldState next{km::SaveKeymapConfigAndInfoToText(doc_.get()), state.ids};
+    result.index = at;
+    HeldState next{std::string(), state.ids};
+    std::unique_ptr<km::ConfigItem> previous;
+    if (made) {
+        doc_->items.push_back(edited.release());
+        next.ids.push_back(ids.back());
+    } else {
+        previous.reset(doc_->items[static_cast<std::size_t>(index)]);
+        doc_->items[static_cast<std::size_t>(index)] = edited.release();
+    }
+    next.text = km::SaveKeymapConfigAndInfoToText(doc_.get());
     if (!acceptSet(op, result, state, next, report)) {
-        delete held;
-        held = previous.release();
+        // Only a "set" is refused here, and it makes no item.
+        delete doc_->items[static_cast<std::size_t>(index)];
+        doc_->items[static_cast<std::size_t>(index)] = previous.release();
         return true;
     }
     keep(op, state, std::move(next));
@@ -195,8 +232,10 @@ void EditorSession::keep(const Poco::JSON::Object::Ptr& op, HeldState& state, He
     if (next.text != state.text) {
         history_.record(std::move(state), op->optValue<std::string>("group", std::string()));
         state = std::move(next);
-    } else {
+        changed_ = true;
+    } else if (next.ids != state.ids) {
         state.ids = std::move(next.ids);
+        changed_ = true;
     }
 }
 
@@ -242,10 +281,11 @@ EditResult EditorSession::editOne(const Poco::JSON::Object::Ptr& op, HeldState& 
         km::LoadDiagnostic ignored;
         doc_.reset(load(state.text, ignored));
         report.reset();
+        changed_ = true;
         return result;
     }
     const int index = soleItem(op, name, state.ids);
-    if (index >= 0 && editItem(op, index, state, result, report)) {
+    if ((index >= 0 || name == "add") && editItem(op, index, state, result, report)) {
         return result;
     }
     result = EditResult();
