@@ -126,3 +126,68 @@ BENCHMARK(BM_EditRoundTrip)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_EditRoundTrip_Baseline)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_EditOperation)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_EditOperation_Baseline)->Unit(benchmark::kMillisecond);
+
+namespace {
+
+// One operation as the page sends it on a document of state.range(0) items,
+// its middle item moved back and forth, against a plain load and save of
+// the same document: what a drag's release costs as documents grow.
+void BM_EditOperationAt(benchmark::State& state) {
+    const auto items = static_cast<std::size_t>(state.range(0));
+    const std::string dir = Poco::TemporaryFile::tempName();
+    Poco::File(dir).createDirectories();
+    {
+        EditorSession session(dir + "/doc.json", false, {});
+        EditorApi api(session, "token", 1);
+        const HttpResponse put =
+            api.handle(request("PUT", "/api/document", benchdocs::GenerateDocument(items, 1)));
+        Poco::JSON::Parser parser;
+        const Poco::JSON::Array::Ptr ids =
+            parser.parse(api.handle(request("GET", "/api/snapshot", "")).body)
+                .extract<Poco::JSON::Object::Ptr>()
+                ->getArray("ids");
+        const std::string item = ids && ids->size() == items
+                                     ? std::to_string(ids->getElement<long>(items / 2))
+                                     : std::string();
+        if (put.status != 200 || item.empty()) {
+            state.SkipWithError("the editor refused the document");
+        }
+        // Each request is numbered, as the page numbers them.
+        const auto moveBy = [&item](long long seq, const char* dx, const char* dy) {
+            return request("POST", "/api/edit",
+                           R"({"client":"bench","seq":)" + std::to_string(seq) +
+                               R"(,"ops":[{"op":"move","item":)" + item + R"(,"dx":)" + dx +
+                               R"(,"dy":)" + dy + "}]}");
+        };
+        long long seq = 0;
+        for (auto _ : state) {
+            const bool back = (++seq % 2) == 0;
+            const HttpRequest move =
+                moveBy(seq, back ? "-0.01" : "0.01", back ? "-0.005" : "0.005");
+            const HttpResponse answer = api.handle(move);
+            if (answer.status != 200 || answer.body.find("\"ok\":true") == std::string::npos) {
+                state.SkipWithError("the editor refused an operation");
+                break;
+            }
+            benchmark::DoNotOptimize(answer.body.data());
+        }
+    }
+    Poco::File(dir).remove(true);
+    state.counters["bar"] = 3.0;
+}
+
+void BM_EditOperationAt_Baseline(benchmark::State& state) {
+    const auto items = static_cast<std::size_t>(state.range(0));
+    const std::string text = benchdocs::GenerateDocument(items, 1);
+    for (auto _ : state) {
+        const benchdocs::DocumentPtr doc = benchdocs::loadChecked(text, items);
+        const std::string saved = km::SaveKeymapConfigAndInfoToText(doc.get());
+        benchmark::DoNotOptimize(saved.data());
+    }
+    state.counters["bar"] = 3.0;
+}
+
+}  // namespace
+
+BENCHMARK(BM_EditOperationAt)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EditOperationAt_Baseline)->Arg(1000)->Unit(benchmark::kMillisecond);
