@@ -107,7 +107,8 @@ export class Picture {
     else this.replace(svgText);
     // Measured while the page is idle, not at the first step of a drag.
     const shown = this.shownSvg;
-    requestIdleCallback(() => { if (shown === this.shownSvg && !this.drag) this.measureRadii(); }, { timeout: 1000 });
+    const idle = window.requestIdleCallback || ((fn) => setTimeout(fn, 100));
+    idle(() => { if (shown === this.shownSvg && !this.drag) this.measureRadii(); }, { timeout: 1000 });
   }
 
   patch(parts, changed) {

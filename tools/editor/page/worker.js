@@ -8,7 +8,9 @@
 // glue is loaded; a host that does not send it as application/wasm gets it
 // compiled once it is all there.
 const CODE = 'zuno-keymap-module.wasm';
-const compiled = WebAssembly.compileStreaming(fetch(CODE))
+const streamed = typeof WebAssembly.compileStreaming === 'function' ? WebAssembly.compileStreaming(fetch(CODE))
+  : Promise.reject(new Error('no streaming compilation'));
+const compiled = streamed
   .catch(() => fetch(CODE).then((response) => response.arrayBuffer()).then((bytes) => WebAssembly.compile(bytes)));
 importScripts('zuno-keymap-module.js');
 
