@@ -4,8 +4,9 @@
 // The editor's edits on a 200-item document, through its request handling:
 // one operation as the page sends it (applied to the held document, loaded
 // and saved to text by the library, checked, drawn, and answered with all
-// three), and a whole changed document PUT with its picture fetched.
-// Baseline of both: a plain load and save (to text) of the same document.
+// three; also on 1,000 items), and a whole changed document PUT with its
+// picture fetched. Baseline of these: a plain load and save (to text) of the
+// same document. And one request of 200 adds against one of 20.
 //
 
 #include <memory>
@@ -70,30 +71,52 @@ void BM_EditRoundTrip(benchmark::State& state) {
     state.counters["bar"] = 3.0;
 }
 
+// A session holding `text`, in a folder of its own.
+struct Held {
+    std::string dir = Poco::TemporaryFile::tempName();
+    std::unique_ptr<EditorSession> session;
+    std::unique_ptr<EditorApi> api;
+    long long seq = 0;
+
+    explicit Held(const std::string& text) {
+        Poco::File(dir).createDirectories();
+        session.reset(new EditorSession(dir + "/doc.json", false, {}));
+        api.reset(new EditorApi(*session, "token", 1));
+        ok = api->handle(request("PUT", "/api/document", text)).status == 200;
+    }
+    ~Held() { Poco::File(dir).remove(true); }
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+
+    // One edit request of `ops` (a JSON array's members), as the page numbers them.
+    HttpResponse edit(const std::string& ops) {
+        return api->handle(request(
+            "POST", "/api/edit",
+            R"({"client":"bench","seq":)" + std::to_string(++seq) + R"(,"ops":[)" + ops + "]}"));
+    }
+    bool ok = false;
+};
+
+// One move of one item of a document of state.range(0) items.
 void BM_EditOperation(benchmark::State& state) {
-    const std::string dir = Poco::TemporaryFile::tempName();
-    Poco::File(dir).createDirectories();
-    EditorSession session(dir + "/doc.json", false, {});
-    EditorApi api(session, "token", 1);
-    if (api.handle(request("PUT", "/api/document", versionOf(0))).status != 200) {
+    const auto items = static_cast<std::size_t>(state.range(0));
+    Held held(items == kItems ? versionOf(0) : benchdocs::GenerateDocument(items, 1));
+    if (!held.ok) {
         state.SkipWithError("the editor refused the document");
         return;
     }
-    // Item 100, back and forth, so that every operation is a real change.
+    // The middle item, back and forth, so that every operation is a real change.
     Poco::JSON::Parser parser;
     const std::string id =
-        std::to_string(parser.parse(api.handle(request("GET", "/api/snapshot", "")).body)
+        std::to_string(parser.parse(held.api->handle(request("GET", "/api/snapshot", "")).body)
                            .extract<Poco::JSON::Object::Ptr>()
                            ->getArray("ids")
-                           ->getElement<long>(100));
-    const HttpRequest moves[2] = {
-        request("POST", "/api/edit",
-                R"({"ops":[{"op":"move","item":)" + id + R"(,"dx":0.01,"dy":0.005}]})"),
-        request("POST", "/api/edit",
-                R"({"ops":[{"op":"move","item":)" + id + R"(,"dx":-0.01,"dy":-0.005}]})")};
+                           ->getElement<long>(static_cast<int>(items / 2)));
+    const std::string moves[2] = {R"({"op":"move","item":)" + id + R"(,"dx":0.01,"dy":0.005})",
+                                  R"({"op":"move","item":)" + id + R"(,"dx":-0.01,"dy":-0.005})"};
     int which = 0;
     for (auto _ : state) {
-        const HttpResponse answer = api.handle(moves[which]);
+        const HttpResponse answer = held.edit(moves[which]);
         if (answer.status != 200 || answer.body.find("\"ok\":true") == std::string::npos) {
             state.SkipWithError("the editor refused an operation");
             break;
@@ -101,8 +124,35 @@ void BM_EditOperation(benchmark::State& state) {
         benchmark::DoNotOptimize(answer.body.data());
         which = 1 - which;
     }
-    Poco::File(dir).remove(true);
     state.counters["bar"] = 3.0;
+}
+
+// One request adding state.range(0) items to the 200-item document, then
+// undone; the baseline adds a tenth as many, so the ratio shows how the
+// cost grows with the number of operations in a request.
+void addItems(benchmark::State& state, int count) {
+    Held held(versionOf(0));
+    std::string adds;
+    for (int i = 0; i < count; ++i) {
+        adds += i == 0 ? "" : ",";
+        adds += R"({"op":"add","type":"Click","group":"paste"})";
+    }
+    for (auto _ : state) {
+        const HttpResponse answer = held.edit(adds);
+        state.PauseTiming();
+        const bool undone = held.edit(R"({"op":"undo"})").status == 200;
+        state.ResumeTiming();
+        if (answer.status != 200 || !undone) {
+            state.SkipWithError("the editor refused the adds");
+            break;
+        }
+        benchmark::DoNotOptimize(answer.body.data());
+    }
+    state.counters["bar"] = 15.0;
+}
+
+void BM_EditAdds(benchmark::State& state) {
+    addItems(state, 200);
 }
 
 void BM_EditRoundTrip_Baseline(benchmark::State& state) {
@@ -119,65 +169,11 @@ void BM_EditRoundTrip_Baseline(benchmark::State& state) {
 }  // namespace
 
 void BM_EditOperation_Baseline(benchmark::State& state) {
-    BM_EditRoundTrip_Baseline(state);
-}
-
-BENCHMARK(BM_EditRoundTrip)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_EditRoundTrip_Baseline)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_EditOperation)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_EditOperation_Baseline)->Unit(benchmark::kMillisecond);
-
-namespace {
-
-// One operation as the page sends it on a document of state.range(0) items,
-// its middle item moved back and forth, against a plain load and save of
-// the same document: what a drag's release costs as documents grow.
-void BM_EditOperationAt(benchmark::State& state) {
     const auto items = static_cast<std::size_t>(state.range(0));
-    const std::string dir = Poco::TemporaryFile::tempName();
-    Poco::File(dir).createDirectories();
-    {
-        EditorSession session(dir + "/doc.json", false, {});
-        EditorApi api(session, "token", 1);
-        const HttpResponse put =
-            api.handle(request("PUT", "/api/document", benchdocs::GenerateDocument(items, 1)));
-        Poco::JSON::Parser parser;
-        const Poco::JSON::Array::Ptr ids =
-            parser.parse(api.handle(request("GET", "/api/snapshot", "")).body)
-                .extract<Poco::JSON::Object::Ptr>()
-                ->getArray("ids");
-        const std::string item = ids && ids->size() == items
-                                     ? std::to_string(ids->getElement<long>(items / 2))
-                                     : std::string();
-        if (put.status != 200 || item.empty()) {
-            state.SkipWithError("the editor refused the document");
-        }
-        // Each request is numbered, as the page numbers them.
-        const auto moveBy = [&item](long long seq, const char* dx, const char* dy) {
-            return request("POST", "/api/edit",
-                           R"({"client":"bench","seq":)" + std::to_string(seq) +
-                               R"(,"ops":[{"op":"move","item":)" + item + R"(,"dx":)" + dx +
-                               R"(,"dy":)" + dy + "}]}");
-        };
-        long long seq = 0;
-        for (auto _ : state) {
-            const bool back = (++seq % 2) == 0;
-            const HttpRequest move =
-                moveBy(seq, back ? "-0.01" : "0.01", back ? "-0.005" : "0.005");
-            const HttpResponse answer = api.handle(move);
-            if (answer.status != 200 || answer.body.find("\"ok\":true") == std::string::npos) {
-                state.SkipWithError("the editor refused an operation");
-                break;
-            }
-            benchmark::DoNotOptimize(answer.body.data());
-        }
+    if (items == kItems) {
+        BM_EditRoundTrip_Baseline(state);
+        return;
     }
-    Poco::File(dir).remove(true);
-    state.counters["bar"] = 3.0;
-}
-
-void BM_EditOperationAt_Baseline(benchmark::State& state) {
-    const auto items = static_cast<std::size_t>(state.range(0));
     const std::string text = benchdocs::GenerateDocument(items, 1);
     for (auto _ : state) {
         const benchdocs::DocumentPtr doc = benchdocs::loadChecked(text, items);
@@ -187,7 +183,13 @@ void BM_EditOperationAt_Baseline(benchmark::State& state) {
     state.counters["bar"] = 3.0;
 }
 
-}  // namespace
+void BM_EditAdds_Baseline(benchmark::State& state) {
+    addItems(state, 20);
+}
 
-BENCHMARK(BM_EditOperationAt)->Arg(1000)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_EditOperationAt_Baseline)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EditRoundTrip)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EditRoundTrip_Baseline)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EditOperation)->Arg(200)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EditOperation_Baseline)->Arg(200)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EditAdds)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EditAdds_Baseline)->Unit(benchmark::kMillisecond);

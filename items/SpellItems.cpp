@@ -147,6 +147,7 @@ const MemberTable& SpellInfo::Members() {
                      M::field<&SpellInfo::rel_radius>(kFieldRelRadius)
                          .require()
                          .in("screen")
+                         .range(0, 1)
                          .show("Button radius", kGroupPosition,
                                "the skill button's radius, as a fraction of the screen"),
                      M::field<&SpellInfo::range>(kFieldRange)

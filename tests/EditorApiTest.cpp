@@ -689,7 +689,8 @@ TEST(EditorApi, TheReportOnOpenIsTheFilesCheck) {
     EXPECT_EQ(findings("/api/snapshot"), wanted);
     EXPECT_EQ(findings("/api/check"), wanted);
     ASSERT_EQ(
-        f.call("POST", "/api/edit", R"({"seq":1,"ops":[{"op":"move","item":1,"dx":0.1,"dy":0}]})")
+        f.call("POST", "/api/edit",
+               R"({"seq":1,"ops":[{"op":"set","item":1,"member":"icon.description","value":"x"}]})")
             .status,
         200);
     EXPECT_EQ(findings("/api/snapshot"), wanted) << "kept through edits";

@@ -137,6 +137,14 @@ TEST(EditorEdit, OperationsApplyOrAreRefusedOneByOne) {
              EXPECT_EQ(results->getObject(2)->getValue<std::string>("path"),
                        "keymaps[0].icon.background_color");
          }},
+        {"a negative button radius is out of its range",
+         R"([{"op":"set","item":3,"member":"spell_info.rel_radius","value":-0.1},
+             {"op":"set","item":3,"member":"spell_info.rel_radius","value":0.2}])",
+         {false, true},
+         [](const Editor& e, const Object::Ptr& a) {
+             EXPECT_NEAR(e.item(a, 2)->getObject("spell_info")->getValue<double>("rel_radius"), 0.2,
+                         1e-9);
+         }},
         {"set and remove document settings",
          R"([{"op":"set","member":"info.transparent_wheel","value":true},
              {"op":"set","member":"keymaps","value":[]}])",

@@ -233,7 +233,8 @@ test('the four-item shooter keymap, built by drag, handles, binding and recordin
       await expect(page.locator('#capture')).toBeVisible();
       await press();
     }
-    await expect(page.locator('#capture')).toBeHidden();
+    // The dialog stays until the server has answered the last key.
+    await expect(page.locator('#capture')).toBeHidden({ timeout: 15000 });
     await settled(page);
   };
   // WASD pad, its drag radius widened by its handle.
@@ -592,4 +593,19 @@ test('a second page on the file shows the first one\'s edits, and never saves ov
   await expect(other.locator('#status')).toContainText('another page changed');
   await expect(other.getByRole('option').nth(2)).toContainText('newer still');
   expect(fs.readFileSync(file, 'utf8')).toBe(text);
+});
+
+test('unknown members and values out of range are problems as soon as the file opens', async ({ page }) => {
+  const file = copyExample('shooter.json');
+  const doc = readDoc(file);
+  doc.keymaps[1].mystery = 1;
+  doc.keymaps[3].spell_info.rel_radius = -0.2;
+  fs.writeFileSync(file, JSON.stringify(doc));
+  let report = {};
+  try { report = JSON.parse(library('check', '--json', file)); } catch (error) { report = JSON.parse(error.stdout); }
+  const findings = report.findings || report.documents?.[0]?.findings || [];
+  expect(findings.length).toBeGreaterThan(0);
+  await open(page, file);
+  await expect(page.locator('#problem-count')).toHaveText(`${findings.length} ${findings.length === 1 ? 'problem' : 'problems'}`);
+  for (const finding of findings) await expect(page.locator('#problems')).toContainText(finding.message);
 });

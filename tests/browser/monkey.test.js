@@ -93,7 +93,7 @@ async function answerBinding(page, rng) {
     }
     await page.waitForTimeout(30);
   }
-  await expect(page.locator('#capture')).toBeHidden();
+  await expect(page.locator('#capture')).toBeHidden({ timeout: 15000 });
   return pressed;
 }
 

@@ -131,9 +131,13 @@ function render(state) {
   const unanswered = queue.unanswered();
   picture.render(state, unanswered, shapes);
   const focus = focusItem(state);
+  // Members with a change on its way, which their fields keep showing.
+  const pendingOf = (id) => unanswered.filter((o) => (o.op === 'set' || o.op === 'remove') && o.item === id)
+    .map((o) => o.member);
   if (state.showSettings) {
     settingsPanel.show(schema, { properties: { info: schema.properties.info, param: schema.properties.param } },
-      state.doc, { key: 'document', heading: 'Document settings', prefix: '', errors: state.errors, sections: true });
+      state.doc, { key: 'document', heading: 'Document settings', prefix: '', errors: state.errors, sections: true,
+        pending: pendingOf(undefined) });
     $('settings').hidden = false;
   } else $('settings').hidden = true;
   if (focus) {
@@ -141,7 +145,7 @@ function render(state) {
     itemPanel.show(schema, definition, focus.item, {
       key: `${focus.id}:${focus.item.type}`, target: focus.id, heading: `${focus.item.type} — keymaps[${focus.index}]`,
       prefix: `keymaps[${focus.index}]`, errors: state.errors, keyMembers: shapes.keys[focus.item.type] || [],
-      captions: (state.captions[focus.index] || {}).keys || {} });
+      captions: (state.captions[focus.index] || {}).keys || {}, pending: pendingOf(focus.id) });
   } else itemPanel.clear();
   list.render(state, colours, shapes.keys, shapes.markers);
   renderProblems(state);
@@ -155,7 +159,7 @@ function render(state) {
   }
   $('unsaved-mark').hidden = !state.unsaved && unanswered.length === 0;
   $('file-name').textContent = state.name + (state.isNew ? ' (new)' : '');
-  const count = problemCount(state.report) + (state.lost || []).length;
+  const count = problemCount(state.report);
   $('problem-count').textContent = `${count} ${count === 1 ? 'problem' : 'problems'}`;
   document.title = `${state.unsaved ? '● ' : ''}${state.name} — ${count} ${count === 1 ? 'problem' : 'problems'} — keymap editor`;
   $('status').textContent = state.trouble || state.status;
@@ -176,12 +180,10 @@ store.subscribe(render);
 
 let problemRows = new Map();
 function renderProblems(state) {
-  // What the file holds that the library does not keep is a problem too: a
-  // save drops it.
-  const lost = (state.lost || []).map((where) => ({ severity: 'warning', item_index: -1,
-    message: `${where}: not kept by the editor; a save drops it` }));
-  const findings = [...lost, ...((state.report && state.report.findings) || [])];
-  const signature = `${state.version}:${lost.length}`;
+  // The report carries what the file itself holds that the library drops or
+  // takes as given (unknown members, values out of range), from its opening.
+  const findings = (state.report && state.report.findings) || [];
+  const signature = `${state.version}`;
   if ($('problems').dataset.version === signature) return;
   $('problems').dataset.version = signature;
   const rows = findings.map((finding) => ({ key: JSON.stringify([finding, state.ids[finding.item_index]]), make: () => {
@@ -305,7 +307,7 @@ async function save(options = {}) {
   if (answer.status === 200) {
     const status = answer.data.downloaded ? `Downloaded ${answer.data.file || name}`
       : `Saved to ${answer.data.file || name}`;
-    store.update({ unsaved: false, isNew: false, conflict: false, lost: [], status });
+    store.update({ unsaved: false, isNew: false, conflict: false, status });
   } else if (answer.status === 409 && answer.data.stale) {
     await elsewhere.catchUp('Another page changed this document: it now shows that version. Nothing was saved.');
     store.update({ status: 'Not saved: another page changed the document; look it over and save again' });
@@ -497,7 +499,7 @@ async function start() {
       api.schema(), api.types(), api.shapes(), api.snapshot()]);
     schema = loadedSchema;
     shapes = loadedShapes;
-    store.update((state) => ({ ...fromSnapshot(state, shot), name: info.name, isNew: info.new, lost: info.lost || [],
+    store.update((state) => ({ ...fromSnapshot(state, shot), name: info.name, isNew: info.new,
       width: info.width, height: info.height, joystick: info.joystick,
       macroWidth: info.macro_width || 1920, macroHeight: info.macro_height || 1080 }));
     colours = shapes.colours || {};

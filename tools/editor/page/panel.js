@@ -93,9 +93,10 @@ export class Panel {
   /// to refusals; `keyMembers` are the members binding fires; `target` is
   /// handed back with every change, naming what the form showed.
   show(schema, definition, value, { key, target, heading, prefix, errors = {}, keyMembers = [], captions = {},
-    sections = false }) {
+    pending = [], sections = false }) {
     this.schema = schema;
     this.captions = captions;
+    this.pending = pending;
     this.values = value;
     this.prefix = prefix;
     this.keyMembers = keyMembers;
@@ -222,7 +223,7 @@ export class Panel {
   // Keeps the control's value in step with the document, unless the user is in it.
   follow(member, control, show) {
     track(control);
-    this.updaters.set(member, (value) => { if (!editing(control)) show(value); });
+    this.updaters.set(member, (value) => { if (!this.holds(member, control)) show(value); });
   }
 
   valueField(f, member) {
@@ -299,7 +300,7 @@ export class Panel {
     track(text);
     this.updaters.set(member, (v) => {
       const value = typeof v === 'string' ? v : '';
-      if (!editing(text)) text.value = value;
+      if (!this.holds(member, text)) text.value = value;
       if (/^[0-9A-Fa-f]{8}$/.test(value)) {
         colour.value = `#${value.slice(0, 6).toLowerCase()}`;
         alpha.value = parseInt(value.slice(6), 16);
@@ -320,7 +321,7 @@ export class Panel {
       return input;
     });
     this.updaters.set(member, (v) => inputs.forEach((input, i) => {
-      if (!editing(input)) input.value = v ? v[i ? 'rel_y' : 'rel_x'] : '';
+      if (!this.holds(member, input)) input.value = v ? v[i ? 'rel_y' : 'rel_x'] : '';
     }));
     const box = element('div', { class: 'point', role: 'group' }, ...inputs);
     return this.row(member, f, box);
@@ -361,7 +362,7 @@ export class Panel {
     area.addEventListener('change', () => this.handlers.change(member, area.value.split('\n').filter((l, i, all) => l !== '' || i < all.length - 1), target));
     area.addEventListener('scroll', () => { steps.scrollTop = area.scrollTop; });
     this.updaters.set(member, (v) => {
-      if (editing(area)) return;
+      if (this.holds(member, area)) return;
       const text = (v || []).join('\n');
       if (area.value !== text) { area.value = text; refresh(); }
     });
@@ -371,6 +372,12 @@ export class Panel {
     area.replaceWith(box);
     box.append(area, steps);
     return row;
+  }
+
+  // A control keeps what the user put in it while they are typing, and
+  // until the server has answered the change it sent.
+  holds(member, control) {
+    return editing(control) || this.pending.some((p) => p === member || p.startsWith(`${member}.`));
   }
 
   /// Sends the change of the field being edited, if any, as leaving it does:

@@ -124,6 +124,44 @@ bool readRecovery(const std::string& path, std::string& document, std::string& o
     return true;
 }
 
+// The list of recovery files dismissed although they could not be removed
+// (a folder the user may not write): "STAMP PATH" lines.
+std::string dismissedList() {
+    const std::string folder = RecoveryFolder();
+    return folder.empty() ? std::string()
+                          : (fs::u8path(folder) / fs::u8path("dismissed.txt")).u8string();
+}
+
+std::string dismissedLine(const std::string& path, long long stamp) {
+    return std::to_string(stamp) + " " + path + "\n";
+}
+
+bool isDismissed(const std::string& list, const std::string& path, long long stamp) {
+    const std::string line = dismissedLine(path, stamp);
+    return list.compare(0, line.size(), line) == 0 || list.find("\n" + line) != std::string::npos;
+}
+
+// Remembers for later sessions that the recovery file `path` of this age is
+// not to be offered again.
+void rememberDismissed(const std::string& path, long long stamp) {
+    const std::string list = dismissedList();
+    std::string text;
+    if (list.empty()) {
+        return;
+    }
+    ReadWholeFile(list, text);
+    if (isDismissed(text, path, stamp)) {
+        return;
+    }
+    try {
+        Poco::File(RecoveryFolder()).createDirectories();
+    } catch (const Poco::Exception&) {
+        return;
+    }
+    std::string ignored;
+    km::WriteTextFile(list, text + dismissedLine(path, stamp), ignored);
+}
+
 }  // namespace
 
 std::string RecoveryFolder() {
@@ -155,6 +193,8 @@ std::string FullPath(const std::string& file) {
 
 void EditorSession::findRecoveries() {
     std::vector<Found> found;
+    std::string dismissed;
+    ReadWholeFile(dismissedList(), dismissed);
     for (const Folder& folder : recoveryFolders(fullPath_)) {
         std::error_code code;
         fs::directory_iterator entries(fs::u8path(folder.path), code);
@@ -183,6 +223,9 @@ void EditorSession::findRecoveries() {
                 entry.time =
                     Poco::DateTimeFormatter::format(file.getLastModified(), "%Y-%m-%dT%H:%M:%SZ");
             } catch (const Poco::Exception&) {
+                continue;
+            }
+            if (isDismissed(dismissed, path, entry.stamp)) {
                 continue;
             }
             entry.n = n;  // the order among files of one age, then renumbered
@@ -258,8 +301,11 @@ bool EditorSession::dismissRecovery(int n) {
     bool named = false;
     for (Found& entry : recovery_) {
         if (!entry.gone && (n < 0 || entry.n == n)) {
-            std::error_code ignored;  // a file the user may not remove is still not offered
-            fs::remove(fs::u8path(entry.path), ignored);
+            std::error_code code;
+            if (!fs::remove(fs::u8path(entry.path), code)) {
+                // One the user may not remove is not offered again either.
+                rememberDismissed(entry.path, entry.stamp);
+            }
             entry.gone = true;
             named = true;
         }
