@@ -320,6 +320,8 @@ export class Picture {
     // The picture takes the keyboard (and a field being edited commits, to
     // its own item) before the selection changes.
     this.pressed = null;
+    // A drag whose release never came (another button, a lost capture) ends here.
+    if (this.drag && this.drag.kind === 'items') this.settle(this.drag);
     if (document.activeElement !== this.host) this.host.focus({ preventScroll: true });
     const current = this.handlers.current();
     if (e.button === 1 || (e.button === 0 && this.spaceHeld)) { this.startPan(e); return; }
