@@ -47,6 +47,9 @@ export class Picture {
     host.addEventListener('pointermove', (e) => this.moveTo(e));
     host.addEventListener('pointerup', (e) => this.up(e));
     host.addEventListener('pointercancel', () => this.cancel());
+    // No text is selected on the picture: the browser would otherwise look
+    // for the end of a selection among all the items at each pointer move.
+    host.addEventListener('selectstart', (e) => e.preventDefault());
     // A double click binds the item it hit, whatever was selected before:
     // the pointer is captured, so the hit is asked of the point itself.
     host.addEventListener('dblclick', (e) => {
@@ -178,6 +181,9 @@ export class Picture {
     const guides = layer();
     guides.append(drag.guides);
     this.host.append(guides, drag.layer);
+    // The pointer is captured: while the browser still looks for what is under
+    // the point where the drag began at each move, the items need not answer.
+    this.host.classList.add('dragging');
     this.moveLayer(drag);
   }
 
@@ -191,6 +197,7 @@ export class Picture {
     if (!drag.layer) return;
     drag.layer.remove();
     drag.guides.ownerSVGElement.remove();
+    this.host.classList.remove('dragging');
     drag.layer = null;
     drag.guides = null;
     this.shownGuides = null;
