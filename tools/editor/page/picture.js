@@ -66,7 +66,7 @@ export class Picture {
   idOf(group) { return this.state.ids[Number(group.dataset.itemIndex)]; }
   // A handle names its item by the index in its path, as drawn.
   idOfHandle(handle) { return this.state.ids[Number(/^keymaps\[(\d+)\]/.exec(handle.dataset.path)[1])]; }
-  items() { return this.groups; }
+  items() { return this.groups.filter(Boolean); }
 
   /// Draws `state`; `unanswered` are the edits the server has not answered yet.
   render(state, unanswered, shapes) {
@@ -106,7 +106,8 @@ export class Picture {
     const changed = this.svg && this.svg.isConnected ? changedItems(this.parts, parts) : null;
     this.parts = parts;
     this.snapRadii = null;
-    if (changed) this.patch(parts, changed);
+    // Each of the items' pieces of text is the group of its index.
+    if (changed && this.groups.length === parts.items.length) this.patch(parts, changed);
     else this.replace(svgText);
     // Measured while the page is idle, not at the first step of a drag.
     const shown = this.shownSvg;
@@ -167,9 +168,11 @@ export class Picture {
   // For a drag, copies of the dragged groups go to a layer of their own
   // above the picture, and the layer is moved: the browser moves it as it
   // stands, without painting the other items again at each step. The
-  // guides have a layer of their own too.
+  // guides have a layer of their own, which also covers the items: the
+  // pointer is captured, but the browser still looks for what lies under the
+  // drag's start at each move, and finds the cover at once.
   lift(drag) {
-    const layer = () => svgElement('svg', { class: 'drag-layer', 'aria-hidden': 'true',
+    const layer = (kind = '') => svgElement('svg', { class: `drag-layer${kind}`, 'aria-hidden': 'true',
       viewBox: this.svg.getAttribute('viewBox'), preserveAspectRatio: this.svg.getAttribute('preserveAspectRatio') || 'xMidYMid meet' });
     drag.layer = layer();
     for (const group of drag.groups) {
@@ -178,12 +181,9 @@ export class Picture {
       group.classList.add('lifted');
     }
     drag.guides = svgElement('g', { class: 'editor-overlay' });
-    const guides = layer();
+    const guides = layer(' shield');
     guides.append(drag.guides);
     this.host.append(guides, drag.layer);
-    // The pointer is captured: while the browser still looks for what is under
-    // the point where the drag began at each move, the items need not answer.
-    this.host.classList.add('dragging');
     this.moveLayer(drag);
   }
 
@@ -197,7 +197,6 @@ export class Picture {
     if (!drag.layer) return;
     drag.layer.remove();
     drag.guides.ownerSVGElement.remove();
-    this.host.classList.remove('dragging');
     drag.layer = null;
     drag.guides = null;
     this.shownGuides = null;
