@@ -609,3 +609,19 @@ test('unknown members and values out of range are problems as soon as the file o
   await expect(page.locator('#problem-count')).toHaveText(`${findings.length} ${findings.length === 1 ? 'problem' : 'problems'}`);
   for (const finding of findings) await expect(page.locator('#problems')).toContainText(finding.message);
 });
+
+test('a direction pad typed quickly on a slow server keeps every key, in order', async ({ page }) => {
+  const file = path.join(at.work, 'pad.json');
+  await open(page, file, { env: { ZUNO_KEYMAP_EDITOR_TEST_DELAY_MS: '300' } });
+  await page.getByRole('button', { name: 'Add Swipehold', exact: true }).click();
+  await settled(page);
+  await page.keyboard.press('Escape');
+  await page.getByRole('option').first().click();
+  await page.keyboard.press('Enter');
+  for (const key of ['i', 'l', 'k', 'j']) await page.keyboard.press(key);
+  await expect(page.locator('#capture')).toBeHidden({ timeout: 15000 });
+  await settled(page);
+  await save(page);
+  const pad = readDoc(file).keymaps[0];
+  expect(['top_key', 'right_key', 'bottom_key', 'left_key'].map((k) => pad[k].text)).toEqual(['I', 'L', 'K', 'J']);
+});

@@ -48,6 +48,7 @@ function shown(page) {
       heading: (document.querySelector('#panel h2') || {}).textContent || '',
       description: field ? field.value : null,
       capture: !document.getElementById('capture').hidden,
+      stale: !document.getElementById('stale').hidden,
     };
   });
 }
@@ -62,6 +63,7 @@ async function expectViewsMatch(page, snap, where) {
   const view = await shown(page);
   const keymaps = snap.document.keymaps;
   expect(view.capture, `${where}: the bind dialog is still open`).toBe(false);
+  expect(view.stale, `${where}: a notice of another page, with no other page`).toBe(false);
   expect(view.picture, `${where}: items on the picture`).toBe(keymaps.length);
   expect(view.list.map((row) => row.id), `${where}: the list's items`).toEqual(snap.ids);
   view.list.forEach((row, i) => {
@@ -166,6 +168,8 @@ async function journey(page, file, seed) {
       if (!snap.ids.length) return null;
       const index = rng.below(snap.ids.length);
       await page.getByRole('option').nth(index).click();
+      // Typed once the panel shows the item, as a person sees it first.
+      await expect(page.locator('#panel h2')).toContainText(`keymaps[${index}]`);
       const field = page.locator('#panel input[name="icon.description"]');
       if (!await field.count()) return {};
       const text = `note-${seed}-${++typed}`;

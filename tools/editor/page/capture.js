@@ -85,10 +85,14 @@ export class KeyCapture {
     };
   }
 
-  // Hands the keys held so far to a question's handlers, as events.
+  // Hands the keys held so far to a question's handlers, as events, until
+  // one answers it: the keys after it are for the questions after it.
   replay(onKeyDown, onKeyUp) {
     const quiet = { preventDefault() {}, stopPropagation() {} };
-    for (const e of this.held.splice(0)) (e.type === 'keydown' ? onKeyDown : onKeyUp)({ ...quiet, ...e });
+    while (this.listening && this.held.length) {
+      const e = this.held.shift();
+      (e.type === 'keydown' ? onKeyDown : onKeyUp)({ ...quiet, ...e });
+    }
   }
 
   /// Resolves to [key, second key?] in the library's form, or null when

@@ -307,7 +307,9 @@ async function save(options = {}) {
   if (answer.status === 200) {
     const status = answer.data.downloaded ? `Downloaded ${answer.data.file || name}`
       : `Saved to ${answer.data.file || name}`;
-    store.update({ unsaved: false, isNew: false, conflict: false, status });
+    // A save moves the version on; the document shown is the one saved.
+    const version = answer.data.version ?? store.get().version;
+    store.update({ unsaved: false, isNew: false, conflict: false, status, version });
   } else if (answer.status === 409 && answer.data.stale) {
     await elsewhere.catchUp('Another page changed this document: it now shows that version. Nothing was saved.');
     store.update({ status: 'Not saved: another page changed the document; look it over and save again' });
