@@ -1,6 +1,6 @@
 // zuno-keymap edit as keymap authors meet it: the installed tool serves the
 // page, chromium drives it, and what was saved is read back through the
-// library. Speeds are printed, not judged.
+// library. Speeds are measured in speed.test.js.
 import { test, expect } from '@playwright/test';
 import fs from 'node:fs';
 import path from 'node:path';
@@ -76,41 +76,21 @@ function bigDocument(file) {
   fs.writeFileSync(file, JSON.stringify({ info: { background_color: '000000FF', visibility: true }, keymaps: items }));
 }
 
-test('two drags 50 ms apart both land, on a 200-item document; speeds printed', async ({ page }) => {
+test('two drags 50 ms apart both land, on a 200-item document', async ({ page }) => {
   const file = path.join(at.work, 'big.json');
   bigDocument(file);
   await open(page, file);
   await expect(page.locator('#picture g.item[data-item-index]')).toHaveCount(200);
-  const shown = await page.evaluate(() => performance.getEntriesByName('keymap-shown')[0].startTime);
-  await page.evaluate(() => {
-    const host = document.getElementById('picture');
-    window.steps = [];
-    host.addEventListener('pointermove', () => { window.stepStart = performance.now(); }, { capture: true });
-    host.addEventListener('pointermove', () => window.steps.push(performance.now() - window.stepStart));
-  });
   const a = await centreOf(item(page, 21).locator('.marker'));
   const b = await centreOf(item(page, 45).locator('.marker'));
   await drag(page, a, 0, 40, 10);
   await page.waitForTimeout(50);
   await drag(page, b, 0, 40, 10);
   await settled(page);
-  await page.evaluate(() => {
-    const host = document.getElementById('picture');
-    host.addEventListener('pointerup', () => { window.releasedAt = performance.now(); }, { capture: true });
-    new MutationObserver(() => { if (!window.shownAt) window.shownAt = performance.now(); }).observe(host, { childList: true });
-  });
-  await drag(page, await centreOf(item(page, 99).locator('.marker')), 30, 0, 5);
-  await settled(page);
   await save(page);
   const doc = readDoc(file);
   expect(doc.keymaps[21].icon.rel_position.rel_y).toBeGreaterThan(0.09 * 1 + 0.05 + 0.02);
   expect(doc.keymaps[45].icon.rel_position.rel_y).toBeGreaterThan(0.09 * 2 + 0.05 + 0.02);
-  const steps = await page.evaluate(() => window.steps);
-  const [shownAt, released] = await page.evaluate(() => [window.shownAt, window.releasedAt]);
-  steps.sort((x, y) => x - y);
-  console.log(`editor: 200 items shown ${shown.toFixed(0)} ms after navigation; drag step median ` +
-    `${steps[steps.length >> 1].toFixed(2)} ms, worst ${steps[steps.length - 1].toFixed(2)} ms (a frame is 16 ms); ` +
-    `change shown ${(shownAt - released).toFixed(0)} ms after the pointer is released`);
 });
 
 test('Ctrl+S with a focused, edited field saves the edit', async ({ page }) => {

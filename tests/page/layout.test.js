@@ -1,7 +1,7 @@
 // Snapping, aligning and recording: the geometry the page does itself.
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { snapOffset } from '../../tools/editor/page/snapping.js';
+import { SnapLines, snapOffset } from '../../tools/editor/page/snapping.js';
 import { arrange } from '../../tools/editor/page/arrange.js';
 import { insertPoint, macroPoint, recordedLines } from '../../tools/editor/page/macrotools.js';
 
@@ -18,6 +18,31 @@ test('snapping prefers controls to the grid and says where', () => {
     const s = snapOffset(point, targets, size);
     assert.equal(point.x + s.dx, wantX, name);
     assert.equal(s.guides.some((g) => g.axis === 'x'), guide === 'x', name);
+  }
+});
+
+test('snapping through the grid of lines finds what a scan of every control finds', () => {
+  // A scan of every line and the screen's middle, as the grid must answer;
+  // seeded, so a failure repeats.
+  const scan = (point, targets, axis) => {
+    const lines = [...targets, { x: size.width / 2, y: size.height / 2 }].flatMap((t) => [[t[axis], 2], ...(t.r ? [[t[axis] - t.r, 1], [t[axis] + t.r, 1]] : [])]);
+    const near = lines.filter(([at]) => Math.abs(at - point[axis]) <= 8)
+      .sort((a, b) => Math.abs(a[0] - point[axis]) - Math.abs(b[0] - point[axis]) || b[1] - a[1]);
+    return near.length ? near[0][0] - point[axis] : null;
+  };
+  let seed = 7;
+  const random = () => { seed = (seed * 16807) % 2147483647; return seed / 2147483647; };
+  const targets = Array.from({ length: 300 }, () => ({ x: random() * 2000 - 40, y: random() * 1160 - 40,
+    r: random() < 0.3 ? 0 : Math.round(random() * 40) }));
+  const lines = new SnapLines(targets);
+  for (let i = 0; i < 500; i++) {
+    const point = { x: Math.round(random() * 2000) - 40, y: Math.round(random() * 1160) - 40 };
+    const s = snapOffset(point, lines, size);
+    for (const [axis, d] of [['x', s.dx], ['y', s.dy]]) {
+      const want = scan(point, targets, axis);
+      if (want !== null && s.guides.some((g) => g.axis === axis)) assert.equal(Math.abs(d), Math.abs(want), `${axis} of ${JSON.stringify(point)}`);
+      if (want !== null) assert.ok(Math.abs(d) <= Math.abs(want), `${axis} of ${JSON.stringify(point)}`);
+    }
   }
 });
 

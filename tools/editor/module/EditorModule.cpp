@@ -117,6 +117,8 @@ bool openSession(const std::string& name, const std::string& bytes, bool joystic
     }
     zunokeymap::render::RenderOptions picture;
     picture.title = name;
+    // The same picture as the served editor's: each control's description beside it.
+    picture.labels = true;
     std::unique_ptr<EditorSession> session(new EditorSession(name, joystick, picture));
     if (session->opened() == EditorSession::Opened::Failed ||
         session->opened() == EditorSession::Opened::Unreadable) {

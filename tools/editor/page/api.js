@@ -3,18 +3,10 @@
 // `zuno-keymap edit`, or, when the page is served as plain static files, to
 // the keymap module running in this page (local.js): the same requests, the
 // same answers. Either way through one function,
-// call(method, path, body) -> {status, ok, data}.
-//
-// The server hands the page a token in its address. It leaves the address
-// bar (and so the history) at once, kept for this tab only, where a reload
-// finds it, and goes out as a Bearer header.
+// call(method, path, body) -> {status, ok, data}. The server's token is
+// start.js's.
 
-const token = new URLSearchParams(location.search).get('token') ||
-  sessionStorage.getItem('zuno-keymap-token') || '';
-if (token) {
-  sessionStorage.setItem('zuno-keymap-token', token);
-  history.replaceState(null, '', location.pathname);
-}
+import { token } from './start.js';
 
 /// True when no server serves the page: it then runs the library itself and
 /// opens and saves the user's files.

@@ -2,8 +2,8 @@
 // description and problems of each, filtered by the search box. Selecting an
 // entry selects the item, however it is hidden or covered on the picture.
 
-import { element } from './dom.js';
-import { keyCaptions, matchingItems, problemsOf } from './store.js';
+import { element, keyedChildren } from './dom.js';
+import { keyCaptions, matchingItems, problemsByItem } from './store.js';
 
 
 // The picture's marker shapes as characters, for lists of text.
@@ -26,27 +26,30 @@ export class ItemList {
     this.signature = signature;
     const focusedId = document.activeElement && this.list.contains(document.activeElement)
       ? Number(document.activeElement.closest('li').dataset.itemId) : null;
-    const rows = shown.map(({ item, index, id }) =>
-      this.row(state, item, index, id, colours, keyMembers[item.type], markers[item.type]));
-    this.list.replaceChildren(...rows);
-    if (rows.length === 0) this.list.append(element('li', { class: 'empty', text: 'No items' }));
+    // A row is made again only when what it shows changed.
+    const problems = problemsByItem(state.report);
+    const rows = shown.map(({ item, index, id }) => {
+      const row = { id, item, index, problems: problems.get(index) || [], selected: state.selected.includes(id),
+        hidden: state.hidden.includes(id), keys: keyCaptions(state, index, keyMembers[item.type]),
+        first: !state.selected.length && index === 0, colour: colours[item.type], shape: markers[item.type] };
+      return { key: JSON.stringify(row), make: () => this.row(row) };
+    });
+    if (rows.length === 0) rows.push({ key: 'empty', make: () => element('li', { class: 'empty', text: 'No items' }) });
+    this.rows = keyedChildren(this.list, this.rows, rows);
     if (focusedId !== null) {
       const again = this.list.querySelector(`li[data-item-id="${focusedId}"]`);
       if (again) again.focus();
     }
   }
 
-  row(state, item, index, id, colours, members, shape) {
-    const problems = problemsOf(state.report, index);
-    const selected = state.selected.includes(id);
-    const hidden = state.hidden.includes(id);
-    const keys = keyCaptions(state, index, members) || 'no key';
+  row({ id, item, index, problems, selected, hidden, keys: captions, first, colour, shape }) {
+    const keys = captions || 'no key';
     const description = (item.icon && item.icon.description) || '';
-    const li = element('li', { role: 'option', tabindex: selected || (!state.selected.length && index === 0) ? 0 : -1,
+    const li = element('li', { role: 'option', tabindex: selected || first ? 0 : -1,
       'aria-selected': selected ? 'true' : 'false', 'data-item-id': id, 'data-item-index': index,
       class: `${hidden ? 'hidden ' : ''}${problems.length ? 'has-problems' : ''}`,
       'aria-label': `${item.type} ${keys}${description ? `, ${description}` : ''}${problems.length ? `, ${problems.length} problems` : ''}` },
-    element('span', { class: 'marker-glyph', style: `color:${colours[item.type] || '#fff'}`, 'aria-hidden': 'true',
+    element('span', { class: 'marker-glyph', style: `color:${colour || '#fff'}`, 'aria-hidden': 'true',
       text: GLYPHS[shape] || '●' }),
     element('span', { class: 'caption', text: keys, title: keys }),
     element('span', { class: 'type', text: item.type }),

@@ -7,8 +7,7 @@
 // browser's form of the server's recovery file.
 
 import { fetchEntry, forget, keep, listed, tabId } from './storage.js';
-
-const worker = new Worker('worker.js');
+import { worker } from './start.js';
 const pending = new Map();
 let nextId = 0;
 let broken = null;

@@ -17,7 +17,7 @@ import { Picture } from './picture.js';
 import { Store, focusItem, fromSnapshot, indexOf, keyCaptionOf, problemCount, valueAt } from './store.js';
 import { TestMode } from './testmode.js';
 import { arrange } from './arrange.js';
-import { element } from './dom.js';
+import { element, keyedChildren } from './dom.js';
 import { Elsewhere } from './elsewhere.js';
 
 const $ = (id) => document.getElementById(id);
@@ -178,6 +178,7 @@ function render(state) {
 }
 store.subscribe(render);
 
+let problemRows = new Map();
 function renderProblems(state) {
   // The report carries what the file itself holds that the library drops or
   // takes as given (unknown members, values out of range), from its opening.
@@ -185,17 +186,18 @@ function renderProblems(state) {
   const signature = `${state.version}`;
   if ($('problems').dataset.version === signature) return;
   $('problems').dataset.version = signature;
-  const items = findings.map((finding) => {
+  const rows = findings.map((finding) => ({ key: JSON.stringify([finding, state.ids[finding.item_index]]), make: () => {
     const where = finding.item_index >= 0 ? `keymaps[${finding.item_index}] (${finding.item_type}): ` : '';
     const li = element('li', { class: finding.severity, tabindex: 0, 'data-item-index': finding.item_index,
       text: `${where}${finding.message}` });
-    const pick = () => { if (finding.item_index >= 0) store.update({ selected: [state.ids[finding.item_index]] }); };
+    const id = state.ids[finding.item_index];
+    const pick = () => { if (finding.item_index >= 0) store.update({ selected: [id] }); };
     li.addEventListener('click', pick);
     li.addEventListener('keydown', (e) => { if (e.key === 'Enter') pick(); });
     return li;
-  });
-  if (items.length === 0) items.push(element('li', { class: 'none', text: 'No problems.' }));
-  $('problems').replaceChildren(...items);
+  } }));
+  if (rows.length === 0) rows.push({ key: 'none', make: () => element('li', { class: 'none', text: 'No problems.' }) });
+  problemRows = keyedChildren($('problems'), problemRows, rows);
 }
 
 // ---- actions ---------------------------------------------------------------

@@ -3,9 +3,13 @@
 // <g data-item-index> groups of the picture. A drag moves the groups on
 // screen at once and reports one distance, as a fraction of the screen, when
 // the pointer is released; the server's next picture then shows the result.
+// A pointer step touches only the dragged groups, and a new picture replaces
+// only the groups that differ from those shown, so both cost as much with a
+// thousand items as with a few.
 
 import { unansweredMoves } from './operations.js';
-import { snapOffset } from './snapping.js';
+import { changedItems, pictureParts } from './patching.js';
+import { SnapLines, snapOffset } from './snapping.js';
 import { markerOf, valueAt } from './store.js';
 
 const SVG = 'http://www.w3.org/2000/svg';
@@ -34,6 +38,8 @@ export class Picture {
     this.handlers = handlers;
     this.svg = null;
     this.shownSvg = null;
+    this.parts = null;
+    this.groups = [];
     this.drag = null;
     this.size = { width: 1920, height: 1080 };
     this.view = { zoom: 1 };
@@ -41,6 +47,9 @@ export class Picture {
     host.addEventListener('pointermove', (e) => this.moveTo(e));
     host.addEventListener('pointerup', (e) => this.up(e));
     host.addEventListener('pointercancel', () => this.cancel());
+    // No text is selected on the picture: the browser would otherwise look
+    // for the end of a selection among all the items at each pointer move.
+    host.addEventListener('selectstart', (e) => e.preventDefault());
     // A double click binds the item it hit, whatever was selected before:
     // the pointer is captured, so the hit is asked of the point itself.
     host.addEventListener('dblclick', (e) => {
@@ -57,22 +66,25 @@ export class Picture {
   idOf(group) { return this.state.ids[Number(group.dataset.itemIndex)]; }
   // A handle names its item by the index in its path, as drawn.
   idOfHandle(handle) { return this.state.ids[Number(/^keymaps\[(\d+)\]/.exec(handle.dataset.path)[1])]; }
-  items() { return this.host.querySelectorAll('g.item[data-item-index]'); }
+  items() { return this.groups.filter(Boolean); }
 
   /// Draws `state`; `unanswered` are the edits the server has not answered yet.
   render(state, unanswered, shapes) {
     this.state = state;
     this.shapes = shapes;
-    if (state.svg !== this.shownSvg) this.replace(state.svg);
+    const fresh = state.svg !== this.shownSvg;
+    if (fresh) this.show(state.svg);
     if (!this.svg) return;
     const pending = unansweredMoves(unanswered);
     const triggered = new Set(state.triggered.map((t) => t.index));
+    const selected = new Set(state.selected);
+    const hidden = new Set(state.hidden);
     for (const group of this.items()) {
       const index = Number(group.dataset.itemIndex);
       const id = state.ids[index];
-      group.classList.toggle('selected', state.selected.includes(id));
+      group.classList.toggle('selected', selected.has(id));
       group.classList.toggle('triggered', triggered.has(index));
-      group.style.display = state.hidden.includes(id) ? 'none' : '';
+      group.style.display = hidden.has(id) ? 'none' : '';
       const moved = pending.get(id);
       const dragging = this.drag && this.drag.kind === 'items' && this.drag.ids.includes(id);
       if (!dragging) {
@@ -82,10 +94,45 @@ export class Picture {
     }
     if (!this.drag) this.drawOverlay(state, pending);
     this.fit(state);
+    // For measurements: when the server's latest picture is on the page.
+    if (fresh) performance.mark('picture-drawn');
+  }
+
+  /// Shows the picture `svgText`: the groups that changed, or all of it when
+  /// its frame or its items did.
+  show(svgText) {
+    this.shownSvg = svgText;
+    const parts = svgText ? pictureParts(svgText) : null;
+    const changed = this.svg && this.svg.isConnected ? changedItems(this.parts, parts) : null;
+    this.parts = parts;
+    this.snapRadii = null;
+    // Each of the items' pieces of text is the group of its index.
+    if (changed && this.groups.length === parts.items.length) this.patch(parts, changed);
+    else this.replace(svgText);
+    // Measured while the page is idle, not at the first step of a drag.
+    const shown = this.shownSvg;
+    const idle = window.requestIdleCallback || ((fn) => setTimeout(fn, 100));
+    idle(() => { if (shown === this.shownSvg && !this.drag) this.measureRadii(); }, { timeout: 1000 });
+  }
+
+  patch(parts, changed) {
+    if (changed.length === 0) return;
+    const text = `${parts.root}${changed.map((index) => parts.items[index]).join('')}</svg>`;
+    const parsed = new DOMParser().parseFromString(text, 'image/svg+xml').documentElement;
+    const fresh = parsed.nodeName === 'svg' ? [...parsed.children] : [];
+    if (fresh.length !== changed.length || changed.some((index) => !this.groups[index])) {
+      this.replace(this.shownSvg);
+      return;
+    }
+    changed.forEach((index, k) => {
+      const group = document.importNode(fresh[k], true);
+      this.groups[index].replaceWith(group);
+      this.groups[index] = group;
+    });
+    this.keepDrag();
   }
 
   replace(svgText) {
-    this.shownSvg = svgText;
     if (!svgText) return;
     const parsed = new DOMParser().parseFromString(svgText, 'image/svg+xml');
     const svg = parsed.documentElement;
@@ -102,21 +149,79 @@ export class Picture {
     this.overlay = svgElement('g', { class: 'editor-overlay' });
     this.svg.append(this.overlay);
     this.host.replaceChildren(this.svg);
-    // A drag under way keeps its item where the pointer has it.
-    if (this.drag && this.drag.kind === 'items') this.drag.groups = this.drag.ids.map((id) => this.groupById(id));
+    this.groups = [];
+    for (const group of this.svg.querySelectorAll('g.item[data-item-index]')) {
+      this.groups[Number(group.dataset.itemIndex)] = group;
+    }
+    this.keepDrag();
   }
 
-  groupById(id) {
-    const index = this.state.ids.indexOf(id);
-    return this.host.querySelector(`g.item[data-item-index="${index}"]`);
+  // A drag under way keeps its item where the pointer has it.
+  keepDrag() {
+    if (!this.drag || this.drag.kind !== 'items') return;
+    const lifted = Boolean(this.drag.layer);
+    this.settle(this.drag);
+    this.drag.groups = this.drag.ids.map((id) => this.groupById(id));
+    if (lifted) this.lift(this.drag);
   }
 
-  // Pointer position in the picture's own units.
-  point(e) {
-    const matrix = this.svg.getScreenCTM();
-    if (!matrix) return { x: 0, y: 0 };
-    const p = new DOMPoint(e.clientX, e.clientY).matrixTransform(matrix.inverse());
+  // For a drag, copies of the dragged groups go to a layer of their own
+  // above the picture, and the layer is moved: the browser moves it as it
+  // stands, without painting the other items again at each step. The
+  // guides have a layer of their own, which also covers the items: the
+  // pointer is captured, but the browser still looks for what lies under the
+  // drag's start at each move, and finds the cover at once.
+  lift(drag) {
+    const layer = (kind = '') => svgElement('svg', { class: `drag-layer${kind}`, 'aria-hidden': 'true',
+      viewBox: this.svg.getAttribute('viewBox'), preserveAspectRatio: this.svg.getAttribute('preserveAspectRatio') || 'xMidYMid meet' });
+    drag.layer = layer();
+    for (const group of drag.groups) {
+      if (!group) continue;
+      drag.layer.append(group.cloneNode(true));
+      group.classList.add('lifted');
+    }
+    drag.guides = svgElement('g', { class: 'editor-overlay' });
+    const guides = layer(' shield');
+    guides.append(drag.guides);
+    this.host.append(guides, drag.layer);
+    this.moveLayer(drag);
+  }
+
+  moveLayer(drag) {
+    const { x, y } = drag.offset;
+    drag.layer.style.transform = `translate(${x / drag.inverse.a}px, ${y / drag.inverse.d}px)`;
+  }
+
+  // The dragged groups back in the picture, where the pointer left them.
+  settle(drag) {
+    if (!drag.layer) return;
+    drag.layer.remove();
+    drag.guides.ownerSVGElement.remove();
+    drag.layer = null;
+    drag.guides = null;
+    this.shownGuides = null;
+    const { x, y } = drag.offset;
+    for (const group of drag.groups) {
+      if (!group) continue;
+      group.classList.remove('lifted');
+      group.setAttribute('transform', `translate(${x} ${y})`);
+    }
+  }
+
+  groupById(id) { return this.groups[this.state.ids.indexOf(id)] || null; }
+
+  // Pointer position in the picture's own units. A drag asks with the
+  // picture's matrix of its start: asking the page for it at every step
+  // would lay the whole picture out again after each move.
+  point(e, inverse = this.inverse()) {
+    if (!inverse) return { x: 0, y: 0 };
+    const p = new DOMPoint(e.clientX, e.clientY).matrixTransform(inverse);
     return { x: p.x, y: p.y };
+  }
+
+  inverse() {
+    const matrix = this.svg.getScreenCTM();
+    return matrix ? matrix.inverse() : null;
   }
 
   /// The screen's shorter side, the unit of radii.
@@ -221,11 +326,14 @@ export class Picture {
     // The picture takes the keyboard (and a field being edited commits, to
     // its own item) before the selection changes.
     this.pressed = null;
+    // A drag whose release never came (another button, a lost capture) ends here.
+    if (this.drag && this.drag.kind === 'items') this.settle(this.drag);
     if (document.activeElement !== this.host) this.host.focus({ preventScroll: true });
     const current = this.handlers.current();
     if (e.button === 1 || (e.button === 0 && this.spaceHeld)) { this.startPan(e); return; }
     if (e.button !== 0) return;
-    const p = this.point(e);
+    const inverse = this.inverse();
+    const p = this.point(e, inverse);
     if (current.mode === 'pick' || current.mode === 'record') {
       this.handlers.press({ x: p.x / this.size.width, y: p.y / this.size.height, down: true, time: e.timeStamp });
       this.host.setPointerCapture(e.pointerId);
@@ -236,7 +344,7 @@ export class Picture {
     if (current.mode !== 'edit') return;
     const handle = e.target.closest && e.target.closest('.handle');
     if (handle) {
-      this.drag = { kind: 'handle', handle, start: p, moved: false, id: this.idOfHandle(handle),
+      this.drag = { kind: 'handle', handle, start: p, inverse, moved: false, id: this.idOfHandle(handle),
         x0: Number(handle.getAttribute('cx') ?? Number(handle.getAttribute('x')) + 5),
         y0: Number(handle.getAttribute('cy') ?? Number(handle.getAttribute('y')) + 5) };
       this.host.setPointerCapture(e.pointerId);
@@ -254,7 +362,7 @@ export class Picture {
     }
     if (!ids.includes(id)) { ids = [id]; this.handlers.select(ids); }
     const anchor = this.markerAt(this.state.doc.keymaps[Number(group.dataset.itemIndex)]) || p;
-    this.drag = { kind: 'items', ids, groups: ids.map((x) => this.groupById(x)), start: p, anchor,
+    this.drag = { kind: 'items', ids, groups: ids.map((x) => this.groupById(x)), start: p, inverse, anchor,
       moved: false, offset: { x: 0, y: 0 } };
     this.host.setPointerCapture(e.pointerId);
     e.preventDefault();
@@ -264,7 +372,7 @@ export class Picture {
     if (!this.drag) return;
     if (this.drag.kind === 'pan') { this.pan(e); return; }
     if (this.drag.kind === 'press') return;
-    const p = this.point(e);
+    const p = this.point(e, this.drag.inverse);
     let dx = p.x - this.drag.start.x;
     let dy = p.y - this.drag.start.y;
     this.drag.moved = this.drag.moved || Math.abs(dx) + Math.abs(dy) > 1;
@@ -279,9 +387,8 @@ export class Picture {
         guides = snapped.guides;
       }
       this.drag.offset = { x: dx, y: dy };
-      for (const group of this.drag.groups) {
-        if (group) group.setAttribute('transform', `translate(${dx} ${dy})`);
-      }
+      if (this.drag.layer) this.moveLayer(this.drag);
+      else this.lift(this.drag);
       this.drawGuides(guides);
     } else {
       const h = this.drag.handle;
@@ -300,27 +407,39 @@ export class Picture {
     return p ? { x: p.x * this.size.width, y: p.y * this.size.height } : null;
   }
 
-  // Centres and edges of the other items and the screen's middle, for snapping.
+  // Centres and edges of the other items, for snapping: made once a drag,
+  // with the markers' sizes measured once a picture.
   targets() {
     if (this.drag.targets) return this.drag.targets;
-    const list = [{ x: this.size.width / 2, y: this.size.height / 2 }];
-    for (const group of this.items()) {
-      if (this.drag.groups.includes(group)) continue;
-      const at = this.markerAt(this.state.doc.keymaps[Number(group.dataset.itemIndex)]);
+    this.measureRadii();
+    const dragged = new Set(this.drag.groups);
+    const list = [];
+    this.groups.forEach((group, index) => {
+      const at = dragged.has(group) ? null : this.markerAt(this.state.doc.keymaps[index]);
+      if (at) list.push({ ...at, r: this.snapRadii[index] });
+    });
+    this.drag.targets = new SnapLines(list);
+    return this.drag.targets;
+  }
+
+  measureRadii() {
+    if (this.snapRadii) return;
+    this.snapRadii = this.groups.map((group) => {
       const marker = group.querySelector('.marker');
-      if (at) list.push({ ...at, r: marker ? marker.getBBox().width / 2 : 0 });
-    }
-    this.drag.targets = list;
-    return list;
+      return marker ? marker.getBBox().width / 2 : 0;
+    });
   }
 
   drawGuides(guides) {
-    if (!this.overlay) return;
-    this.overlaySignature = null;
+    const layer = this.drag && this.drag.guides;
+    if (!layer) return;
+    const shown = JSON.stringify(guides);
+    if (shown === this.shownGuides) return;
+    this.shownGuides = shown;
     const lines = guides.map((g) => svgElement('line', g.axis === 'x'
       ? { class: 'guide', x1: g.at, y1: 0, x2: g.at, y2: this.size.height }
       : { class: 'guide', x1: 0, y1: g.at, x2: this.size.width, y2: g.at }));
-    this.overlay.replaceChildren(...lines);
+    layer.replaceChildren(...lines);
   }
 
   up(e) {
@@ -328,6 +447,7 @@ export class Picture {
     if (!drag) return;
     this.drag = null;
     if (drag.kind === 'pan') return;
+    if (drag.kind === 'items') this.settle(drag);
     if (drag.kind === 'press') {
       const p = this.point(e);
       this.handlers.press({ x: p.x / this.size.width, y: p.y / this.size.height, down: false, time: e.timeStamp });
@@ -365,6 +485,7 @@ export class Picture {
 
   cancel() {
     if (!this.drag) return;
+    if (this.drag.kind === 'items') this.settle(this.drag);
     this.drag = null;
     this.handlers.changed();
   }

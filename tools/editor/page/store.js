@@ -86,10 +86,18 @@ export function problemCount(report) {
   return report && Array.isArray(report.findings) ? report.findings.length : 0;
 }
 
-/// The findings about item `index`.
-export function problemsOf(report, index) {
-  return report && Array.isArray(report.findings)
-    ? report.findings.filter((f) => f.item_index === index || (f.items || []).includes(index)) : [];
+/// The findings about each item, by index: those on the item and those
+/// that name it among others.
+export function problemsByItem(report) {
+  const byItem = new Map();
+  const findings = report && Array.isArray(report.findings) ? report.findings : [];
+  for (const finding of findings) {
+    for (const index of new Set([finding.item_index, ...(finding.items || [])])) {
+      if (!byItem.has(index)) byItem.set(index, []);
+      byItem.get(index).push(finding);
+    }
+  }
+  return byItem;
 }
 
 /// The value at `member` ("a.b.c") inside `object`, or undefined.
