@@ -26,7 +26,7 @@ fail() {
 echo "-- SHA256SUMS and versions"
 (cd "$dist" && sha256sum --check --strict --quiet SHA256SUMS) || fail "SHA256SUMS does not match"
 listed=$(cut -d' ' -f3 "$dist/SHA256SUMS" | sort)
-present=$(cd "$dist" && ls | grep -vx SHA256SUMS | sort)
+present=$(cd "$dist" && find . -maxdepth 1 -type f ! -name SHA256SUMS -printf '%f\n' | sort)
 [ "$listed" = "$present" ] || fail "SHA256SUMS lists '$listed', dist holds '$present'"
 for deb in "$dist"/*.deb; do
     [ "$(dpkg-deb -f "$deb" Version)" = "$version" ] || fail "$deb is not version $version"
@@ -37,7 +37,13 @@ export PATH=$PATH:/usr/lib/wine WINEPREFIX=$work/wine WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree,mshtml="
 unset DISPLAY WAYLAND_DISPLAY
 stop_wine() { wineserver -k 2>/dev/null || true; }
-trap stop_wine EXIT
+server=
+# shellcheck disable=SC2317 # run by the trap
+cleanup() {
+    [ -z "$server" ] || kill "$server" 2>/dev/null || true
+    stop_wine
+}
+trap cleanup EXIT
 wine64 wineboot -i >/dev/null 2>&1
 wineserver -w
 
