@@ -94,8 +94,8 @@ if [ -z "$address" ]; then
     fail "the editor printed no address:"
     cat "$work/edit.out"
 else
-    state=$(curl -sf "${address%%/?*}/api/state?${address#*/?}" || true)
-    if grep -q '"keymaps"' <<<"$state"; then
+    state=$(curl -sf "${address%%/\?*}/api/state?${address#*/\?}" || true)
+    if grep -q '"joystick": *false' <<<"$state"; then
         echo "ok   /api/state with the printed token"
     else
         fail "/api/state answered: ${state:0:200}"
