@@ -14,6 +14,8 @@ install(TARGETS zuno-keymapmanager
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY include/zuno-keymapmanager DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
+install(FILES ${ZUNO_KM_GENERATED_INCLUDE}/zuno-keymapmanager/Version.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zuno-keymapmanager COMPONENT dev)
 
 install(EXPORT zuno-keymapmanager-targets
     NAMESPACE zuno::

@@ -9,6 +9,7 @@
 #define ZUNO_KEYMAPMANAGER_KEYMAPMANAGER_H
 
 #include "zuno-keymapmanager/Export.h"
+#include "zuno-keymapmanager/Version.h"
 
 // Model: keys, items, the factory, JSON member names and name lists.
 #include "zuno-keymapmanager/model/ConfigFactory.h"
