@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -593,6 +594,41 @@ TEST(Tool, ParallelAddsKeepEveryItem) {
     EXPECT_EQ(failed, 0);
     EXPECT_EQ(loadText(readBytes(file))->items.size(), 20U);
     EXPECT_EQ(dir.entries(), std::vector<std::string>{"k.json"}) << "the lock file goes";
+}
+
+// Another user who may read the folder, the file and a lock file left
+// behind, but write none of them, cannot hold the owner's edit up.
+TEST(Tool, ReadersCannotHoldTheLock) {
+    const std::vector<std::string> user = asAnotherUser();
+    if (geteuid() != 0 || user.empty() || access("/usr/bin/flock", X_OK) != 0) {
+        GTEST_SKIP() << "needs root, setpriv and flock";
+    }
+    TempDir dir;
+    chmod(dir.file("").c_str(), 0755);
+    const std::string file = dir.file("k.json");
+    writeBytes(file, documentWith(item("Click", kQ)));
+    writeBytes(dir.file(".k.json.zuno-keymap-lock"), "");
+    std::vector<Poco::ProcessHandle> holders;
+    for (const std::string& path : {dir.file(""), file, dir.file(".k.json.zuno-keymap-lock")}) {
+        std::vector<std::string> args(user.begin() + 1, user.end() - 1);
+        // One process that holds the lock until it is killed.
+        args.insert(args.end(),
+                    {"/bin/sh", "-c", "exec 9<\"$0\" && flock -n 9 && exec sleep 30", path});
+        holders.push_back(Poco::Process::launch(user.front(), args));
+        for (int tries = 0; tries < 250; ++tries) {
+            if (RunProgram("/usr/bin/flock", {"-n", "-E", "99", path, "true"}).status == 99) {
+                break;  // held
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+    }
+    const Result result = run({"add", file, "Click"});
+    for (Poco::ProcessHandle& holder : holders) {
+        Poco::Process::kill(holder);
+        holder.wait();
+    }
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(loadText(readBytes(file))->items.size(), 2U);
 }
 
 // Where no lock can be taken, the edit says so and writes nothing.
