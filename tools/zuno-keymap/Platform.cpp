@@ -270,7 +270,7 @@ bool FileLock::acquire(int timeoutMs, std::string& error) {
             }
         } else if (fd < 0 && errno == EEXIST) {
             fd = ::open(lockPath_.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
-            if (fd < 0 && errno == ENOENT) {
+            if (fd < 0 && errno == ENOENT && std::chrono::steady_clock::now() < deadline) {
                 continue;  // its holder just removed it
             }
         }
@@ -297,8 +297,7 @@ bool FileLock::acquire(int timeoutMs, std::string& error) {
                 fd_ = fd;
                 return true;
             }
-            ::close(fd);
-            continue;
+            errno = EAGAIN;  // as if still held: try again
         }
         const int cause = errno;
         ::close(fd);
