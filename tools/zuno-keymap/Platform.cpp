@@ -113,7 +113,7 @@ Utf8CommandLine::Utf8CommandLine(int argc, char** argv) : arguments_(arguments(a
 }
 
 std::string LockFileName(const std::string& base) {
-    const std::string name = "." + base + ".zuno-keymap-lock";
+    std::string name = "." + base + ".zuno-keymap-lock";
     constexpr std::size_t kLongestName = 255;
     if (name.size() <= kLongestName) {
         return name;
