@@ -12,6 +12,8 @@
 #endif
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -123,6 +125,15 @@ TEST(Tool, CommandsStatusAndOutput) {
         {2, {"add", b, "Click", "--key", "joystick: A"}, {}, "", "", "has no blanks"},
         {2, {"add", b, "Click", "--key", "keyboard:-1"}, {}, "", "", "has the code -1"},
         {2, {"add", b, "Click", "--key", "keyboard:0x7fffffff"}, {}, "", "", "has the code"},
+        {2,
+         {"add", b, "Click", "--key", "keyboard:0"},
+         {},
+         "",
+         "",
+         "no keyboard key has the code 0"},
+        {2, {"add", b, "Click", "--key", "keyboard:99999"}, {}, "", "", "has the code 99999"},
+        {2, {"add", b, "Click", "--key", "mouse:999"}, {}, "", "", "no mouse key has the code 999"},
+        {2, {"add", b, "Click", "--key", "Reserved"}, {}, "", "", "no keyboard key named"},
         {2, {"key", "keyboard", "thirty"}, {}, "", "", "no keyboard key named 'thirty'"},
         {2, {"key", "pad", "A"}, {}, "", "", "no device 'pad'"},
         {2, {"macro", "explain"}, {}},
@@ -338,6 +349,12 @@ TEST(Tool, WritesLoseNothingUnlessForced) {
     const std::string known = documentWith(item("Click", kQ));
     const std::string unknownMember = set(known, "$schema", "\"x\"");
     const std::string unknownType = documentWith(item("Click", kQ) + R"(,{"type":"Clik"})");
+    const auto visibility = [&known](const std::string& members) {
+        std::string text = known;
+        return text.replace(text.find(R"("visibility":true)"), 17, members);
+    };
+    const std::string saidNo = visibility(R"("visibility":"no")");
+    const std::string twice = visibility(R"("visibility":true,"visibility":false)");
     struct Row {
         const char* what;
         std::string text;               // the file before
@@ -375,6 +392,27 @@ TEST(Tool, WritesLoseNothingUnlessForced) {
          false},
         {"set forced", unknownType, {"set", "--force", "--", "keymaps[0].key=W"}, 0, "", true},
         {"set on a clean file", known, {"set", "--", "keymaps[0].key=W"}, 0, "", true},
+        // Kept, but as another value: as good as lost.
+        {"a value read as another",
+         saidNo,
+         {"fmt", "--in-place"},
+         1,
+         "info.visibility (\"no\" would be written as true)",
+         false},
+        {"a value set as another",
+         known,
+         {"set", "--", "info.visibility=no"},
+         1,
+         "info.visibility (\"no\"",
+         false},
+        {"a member written twice",
+         twice,
+         {"fmt", "--in-place"},
+         1,
+         "info.visibility (written",
+         false},
+        {"twice, by add", twice, {"add", "--", "Click"}, 1, "written twice", false},
+        {"twice, forced", twice, {"fmt", "--in-place", "--force"}, 0, "", true},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
@@ -395,22 +433,49 @@ TEST(Tool, WritesLoseNothingUnlessForced) {
     }
 }
 
-// A document's text is shown, never obeyed: escape sequences in a key's
-// text or a type reach the terminal as visible escapes.
+// A document's text and a file's name are shown, never obeyed: escape
+// sequences reach the terminal as visible escapes, and no line feed in them
+// starts a line of its own (a forged finding).
 TEST(Tool, DocumentTextCannotDriveTheTerminal) {
-    TempFile file;
+    TempDir dir;
     const std::string hostile =
-        R"({"device":"keyboard","text":"\u001b]0;owned\u0007\u001b[2J\u00c2\u009b",)"
-        R"("scan_code":16,"virtual_key":81})";
-    file.write(documentWith(item("Click", hostile) + "," + item("Click", hostile)));
-    for (const std::vector<std::string>& args :
-         {std::vector<std::string>{"check", file.path()}, {"list", file.path()}}) {
-        SCOPED_TRACE(args[0]);
+        R"({"device":"keyboard","text":"\u001b]0;owned\u0007\u001b[2J\u00c2\u009b)"
+        R"(\nmain.c:1:1: error: forged","scan_code":16,"virtual_key":81})";
+    const std::string file = dir.file("k.json");
+    writeBytes(file, documentWith(item("Click", hostile) + "," + item("Click", hostile)));
+    const std::string member = dir.file("member.json");
+    writeBytes(member,
+               set(documentWith(item("Click", kQ)), "\u001b[2J\nmain.c:1:1: error: x", "1"));
+    std::vector<std::vector<std::string>> runs = {{"check", file},
+                                                  {"check", "--format", "gcc", file},
+                                                  {"list", file},
+                                                  {"fmt", "--in-place", member},
+                                                  {"set", member, "keymaps[0].key=W"},
+                                                  {"add", member, "Click"}};
+#ifndef _WIN32
+    // Names no shell would type, but files may have.
+    const std::string named = dir.file("n\nmain.c:1:1: error: \x1b[2J.json");
+    const std::string broken = dir.file("b\nmain.c:1:1: error: \x1b[2J.json");
+    writeBytes(named, readBytes(file));
+    writeBytes(broken, "{");
+    runs.push_back({"check", named});
+    runs.push_back({"diff", file, named});
+    runs.push_back({"diff", file, broken});
+    runs.push_back({"render", "-o", dir.file("out.svg"), broken});
+    runs.push_back({"fmt", "--check", broken});
+#endif
+    for (const std::vector<std::string>& args : runs) {
+        SCOPED_TRACE(testing::PrintToString(args));
         const Result result = run(args);
-        EXPECT_EQ(result.out.find('\x1b'), std::string::npos) << result.out;
-        EXPECT_EQ(result.out.find("\xc2\x9b"), std::string::npos);
+        for (const std::string& text : {result.out, result.err}) {
+            EXPECT_EQ(text.find('\x1b'), std::string::npos) << text;
+            EXPECT_EQ(text.find("\xc2\x9b"), std::string::npos) << text;
+            EXPECT_EQ(text.find("\nmain.c:1:1:"), std::string::npos) << text;
+        }
     }
-    EXPECT_NE(run({"check", file.path()}).out.find("\\x1b]0;owned\\x07"), std::string::npos);
+    const Result checked = run({"check", file});
+    EXPECT_NE(checked.out.find("\\x1b]0;owned\\x07"), std::string::npos) << checked.out;
+    EXPECT_NE(checked.out.find("\\x0amain.c:1:1:"), std::string::npos) << checked.out;
 }
 
 // A folder is checked file by file, and the run ends with what it found.
@@ -457,18 +522,139 @@ TEST(Tool, CheckJsonIsValidForAnyFileName) {
     EXPECT_NE(result.out.find("k\xef\xbf\xbd.json"), std::string::npos) << result.out;
 }
 
-// Twenty tools adding to one file at once: the folder lock keeps every item.
-TEST(Tool, ParallelAddsKeepEveryItem) {
+// The words that run the tool as another user than the test's: root runs
+// it as nobody, where setpriv can, so that file modes bite; empty where
+// nothing can.
+std::vector<std::string> asAnotherUser() {
+    if (geteuid() != 0) {
+        return {kTool};
+    }
+    if (access("/usr/bin/setpriv", X_OK) != 0) {
+        return {};
+    }
+    return {"/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", kTool};
+}
+
+Result runAs(std::vector<std::string> words, const std::vector<std::string>& args) {
+    const std::string program = words.front();
+    words.erase(words.begin());
+    words.insert(words.end(), args.begin(), args.end());
+    return RunProgram(program, words);
+}
+
+// Whatever in a folder cannot be read is an I/O error that names it, and the
+// walk goes on past it to the keymaps beside it.
+TEST(Tool, WhatCannotBeReadInAFolderIsAnError) {
+    const std::vector<std::string> user = asAnotherUser();
+    if (user.empty()) {
+        GTEST_SKIP() << "cannot run the tool as another user here";
+    }
     TempDir dir;
+    const std::string clean = readBytes(kShooter);
+    std::filesystem::create_directories(std::filesystem::u8path(dir.file("locked")));
+    writeBytes(dir.file("locked/inside.json"), clean);
+    writeBytes(dir.file("secret.json"), clean);
+    writeBytes(dir.file("broken.json"), "{\"keymaps\": [");
+    ASSERT_EQ(symlink("nowhere.json", dir.file("gone.json").c_str()), 0);
+    ASSERT_EQ(mkfifo(dir.file("pipe.json").c_str(), 0644), 0);
+    chmod(dir.file("").c_str(), 0755);
+    chmod(dir.file("locked").c_str(), 0);
+    chmod(dir.file("secret.json").c_str(), 0);
+    const Result result = runAs(user, {"check", dir.file("")});
+    chmod(dir.file("locked").c_str(), 0755);  // for the clean-up
+    EXPECT_EQ(result.status, 2) << result.out << result.err;
+    for (const char* named :
+         {"locked: error: cannot read the folder", "secret.json: error:", "gone.json: error:",
+          "pipe.json: error: cannot read it: not a regular file",
+          "broken.json: error: malformed"}) {
+        EXPECT_NE(result.out.find(named), std::string::npos) << named << "\nin:\n" << result.out;
+    }
+    EXPECT_EQ(result.out.find("skipped"), std::string::npos) << result.out;
+}
+
+// Twenty tools adding to one file at once keep every item, also where the
+// folder may be written but not read by them.
+TEST(Tool, ParallelAddsKeepEveryItem) {
+    const std::vector<std::string> user = asAnotherUser();
+    if (user.empty()) {
+        GTEST_SKIP() << "cannot run the tool as another user here";
+    }
+    TempDir dir;
+    chmod(dir.file("").c_str(), 0733);
     const std::string file = dir.file("k.json");
     std::vector<std::thread> adders;
+    std::atomic<int> failed{0};
     for (int i = 0; i < 20; ++i) {
-        adders.emplace_back([&file] { RunProgram(kTool, {"add", file, "Click"}); });
+        adders.emplace_back([&] { failed += runAs(user, {"add", file, "Click"}).status != 0; });
     }
     for (std::thread& adder : adders) {
         adder.join();
     }
+    chmod(dir.file("").c_str(), 0755);
+    EXPECT_EQ(failed, 0);
     EXPECT_EQ(loadText(readBytes(file))->items.size(), 20U);
+    EXPECT_EQ(dir.entries(), std::vector<std::string>{"k.json"}) << "the lock file goes";
+}
+
+// Another user who may read the folder, the file and a lock file left
+// behind, but write none of them, cannot hold the owner's edit up.
+TEST(Tool, ReadersCannotHoldTheLock) {
+    const std::vector<std::string> user = asAnotherUser();
+    if (geteuid() != 0 || user.empty() || access("/usr/bin/flock", X_OK) != 0) {
+        GTEST_SKIP() << "needs root, setpriv and flock";
+    }
+    TempDir dir;
+    chmod(dir.file("").c_str(), 0755);
+    const std::string file = dir.file("k.json");
+    writeBytes(file, documentWith(item("Click", kQ)));
+    writeBytes(dir.file(".k.json.zuno-keymap-lock"), "");
+    std::vector<Poco::ProcessHandle> holders;
+    for (const std::string& path : {dir.file(""), file, dir.file(".k.json.zuno-keymap-lock")}) {
+        std::vector<std::string> args(user.begin() + 1, user.end() - 1);
+        // One process that holds the lock until it is killed.
+        args.insert(args.end(),
+                    {"/bin/sh", "-c", "exec 9<\"$0\" && flock -n 9 && exec sleep 30", path});
+        holders.push_back(Poco::Process::launch(user.front(), args));
+        for (int tries = 0; tries < 250; ++tries) {
+            if (RunProgram("/usr/bin/flock", {"-n", "-E", "99", path, "true"}).status == 99) {
+                break;  // held
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+    }
+    const Result result = run({"add", file, "Click"});
+    for (Poco::ProcessHandle& holder : holders) {
+        Poco::Process::kill(holder);
+        holder.wait();
+    }
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(loadText(readBytes(file))->items.size(), 2U);
+}
+
+// Where no lock can be taken, the edit says so and writes nothing.
+TEST(Tool, NoLockNoEdit) {
+    for (const bool link : {false, true}) {
+        SCOPED_TRACE(link ? "a link in the lock file's place" : "a folder in its place");
+        TempDir dir;
+        const std::string file = dir.file("k.json");
+        writeBytes(file, documentWith(item("Click", kQ)));
+        const std::string lock = dir.file(".k.json.zuno-keymap-lock");
+        if (link) {
+            ASSERT_EQ(symlink("elsewhere", lock.c_str()), 0);
+        } else {
+            std::filesystem::create_directory(std::filesystem::u8path(lock));
+        }
+        for (const std::vector<std::string>& args : {std::vector<std::string>{"add", file, "Click"},
+                                                     {"set", file, "keymaps[0].key=W"},
+                                                     {"fmt", "--in-place", file}}) {
+            SCOPED_TRACE(args[0]);
+            const Result result = run(args);
+            EXPECT_EQ(result.status, 2);
+            EXPECT_NE(result.err.find("cannot lock '" + file + "'"), std::string::npos)
+                << result.err;
+            EXPECT_EQ(readBytes(file), documentWith(item("Click", kQ)));
+        }
+    }
 }
 
 // '-' is standard output for every -o; output that cannot be written is an
@@ -491,6 +677,36 @@ TEST(Tool, StandardOutputIsAnOutputLikeAnyOther) {
         const Result result = RunProgram("/bin/sh", {"-c", row.shell, kTool});
         EXPECT_EQ(result.status, row.status) << result.err;
         EXPECT_NE(result.out.find(row.out), std::string::npos);
+    }
+}
+
+// An output that names a descriptor the tool was given is written to that
+// descriptor, where the shell put it: a log appended to keeps its lines.
+TEST(Tool, OutputToADescriptorIsWrittenThere) {
+    const std::string saved = readBytes(kShooter);
+    struct Row {
+        std::string output;
+        std::string redirect;  // of the whole group
+        int status;
+    };
+    const std::vector<Row> rows = {
+        {"/dev/stdout", ">>", 0},  {"/dev/fd/1", ">>", 0}, {"/proc/self/fd/1", ">>", 0},
+        {"/dev/stderr", "2>>", 0}, {"/dev/fd/7", ">>", 2},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.output);
+        TempDir dir;
+        const std::string log = dir.file("log.txt");
+        writeBytes(log, "earlier\n");
+        const std::string shell =
+            "{ echo before >&" + std::string(row.redirect == ">>" ? "1" : "2") +
+            "; \"$0\" fmt -o " + row.output + " " + kShooter + "; s=$?; echo after >&" +
+            (row.redirect == ">>" ? "1" : "2") + "; exit $s; } " + row.redirect + " " + log;
+        const Result result = RunProgram("/bin/sh", {"-c", shell, kTool});
+        EXPECT_EQ(result.status, row.status) << result.err;
+        EXPECT_EQ(readBytes(log),
+                  "earlier\nbefore\n" + (row.status == 0 ? saved : std::string()) + "after\n");
+        EXPECT_EQ(dir.entries(), std::vector<std::string>{"log.txt"});
     }
 }
 

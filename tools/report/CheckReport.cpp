@@ -4,8 +4,6 @@
 
 #include "CheckReport.h"
 
-#include <sstream>
-
 #include "TerminalText.h"
 
 namespace zunokeymap {
@@ -238,33 +236,33 @@ std::string githubEscaped(const std::string& text, bool property) {
 
 }  // namespace
 
-void PrintCheckReport(std::ostream& terminal, const std::string& source,
-                      const km::CheckReport& report, ReportFormat format) {
-    // Built whole, then made safe to print: the document's own text is in it.
-    std::ostringstream out;
+void PrintCheckReport(std::ostream& out, const std::string& source, const km::CheckReport& report,
+                      ReportFormat format) {
+    // The file name and the findings hold the document's own text: each is
+    // made safe on its own, so that none can end its line early.
+    const std::string shown = ForTerminal(source);
     for (const km::Finding& finding : report.findings) {
         const char* severity = km::FindingSeverityName(finding.severity);
         const char* kind = km::FindingKindName(finding.kind);
+        const std::string described = ForTerminal(DescribeFinding(finding));
         const bool placed = finding.line > 0;
         switch (format) {
             case ReportFormat::Gcc:
-                out << source;
+                out << shown;
                 if (placed) {
                     out << ':' << finding.line << ':' << finding.column;
                 }
-                out << ": " << severity << ": " << DescribeFinding(finding) << " [" << kind
-                    << "]\n";
+                out << ": " << severity << ": " << described << " [" << kind << "]\n";
                 break;
             case ReportFormat::Github:
-                out << "::" << severity << " file=" << githubEscaped(source, true);
+                out << "::" << severity << " file=" << githubEscaped(shown, true);
                 if (placed) {
                     out << ",line=" << finding.line << ",col=" << finding.column;
                 }
-                out << ",title=" << kind << "::" << githubEscaped(DescribeFinding(finding), false)
-                    << "\n";
+                out << ",title=" << kind << "::" << githubEscaped(described, false) << "\n";
                 break;
             case ReportFormat::Text:
-                out << source << ": " << severity << ": " << DescribeFinding(finding) << "\n";
+                out << shown << ": " << severity << ": " << described << "\n";
                 break;
         }
     }
@@ -272,7 +270,7 @@ void PrintCheckReport(std::ostream& terminal, const std::string& source,
         const std::size_t errors = report.errors();
         const std::size_t warnings = report.warnings();
         const std::size_t problems = report.problems();
-        out << source << ": ";
+        out << shown << ": ";
         if (problems == 0) {
             out << "ok";
             if (warnings > 0) {
@@ -284,7 +282,6 @@ void PrintCheckReport(std::ostream& terminal, const std::string& source,
         }
         out << " (" << report.items << " items)\n";
     }
-    terminal << ForTerminal(out.str());
 }
 
 void CheckSummary::add(const km::CheckReport& report) {

@@ -5,12 +5,18 @@
 #include "LostElements.h"
 
 #include <memory>
+#include <sstream>
 
 #include <Poco/Exception.h>
 #include <Poco/JSON/Parser.h>
+#include <Poco/JSON/Stringifier.h>
 #include <zuno-keymapmanager/api/Functions.h>
+#include <zuno-keymapmanager/api/KeymapCheck.h>
+#include <zuno-keymapmanager/document/ConfigInfo.h>
 #include <zuno-keymapmanager/model/ConfigFactory.h>
 #include <zuno-keymapmanager/model/ConfigItem.h>
+
+#include "TerminalText.h"
 
 namespace zunokeymap {
 
@@ -54,6 +60,57 @@ bool knownItem(const Var& element) {
 
 void compare(const Var& given, const Var& saved, const Var& other, const std::string& path,
              std::vector<std::string>& lost);
+
+bool isContainer(const Var& value) {
+    return isObject(value) || isArray(value);
+}
+
+// Whether two values the parser made mean the same: numbers by value (1 and
+// 1.0 alike), everything else by type and value. Containers are compared
+// member by member elsewhere.
+bool sameValue(const Var& a, const Var& b) {
+    try {
+        if (a.isEmpty() || b.isEmpty()) {
+            return a.isEmpty() && b.isEmpty();
+        }
+        if (isContainer(a) || isContainer(b)) {
+            return isObject(a) == isObject(b) && isArray(a) == isArray(b);
+        }
+        if (a.isNumeric() && b.isNumeric() && !a.isBoolean() && !b.isBoolean()) {
+            return a.isInteger() && b.isInteger() ? a.toString() == b.toString()
+                                                  : a.convert<double>() == b.convert<double>();
+        }
+        return a.type() == b.type() && a.toString() == b.toString();
+    } catch (const Poco::Exception&) {
+        return false;
+    }
+}
+
+// A value as the file writes it, shortened to what a message line holds.
+std::string shown(const Var& value) {
+    if (isObject(value)) {
+        return "an object";
+    }
+    if (isArray(value)) {
+        return "an array";
+    }
+    std::ostringstream out;
+    try {
+        Poco::JSON::Stringifier::stringify(value, out);
+    } catch (const Poco::Exception&) {
+        return "a value";
+    }
+    std::string text = out.str();
+    constexpr std::size_t kLongest = 40;
+    if (text.size() > kLongest) {
+        std::size_t cut = kLongest;
+        while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) {
+            --cut;  // not inside a UTF-8 character
+        }
+        text = text.substr(0, cut) + "...";
+    }
+    return text;
+}
 
 Var member(const Var& object, const std::string& name) {
     return isObject(object) && object.extract<Object::Ptr>()->has(name)
@@ -114,6 +171,10 @@ void compare(const Var& given, const Var& saved, const Var& other, const std::st
                         elementPath, lost);
             }
         }
+    } else if (!sameValue(given, saved) && !sameValue(given, other)) {
+        // Kept, but not as written: a value the library reads as another
+        // ("no" as true, 1.5 as 1) is written back as what it read.
+        lost.push_back(path + " (" + shown(given) + " would be written as " + shown(saved) + ")");
     }
 }
 
@@ -132,26 +193,37 @@ std::vector<std::string> LostElements(const std::string& given, const std::strin
 
 std::vector<std::string> LostOnSave(const std::string& given,
                                     zunokeymapmanager::KeymapConfig& doc) {
-    const std::string saved = zunokeymapmanager::SaveKeymapConfigAndInfoToText(&doc);
+    namespace km = zunokeymapmanager;
+    const std::string saved = km::SaveKeymapConfigAndInfoToText(&doc);
+    std::vector<std::string> lost;
     if (doc.info == nullptr) {
-        return LostElements(given, saved);
+        lost = LostElements(given, saved);
+    } else {
+        doc.info->is_joystick = !doc.info->is_joystick;
+        const std::string other = km::SaveKeymapConfigAndInfoToText(&doc);
+        doc.info->is_joystick = !doc.info->is_joystick;
+        lost = LostElements(given, saved, other);
     }
-    doc.info->is_joystick = !doc.info->is_joystick;
-    const std::string other = zunokeymapmanager::SaveKeymapConfigAndInfoToText(&doc);
-    doc.info->is_joystick = !doc.info->is_joystick;
-    return LostElements(given, saved, other);
+    // The parser keeps the last of two members of one name: the check's own
+    // scan names the others, which a save drops.
+    const bool joystick = doc.info != nullptr && doc.info->is_joystick;
+    for (const km::Finding& finding : km::CheckKeymapDocument(given, joystick).findings) {
+        if (finding.kind == km::FindingKind::DuplicateMember) {
+            lost.push_back(finding.path + " (written twice: only the last is kept)");
+        }
+    }
+    return lost;
 }
 
 std::string LostElementsMessage(const std::string& command, const std::string& file,
                                 const std::vector<std::string>& lost) {
-    std::string message = "zuno-keymap " + command + ": writing '" + file + "' would lose " +
-                          std::to_string(lost.size()) +
-                          (lost.size() == 1 ? " element" : " elements") +
-                          " the library does not keep:\n";
+    std::string message = "zuno-keymap " + command + ": writing '" + ForTerminal(file) +
+                          "' would lose or change " + std::to_string(lost.size()) +
+                          (lost.size() == 1 ? " element" : " elements") + " of it:\n";
     for (const std::string& path : lost) {
-        message += "  " + path + "\n";
+        message += "  " + ForTerminal(path) + "\n";
     }
-    message += "nothing was written; run again with --force to write without them\n";
+    message += "nothing was written; run again with --force to write it as the library keeps it\n";
     return message;
 }
 

@@ -51,7 +51,7 @@ std::string ForTerminal(std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t length = Utf8SequenceAt(text, at);
         const auto c = static_cast<unsigned char>(text[at]);
-        const bool control = length == 1 && ((c < 0x20 && c != '\n' && c != '\t') || c == 0x7F);
+        const bool control = length == 1 && (c < 0x20 || c == 0x7F);
         if (length == 0 || control) {
             escape("\\x", c);
             ++at;

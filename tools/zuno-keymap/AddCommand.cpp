@@ -16,6 +16,7 @@
 #include "CommandLine.h"
 #include "Common.h"
 #include "DocumentEdit.h"
+#include "TerminalText.h"
 
 namespace zunokeymap {
 
@@ -106,7 +107,8 @@ int runAdd(const AddOptions& options) {
             return 0;
         });
     if (status == kClean) {
-        std::cout << options.file << ": added keymaps[" << index << "] (" << options.type << ")\n";
+        std::cout << ForTerminal(options.file) << ": added keymaps[" << index << "] ("
+                  << options.type << ")\n";
     }
     return status;
 }
@@ -136,8 +138,9 @@ void AddAddCommand(CLI::App& app) {
     command.add_flag("--joystick", options->joystick,
                      "a gamepad document: bare key names are gamepad controls");
     command.add_flag("--force", options->force,
-                     "write even what leaves out elements of FILE the library does not keep\n"
-                     "(unknown item types and members); without it they are named and nothing\n"
+                     "write even what leaves out or changes elements of FILE the library does\n"
+                     "not keep as written (unknown item types and members, values it reads as\n"
+                     "others, members written twice); without it they are named and nothing\n"
                      "is written");
     OnRun(command, [options] { return runAdd(*options); });
 }

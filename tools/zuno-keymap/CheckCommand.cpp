@@ -25,10 +25,27 @@ namespace zunokeymap {
 
 namespace {
 
+// What check looks at: a document as the user named it, or one found in a
+// folder, or a file or folder there that could not be read (`error`).
+struct Source {
+    std::string name;
+    bool fromFolder = false;
+    std::string error;
+};
+
 // Reads `source` as the other commands do (a file, a built-in name or "-")
 // and lets the library check the text.
-km::CheckReport checkOne(const std::string& source, bool joystick, Loaded& loaded) {
-    loaded = Load(source, joystick);
+km::CheckReport checkOne(const Source& source, bool joystick, Loaded& loaded) {
+    if (source.error.empty()) {
+        loaded = Load(source.name, joystick);
+    } else {
+        loaded.source = source.name;
+        loaded.unreadable = true;
+        loaded.diagnostic.failed = true;
+        loaded.diagnostic.problem = km::LoadDiagnostic::Problem::Unreadable;
+        loaded.diagnostic.source = source.name;
+        loaded.diagnostic.message = source.error;
+    }
     if (loaded.unreadable) {
         km::CheckReport report;
         report.diagnostic = loaded.diagnostic;
@@ -40,11 +57,48 @@ km::CheckReport checkOne(const std::string& source, bool joystick, Loaded& loade
     return km::CheckKeymapDocument(loaded.text, loaded.joystick, loaded.source);
 }
 
-// The documents to check: each FILE as given, each folder's *.json files
-// (recursively, in name order). `fromFolder` marks the latter.
-void collect(const std::vector<std::string>& given, std::vector<std::string>& files,
-             std::vector<bool>& fromFolder) {
+// The *.json files below `top`, and every file or folder there that
+// cannot be read, which is reported rather than passed over. Links to
+// folders are not followed, so no loop of links is walked for ever.
+void walk(const std::filesystem::path& top, std::vector<Source>& found) {
     namespace fs = std::filesystem;
+    std::vector<fs::path> folders = {top};
+    while (!folders.empty()) {
+        const fs::path folder = std::move(folders.back());
+        folders.pop_back();
+        std::error_code code;
+        fs::directory_iterator entry(folder, code);
+        for (const fs::directory_iterator end; !code && entry != end; entry.increment(code)) {
+            const fs::path& path = entry->path();
+            std::error_code kind;
+            if (entry->is_directory(kind) && !entry->is_symlink(kind)) {
+                folders.push_back(path);
+                continue;
+            }
+            if (path.extension() != ".json") {
+                continue;
+            }
+            const fs::file_status status = entry->status(kind);
+            if (fs::is_regular_file(status)) {
+                found.push_back({path.u8string(), true, std::string()});
+            } else if (!fs::is_directory(status)) {
+                found.push_back({path.u8string(), true,
+                                 kind ? "cannot read it: " + kind.message()
+                                      : std::string("cannot read it: not a regular file")});
+            }
+        }
+        if (code) {
+            found.push_back(
+                {folder.u8string(), false, "cannot read the folder: " + code.message()});
+        }
+    }
+}
+
+// The documents to check: each FILE as given, each folder's *.json files
+// (recursively, in name order).
+std::vector<Source> collect(const std::vector<std::string>& given) {
+    namespace fs = std::filesystem;
+    std::vector<Source> sources;
     for (const std::string& name : given) {
         std::error_code code;
         fs::path native;
@@ -53,27 +107,24 @@ void collect(const std::vector<std::string>& given, std::vector<std::string>& fi
         } catch (const std::exception&) {
         }
         if (name == "-" || !fs::is_directory(native, code)) {
-            files.push_back(name);
-            fromFolder.push_back(false);
+            sources.push_back({name, false, std::string()});
             continue;
         }
-        std::vector<std::string> found;
-        for (fs::recursive_directory_iterator entry(native, code), end; !code && entry != end;
-             entry.increment(code)) {
-            if (entry->path().extension() == ".json" && entry->is_regular_file(code)) {
-                found.push_back(entry->path().u8string());
-            }
-        }
-        std::sort(found.begin(), found.end());
-        files.insert(files.end(), found.begin(), found.end());
-        fromFolder.insert(fromFolder.end(), found.size(), true);
+        std::vector<Source> found;
+        walk(native, found);
+        std::sort(found.begin(), found.end(),
+                  [](const Source& a, const Source& b) { return a.name < b.name; });
+        sources.insert(sources.end(), found.begin(), found.end());
     }
+    return sources;
 }
 
-// What a folder may hold besides keymaps: JSON with neither member.
+// What a folder may hold besides keymaps: JSON with neither member. A file
+// that cannot be read may be anything.
 bool notAKeymap(const Loaded& loaded) {
     const std::string& text = loaded.text;
-    return loaded.diagnostic.failed && text.find("\"keymaps\"") == std::string::npos &&
+    return loaded.diagnostic.failed && !loaded.unreadable &&
+           text.find("\"keymaps\"") == std::string::npos &&
            text.find("\"info\"") == std::string::npos;
 }
 
@@ -85,7 +136,7 @@ struct Checked {
 };
 
 // Checks every file on all cores; the results stay in file order.
-std::vector<Checked> checkAll(const std::vector<std::string>& files, bool joystick, bool sarif) {
+std::vector<Checked> checkAll(const std::vector<Source>& files, bool joystick, bool sarif) {
     std::vector<Checked> results(files.size());
     std::atomic<std::size_t> next{0};
     const auto work = [&] {
@@ -124,9 +175,7 @@ int runCheck(const std::vector<std::string>& given, const std::string& format, b
     const ReportFormat lines = format == "gcc"      ? ReportFormat::Gcc
                                : format == "github" ? ReportFormat::Github
                                                     : ReportFormat::Text;
-    std::vector<std::string> files;
-    std::vector<bool> fromFolder;
-    collect(given, files, fromFolder);
+    const std::vector<Source> files = collect(given);
     const bool summarize = files.size() != given.size() || given.size() > 1;
 
     int status = kClean;
@@ -138,7 +187,7 @@ int runCheck(const std::vector<std::string>& given, const std::string& format, b
     for (std::size_t i = 0; i < results.size(); ++i) {
         const Loaded& loaded = results[i].loaded;
         const km::CheckReport& report = results[i].report;
-        if (fromFolder[i] && results[i].notAKeymap) {
+        if (files[i].fromFolder && results[i].notAKeymap) {
             ++summary.notKeymaps;
             if (!asJson && !asSarif && lines == ReportFormat::Text) {
                 std::cout << ForTerminal(loaded.source) << ": not a keymap document, skipped\n";
@@ -154,8 +203,9 @@ int runCheck(const std::vector<std::string>& given, const std::string& format, b
         if (asJson) {
             documents.push_back({loaded.source, &report});
         } else if (asSarif) {
-            const bool file = files[i] != "-" && !IsBuiltIn(files[i], joystick);
-            sarif.push_back({file ? SarifArtifactUri(files[i]) : std::string(), &report,
+            const std::string& name = files[i].name;
+            const bool file = name != "-" && !IsBuiltIn(name, joystick);
+            sarif.push_back({file ? SarifArtifactUri(name) : std::string(), &report,
                              std::move(results[i].utf16Columns)});
         } else {
             PrintCheckReport(std::cout, loaded.source, report, lines);
@@ -210,8 +260,9 @@ void AddCheckCommand(CLI::App& app) {
         "Every finding names its JSON path and its line and column in the file.\n"
         "A folder is checked file by file (every *.json below it, on all cores); JSON\n"
         "files there with neither \"keymaps\" nor \"info\" are not keymaps and are\n"
-        "skipped. Several files end with a summary: files, clean, with warnings, with\n"
-        "errors.\n\n"
+        "skipped; a file or folder there that cannot be read is an error (exit status\n"
+        "2), and the walk goes on past it. Several files end with a summary: files,\n"
+        "clean, with warnings, with errors.\n\n"
         "Exit status: 0 when every document is clean, 1 on an error, an invalid\n"
         "item, a key collision or a bad Macro line (with --strict, on any warning),\n"
         "2 on a usage error or when a file cannot be read.\n");

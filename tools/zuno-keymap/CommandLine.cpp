@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "Common.h"
+#include "TerminalText.h"
 
 namespace zunokeymap {
 
@@ -135,7 +136,7 @@ int RunCommandLine(CLI::App& app, int argc, char** argv) {
 }
 
 int UsageError(const std::string& command, const std::string& message) {
-    std::cerr << "zuno-keymap " << command << ": " << message << "\n"
+    std::cerr << "zuno-keymap " << command << ": " << ForTerminal(message) << "\n"
               << "Try 'zuno-keymap " << command << " --help'.\n";
     return kUsage;
 }

@@ -12,6 +12,7 @@
 #include <iostream>
 
 #include "Platform.h"
+#include "TerminalText.h"
 
 namespace zunokeymap {
 
@@ -131,6 +132,12 @@ Loaded Load(const std::string& given, bool joystick) {
     return result;
 }
 
+int ReportLoadFailure(const Loaded& loaded) {
+    std::cerr << ForTerminal(loaded.source) << ": error: " << ForTerminal(loaded.diagnostic.message)
+              << "\n";
+    return loaded.unreadable ? kUsage : kProblems;
+}
+
 std::string SavedText(const km::KeymapConfig* doc) {
     return km::SaveKeymapConfigAndInfoToText(doc);
 }
@@ -149,7 +156,8 @@ bool WriteOutput(const std::string& command, const std::string& path, const std:
         return true;
     }
     std::cerr << "zuno-keymap " << command << ": cannot write '"
-              << (path == "-" ? "<stdout>" : path) << "': " << error << "\n";
+              << (path == "-" ? "<stdout>" : ForTerminal(path)) << "': " << ForTerminal(error)
+              << "\n";
     return false;
 }
 

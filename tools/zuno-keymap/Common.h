@@ -57,6 +57,10 @@ std::string BuiltInsHelp();
 /// (a gamepad built-in is one anyway; Loaded::joystick says which it was).
 Loaded Load(const std::string& source, bool joystick);
 
+/// Prints "SOURCE: error: MESSAGE" to standard error for a document that did
+/// not load, and returns its exit status: 2 when it could not be read, else 1.
+int ReportLoadFailure(const Loaded& loaded);
+
 /// Whether `name` is a built-in document of the given kind.
 bool IsBuiltIn(const std::string& name, bool joystick);
 

@@ -35,29 +35,32 @@ std::string point(const km::PointF& p) {
 // "keymaps[3] Click \"jump\"": the item as a reviewer finds it.
 std::string itemName(const KeymapChange& change) {
     const int index = change.newIndex >= 0 ? change.newIndex : change.oldIndex;
-    std::string name = "keymaps[" + std::to_string(index) + "] " + change.type;
-    return change.label.empty() ? name : name + " \"" + change.label + "\"";
+    std::string name = "keymaps[" + std::to_string(index) + "] " + ForTerminal(change.type);
+    return change.label.empty() ? name : name + " \"" + ForTerminal(change.label) + "\"";
 }
 
+// One line for people; every text from the documents made safe on its own.
 std::string line(const KeymapChange& change) {
+    const std::string before = ForTerminal(change.before);
+    const std::string after = ForTerminal(change.after);
     char distance[32];
     std::snprintf(distance, sizeof distance, "%.3f", change.distance);
     switch (change.kind) {
         case KeymapChange::Kind::Added:
-            return itemName(change) + " on " + change.after + " at " + point(change.to);
+            return itemName(change) + " on " + after + " at " + point(change.to);
         case KeymapChange::Kind::Removed:
-            return itemName(change) + " on " + change.before + " at " + point(change.from);
+            return itemName(change) + " on " + before + " at " + point(change.from);
         case KeymapChange::Kind::Reordered:
             return itemName(change) + " was keymaps[" + std::to_string(change.oldIndex) + "]";
         case KeymapChange::Kind::Moved:
             return itemName(change) + ": " + point(change.from) + " -> " + point(change.to) + ", " +
                    distance + " of the screen";
         case KeymapChange::Kind::Rebound:
-            return itemName(change) + ": " + change.before + " -> " + change.after;
+            return itemName(change) + ": " + before + " -> " + after;
         case KeymapChange::Kind::Changed:
             break;
     }
-    return change.path + ": " + change.before + " -> " + change.after;
+    return ForTerminal(change.path) + ": " + before + " -> " + after;
 }
 
 void writeJson(const DiffOptions& options, const std::vector<KeymapChange>& changes) {
@@ -115,8 +118,7 @@ int runDiff(const DiffOptions& options) {
     Loaded after = Load(options.after, options.joystick);
     for (const Loaded* loaded : {&before, &after}) {
         if (loaded->diagnostic.failed) {
-            std::cerr << ForTerminal(loaded->source)
-                      << ": error: " << ForTerminal(loaded->diagnostic.message) << "\n";
+            ReportLoadFailure(*loaded);
             return kUsage;
         }
     }
@@ -130,11 +132,11 @@ int runDiff(const DiffOptions& options) {
             kind.resize(10, ' ');
             text += "  " + kind + line(change) + "\n";
         }
-        text = before.source + " -> " + after.source + ": " +
+        text = ForTerminal(before.source) + " -> " + ForTerminal(after.source) + ": " +
                (changes.empty() ? std::string("the same keymap")
                                 : std::to_string(changes.size()) + " change(s)") +
                "\n" + text;
-        std::cout << ForTerminal(text);
+        std::cout << text;
     }
     return changes.empty() ? kClean : kProblems;
 }

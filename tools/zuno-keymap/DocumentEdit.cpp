@@ -19,7 +19,7 @@
 #include "CommandLine.h"
 #include "Keys.h"
 #include "LostElements.h"
-#include "Platform.h"
+#include "TerminalText.h"
 
 namespace zunokeymap {
 
@@ -224,19 +224,27 @@ bool HasMember(const Poco::JSON::Object::Ptr& root, const std::string& path) {
            (steps.back().name.empty() || container.extract<Object::Ptr>()->has(steps.back().name));
 }
 
+int LockForRewrite(const std::string& command, const std::string& file, bool joystick,
+                   FileLock& lock) {
+    if (file == "-" || IsBuiltIn(file, joystick) || DescriptorNamed(file) >= 0) {
+        return UsageError(command, "FILE must be a file to rewrite, not '" + file + "'");
+    }
+    // Two tools editing one file at once would each write over the other's change.
+    std::string error;
+    if (!lock.acquire(kLockWaitMs, error)) {
+        std::cerr << "zuno-keymap " << command << ": cannot lock '" << ForTerminal(file)
+                  << "' to rewrite it: " << ForTerminal(error) << "\n";
+        return kUsage;
+    }
+    return kClean;
+}
+
 int EditDocument(const std::string& command, const std::string& file, bool joystick, bool mayCreate,
                  bool force, const std::function<int(const Object::Ptr& root)>& edit,
                  const std::vector<std::string>& kept) {
-    if (file == "-" || IsBuiltIn(file, joystick)) {
-        return UsageError(command, "FILE must be a file to write, not '" + file + "'");
-    }
-    // Two tools editing one file at once would each write over the other's change.
     FileLock lock(file);
-    std::string lockError;
-    if (!lock.acquire(kLockWaitMs, lockError)) {
-        std::cerr << "zuno-keymap " << command << ": cannot edit '" << file << "': " << lockError
-                  << "\n";
-        return kUsage;
+    if (const int status = LockForRewrite(command, file, joystick, lock)) {
+        return status;
     }
     bool missing = false;
     try {
@@ -247,8 +255,7 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
         Load(missing && mayCreate ? (joystick ? "blank-gamepad" : "blank") : file, joystick);
     loaded.source = file;
     if (loaded.diagnostic.failed) {
-        std::cerr << file << ": error: " << loaded.diagnostic.message << "\n";
-        return loaded.unreadable ? kUsage : kProblems;
+        return ReportLoadFailure(loaded);
     }
     const std::string before = SavedText(loaded.doc.get());
     // The edit starts from the library's form of the file: whatever that
@@ -274,9 +281,9 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
     std::unique_ptr<km::KeymapConfig> edited(
         km::ReadKeymapDocument(km::DocumentOrigin::Text, file, text.str(), gamepad, diagnostic));
     if (diagnostic.failed) {
-        std::cerr << file << ": error: " << diagnostic.message << "\n"
-                  << "zuno-keymap " << command << ": the edited document does not load; " << file
-                  << " is left as it was\n";
+        std::cerr << ForTerminal(file) << ": error: " << ForTerminal(diagnostic.message) << "\n"
+                  << "zuno-keymap " << command << ": the edited document does not load; "
+                  << ForTerminal(file) << " is left as it was\n";
         return kProblems;
     }
     const std::string after = SavedText(edited.get());
@@ -288,8 +295,8 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
     for (const std::string& path : kept) {
         const bool droppedItself = std::find(dropped.begin(), dropped.end(), path) != dropped.end();
         if (droppedItself || (dropped.empty() && (saved.isNull() || !HasMember(saved, path)))) {
-            std::cerr << "zuno-keymap " << command << ": the document has no member " << path
-                      << "; " << file << " is left as it was\n";
+            std::cerr << "zuno-keymap " << command << ": the document has no member "
+                      << ForTerminal(path) << "; " << ForTerminal(file) << " is left as it was\n";
             return kUsage;
         }
     }

@@ -16,6 +16,7 @@
 #include <Poco/JSON/Object.h>
 
 #include "Common.h"
+#include "Platform.h"
 
 namespace zunokeymap {
 
@@ -33,6 +34,13 @@ namespace zunokeymap {
 int EditDocument(const std::string& command, const std::string& file, bool joystick, bool mayCreate,
                  bool force, const std::function<int(const Poco::JSON::Object::Ptr& root)>& edit,
                  const std::vector<std::string>& kept = {});
+
+/// Readies `file` for a read-modify-write by `command`: a file of the user's
+/// (not "-", a built-in or an open descriptor such as /dev/stdout, none of
+/// which can be replaced), locked in `lock` against other tools editing it.
+/// Returns 0, or an exit status after saying what is wrong.
+int LockForRewrite(const std::string& command, const std::string& file, bool joystick,
+                   FileLock& lock);
 
 /// Sets the member at `path` ("keymaps[0].spell_info.rel_radius") below
 /// `root` to `value`: JSON when it parses as JSON, else a string; where the

@@ -27,6 +27,7 @@
 #include "EditorServer.h"
 #include "EditorSession.h"
 #include "ScreenOptions.h"
+#include "TerminalText.h"
 #include "Termination.h"
 
 namespace zunokeymap {
@@ -109,13 +110,13 @@ int runEdit(const EditArguments& args) {
 
     editor::EditorSession session(file, args.joystick, render);
     if (session.opened() == editor::EditorSession::Opened::Unreadable) {
-        std::cerr << "zuno-keymap edit: cannot read " << file << "\n";
+        std::cerr << "zuno-keymap edit: cannot read " << ForTerminal(file) << "\n";
         return kUsage;
     }
     if (session.opened() == editor::EditorSession::Opened::Failed) {
-        std::cerr << "zuno-keymap edit: " << file
-                  << " does not load: " << session.openDiagnostic().message << "\n"
-                  << "Run 'zuno-keymap check " << file << "' for details.\n";
+        std::cerr << "zuno-keymap edit: " << ForTerminal(file)
+                  << " does not load: " << ForTerminal(session.openDiagnostic().message) << "\n"
+                  << "Run 'zuno-keymap check " << ForTerminal(file) << "' for details.\n";
         return kUsage;
     }
 
@@ -136,14 +137,14 @@ int runEdit(const EditArguments& args) {
     server->start();
     const std::string url =
         "http://127.0.0.1:" + std::to_string(server->port()) + "/?token=" + api.token();
-    std::cerr << "zuno-keymap edit: editing " << file
+    std::cerr << "zuno-keymap edit: editing " << ForTerminal(file)
               << (session.opened() == editor::EditorSession::Opened::Missing
                       ? " (a new file, written on the first save)"
                       : "")
               << "; open this address, and press Ctrl-C to stop:\n";
     for (const std::string& recovery : session.recoveryFiles()) {
-        std::cerr << "zuno-keymap edit: a recovery file of an earlier session exists: " << recovery
-                  << " (the page offers to open it)\n";
+        std::cerr << "zuno-keymap edit: a recovery file of an earlier session exists: "
+                  << ForTerminal(recovery) << " (the page offers to open it)\n";
     }
     std::cout << url << std::endl;
     std::string handOver;
@@ -161,10 +162,12 @@ int runEdit(const EditArguments& args) {
         std::filesystem::remove_all(std::filesystem::u8path(handOver), ignored);
     }
     if (!recovery.empty()) {
-        std::cerr << "zuno-keymap edit: unsaved changes were written to " << recovery << "\n";
+        std::cerr << "zuno-keymap edit: unsaved changes were written to " << ForTerminal(recovery)
+                  << "\n";
     } else if (session.unsaved()) {
-        std::cerr << "zuno-keymap edit: unsaved changes could not be written beside " << file
-                  << " nor in " << editor::RecoveryFolder() << "\n";
+        std::cerr << "zuno-keymap edit: unsaved changes could not be written beside "
+                  << ForTerminal(file) << " nor in " << ForTerminal(editor::RecoveryFolder())
+                  << "\n";
         return kUsage;
     }
     return kClean;

@@ -10,16 +10,13 @@
 
 #include "CommandLine.h"
 #include "Common.h"
+#include "DocumentEdit.h"
 #include "LineDiff.h"
 #include "LostElements.h"
-#include "Platform.h"
 
 namespace zunokeymap {
 
 namespace {
-
-// How long --in-place waits for another tool that is writing the same file.
-constexpr int kLockWaitMs = 10000;
 
 struct FmtOptions {
     std::string file;
@@ -32,20 +29,16 @@ struct FmtOptions {
 
 int runFmt(const FmtOptions& options) {
     const std::string& file = options.file;
-    if (options.inPlace && (file == "-" || IsBuiltIn(file, options.joystick))) {
-        return UsageError("fmt", "--in-place needs a file, not '" + file + "'");
-    }
     // Another tool rewriting the file meanwhile would lose its change.
-    FileLock lock(options.inPlace ? file : std::string());
-    std::string lockError;
-    if (options.inPlace && !lock.acquire(kLockWaitMs, lockError)) {
-        std::cerr << "zuno-keymap fmt: cannot rewrite '" << file << "': " << lockError << "\n";
-        return kUsage;
+    FileLock lock(file);
+    if (options.inPlace) {
+        if (const int status = LockForRewrite("fmt", file, options.joystick, lock)) {
+            return status;
+        }
     }
     Loaded loaded = Load(file, options.joystick);
     if (loaded.diagnostic.failed) {
-        std::cerr << loaded.source << ": error: " << loaded.diagnostic.message << "\n";
-        return loaded.unreadable ? kUsage : kProblems;
+        return ReportLoadFailure(loaded);
     }
     const std::string saved = SavedText(loaded.doc.get());
     if (options.check) {
@@ -77,9 +70,11 @@ void AddFmtCommand(CLI::App& app) {
         "keys sorted, indented by 4, every member written. A document that fails to load\n"
         "is reported and never written. With --check, the difference to the saved form\n"
         "is shown as a unified diff. -o, --in-place and --check exclude each other.\n"
-        "Elements of FILE the library does not keep (unknown item types and members)\n"
+        "Elements of FILE the library does not keep as written (unknown item types and\n"
+        "members, values it reads as others, the first of two members of one name)\n"
         "would be lost: they are named and nothing is written, unless --force.\n"
-        "--in-place replaces FILE in one step (a hard link to it keeps the old text).\n");
+        "--in-place replaces FILE in one step (a hard link to it keeps the old text),\n"
+        "locked against other tools editing it (a lock file beside it).\n");
     command.add_option("FILE", options->file, "the document")->required();
     CLI::Option* output =
         command
@@ -95,7 +90,8 @@ void AddFmtCommand(CLI::App& app) {
     inPlace->excludes(check);
     command.add_flag("--joystick", options->joystick, "load FILE as a gamepad document");
     command.add_flag("--force", options->force,
-                     "write even when elements of FILE the library does not keep are lost");
+                     "write even when elements of FILE the library does not keep are lost or "
+                     "changed");
     OnRun(command, [options] { return runFmt(*options); });
 }
 

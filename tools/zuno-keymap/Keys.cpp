@@ -34,10 +34,15 @@ std::string withoutAffix(const std::string& caption) {
     return folded;
 }
 
+// Whether a key with `code` exists on `device`: the host records a virtual
+// key with every key it sees, so a code without one is in no document it
+// wrote, and the check calls an item bound to it invalid.
+bool isKey(const std::string& device, int code) {
+    return km::VirtualKeyOf(device, code) != km::kUnsetKeyCode;
+}
+
 // The code whose caption is `name`: exactly, then in any case, then with the
-// affix left off. A key the virtual-key table knows wins over one it does
-// not ("Left" is both a named code of the general table and, as
-// "Direction_left", the left arrow), then the closer match, then the lower code.
+// affix left off; the closer match wins, then the lower code.
 int codeNamed(const std::string& device, const std::string& name) {
     const std::string folded = lower(name);
     int best = -1;
@@ -50,10 +55,9 @@ int codeNamed(const std::string& device, const std::string& name) {
         if (closeness < 0) {
             continue;
         }
-        const int rank = closeness + (km::VirtualKeyOf(device, code) == km::kUnsetKeyCode ? 3 : 0);
-        if (best < 0 || rank < bestRank) {
+        if (best < 0 || closeness < bestRank) {
             best = code;
-            bestRank = rank;
+            bestRank = closeness;
         }
     }
     return best;
@@ -69,7 +73,7 @@ std::vector<std::pair<std::string, int>> KeyNames(const std::string& device) {
     std::vector<std::pair<std::string, int>> names;
     for (int code = 0; code < kCodeLimit; ++code) {
         std::string caption = km::MarcoConVerter::scancodeToText(device, code);
-        if (!caption.empty()) {
+        if (!caption.empty() && isKey(device, code)) {
             names.emplace_back(std::move(caption), code);
         }
     }
@@ -111,6 +115,11 @@ bool KeyNamed(const std::string& device, const std::string& name, km::ConfigKey&
                     device + "')";
             return false;
         }
+    }
+    if (!isKey(device, code)) {
+        error = "no " + device + " key has the code " + name + " (see 'zuno-keymap key --list " +
+                device + "')";
+        return false;
     }
     key = km::KeyOfCode(device, code);
     return true;

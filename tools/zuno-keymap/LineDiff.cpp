@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "TerminalText.h"
+
 namespace zunokeymap {
 
 namespace {
@@ -113,7 +115,7 @@ std::string range(int start, int count) {
 
 void writeLine(std::string& out, char op, const Line& line) {
     out += op;
-    out += line.text;
+    out += ForTerminal(line.text);
     out += '\n';
     if (!line.newline) {
         out += "\\ No newline at end of file\n";
@@ -157,7 +159,7 @@ std::string UnifiedDiff(const std::string& before, const std::string& after,
         steps.push_back({' ', i, j});
     }
 
-    std::string out = "--- " + beforeName + "\n+++ " + afterName + "\n";
+    std::string out = "--- " + ForTerminal(beforeName) + "\n+++ " + ForTerminal(afterName) + "\n";
     const int count = static_cast<int>(steps.size());
     int s = 0;
     while (s < count) {

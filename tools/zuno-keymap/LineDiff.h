@@ -16,6 +16,7 @@ namespace zunokeymap {
 /// texts are equal. The edit is a shortest one (Myers) unless the texts
 /// differ in more than a few thousand lines, where the differing middle is
 /// shown as removed and added whole, so the time and memory stay bounded.
+/// The names and each line's text are made safe to print (ForTerminal).
 std::string UnifiedDiff(const std::string& before, const std::string& after,
                         const std::string& beforeName, const std::string& afterName);
 

@@ -39,14 +39,15 @@ std::string position(const km::PointF& point) {
 int runList(const std::string& file, bool joystick) {
     Loaded loaded = Load(file, joystick);
     if (loaded.diagnostic.failed) {
-        std::cerr << loaded.source << ": error: " << loaded.diagnostic.message << "\n";
-        return loaded.unreadable ? kUsage : kProblems;
+        return ReportLoadFailure(loaded);
     }
 
+    // Types and key names come from the document: each cell is made safe
+    // before the columns are measured.
     std::vector<std::vector<std::string>> rows = {{"INDEX", "TYPE", "KEYS", "POSITION", "VALID"}};
     for (std::size_t i = 0; i < loaded.doc->items.size(); ++i) {
         km::ConfigItem& item = *loaded.doc->items[i];
-        rows.push_back({std::to_string(i), item.type, keysOf(item),
+        rows.push_back({std::to_string(i), ForTerminal(item.type), ForTerminal(keysOf(item)),
                         position(item.rel_work_position), item.IsInvalid() ? "no" : "yes"});
     }
     std::vector<std::size_t> widths(rows.front().size(), 0);
@@ -55,7 +56,6 @@ int runList(const std::string& file, bool joystick) {
             widths[c] = std::max(widths[c], row[c].size());
         }
     }
-    // Types and key names come from the document: printed safely.
     std::cout << ForTerminal(loaded.source) << ": "
               << (loaded.doc->info->is_joystick ? "gamepad" : "keymap") << " document, "
               << loaded.doc->items.size() << " items\n";
@@ -67,7 +67,7 @@ int runList(const std::string& file, bool joystick) {
                 line += std::string(widths[c] - row[c].size() + 2, ' ');
             }
         }
-        std::cout << ForTerminal(line) << "\n";
+        std::cout << line << "\n";
     }
     return kClean;
 }

@@ -12,6 +12,7 @@
 
 #include "CommandLine.h"
 #include "Common.h"
+#include "TerminalText.h"
 
 namespace zunokeymap {
 
@@ -40,17 +41,18 @@ std::vector<std::string> splitLines(const std::string& text) {
 int runMacro(const std::string& action, const std::string& source) {
     std::string text;
     if (!ReadInput(source, text)) {
-        std::cerr << "zuno-keymap macro " << action << ": cannot read '" << source << "'\n";
+        std::cerr << "zuno-keymap macro " << action << ": cannot read '" << ForTerminal(source)
+                  << "'\n";
         return kUsage;
     }
-    const std::string shown = source == "-" ? "<stdin>" : source;
+    const std::string shown = source == "-" ? "<stdin>" : ForTerminal(source);
     const std::vector<std::string> lines = splitLines(text);
 
     if (action == "check") {
         const std::vector<std::uint32_t> bad = km::MacroKeyEditingTextGrammarCheck(lines);
         for (std::uint32_t line : bad) {
-            std::cout << shown << ":" << line << ": not a macro command: \"" << lines[line - 1]
-                      << "\"\n";
+            std::cout << shown << ":" << line << ": not a macro command: \""
+                      << ForTerminal(lines[line - 1]) << "\"\n";
         }
         if (bad.empty()) {
             std::cout << shown << ": ok (" << lines.size() << " lines)\n";
@@ -70,8 +72,8 @@ int runMacro(const std::string& action, const std::string& source) {
             toRunning ? km::MacroKeyEditingTextChangeToRunningText({line}, km::Rect())
                       : km::MacroKeyRunningTextChangeToEditingText({line}, km::Rect());
         if (converted.empty()) {
-            std::cerr << shown << ":" << i + 1 << ": not a macro command, left out: \"" << line
-                      << "\"\n";
+            std::cerr << shown << ":" << i + 1 << ": not a macro command, left out: \""
+                      << ForTerminal(line) << "\"\n";
             status = kProblems;
             continue;
         }

@@ -44,17 +44,26 @@ void PrepareStandardStreams();
 /// anything else: a pipe or a device could block forever.
 bool OpenRegularFile(const std::string& path, std::ifstream& in);
 
-/// Writes `text` to `path` when it names an existing pipe, terminal or other
-/// device (/dev/stdout, a FIFO), which is written as a stream rather than
-/// replaced. False when `path` is no such thing (`error` empty: write it as a
-/// file) or the write failed (`error` says why).
+/// The descriptor already open in this process that `path` names, directly
+/// or through symbolic links: /dev/stdout, /dev/stderr, /dev/fd/N,
+/// /proc/self/fd/N. -1 for any other path, and on Windows, which has no
+/// such names.
+int DescriptorNamed(const std::string& path);
+
+/// Writes `text` to `path` when it names an open descriptor (DescriptorNamed)
+/// or an existing pipe, terminal or other device: written as a stream, at the
+/// descriptor's own place (a shell's `>>` appends), rather than replaced.
+/// False when `path` is no such thing (`error` empty: write it as a file) or
+/// the write failed (`error` says why).
 bool WriteToStream(const std::string& path, const std::string& text, std::string& error);
 
 /// An advisory lock for a read-modify-write of a file, so that two tools
-/// editing one file at once do not lose each other's change. It is taken on
-/// the file's folder, since the write replaces the file itself. Held until
-/// destroyed. On Windows, where a file held open cannot be replaced, it
-/// takes no lock.
+/// editing one file at once do not lose each other's change. The write
+/// replaces the file itself, so the lock is taken on a file of its own
+/// beside it (LockFileName), made with the file's owner and mode and removed
+/// again when the lock is released: whoever may not write the file may not
+/// hold its lock either. A link is followed: the lock is beside its target.
+/// Held until destroyed.
 class FileLock {
 public:
     explicit FileLock(const std::string& path);
@@ -62,14 +71,29 @@ public:
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
 
-    /// Waits up to `timeoutMs` for the lock; false, with `error` set, when
-    /// another writer still holds it then.
+    /// Waits up to `timeoutMs` for the lock. False, with `error` set, when
+    /// another writer still holds it then, or when no lock can be taken
+    /// here (the lock file cannot be made or opened for writing).
     bool acquire(int timeoutMs, std::string& error);
 
+    /// The lock file's path, once acquire has run.
+    const std::string& lockPath() const { return lockPath_; }
+
 private:
+    void release();
+
     std::string path_;
+    std::string lockPath_;
+#ifdef _WIN32
+    void* handle_ = nullptr;
+#else
     int fd_ = -1;
+#endif
 };
+
+/// The name of the lock file of the file named `base`: ".BASE.zuno-keymap-lock",
+/// or, where that would be too long a name, one made from a hash of `base`.
+std::string LockFileName(const std::string& base);
 
 }  // namespace zunokeymap
 

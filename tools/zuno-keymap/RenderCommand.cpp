@@ -43,8 +43,7 @@ int runRender(const RenderArguments& args) {
     const Loaded old = args.old.empty() ? Loaded() : Load(args.old, joystick);
     for (const Loaded* each : {&old, &loaded}) {
         if (each->diagnostic.failed) {
-            std::cerr << each->source << ": error: " << each->diagnostic.message << "\n";
-            return each->unreadable ? kUsage : kProblems;
+            return ReportLoadFailure(*each);
         }
     }
     picture.labels = args.labels;

@@ -100,8 +100,9 @@ void AddSetCommand(CLI::App& app) {
     command.add_flag("--joystick", options->joystick,
                      "a gamepad document: bare key names are gamepad controls");
     command.add_flag("--force", options->force,
-                     "write even what leaves out elements of FILE the library does not keep\n"
-                     "(unknown item types and members); without it they are named and nothing\n"
+                     "write even what leaves out or changes elements of FILE the library does\n"
+                     "not keep as written (unknown item types and members, values it reads as\n"
+                     "others, members written twice); without it they are named and nothing\n"
                      "is written");
     OnRun(command, [options] { return runSet(*options); });
 }
