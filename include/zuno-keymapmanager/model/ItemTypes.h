@@ -44,7 +44,8 @@
     ROW(Wheel, WheelConfigItem, Capsule, "#80C060", "wheel: two directions")                    \
     ROW(Zoom, ZoomConfigItem, Capsule, "#E0D0E0", "pinch: two directions")                      \
     ROW(Observe, ObserveConfigItem, Diamond, "#A08060", "look while held")                      \
-    ROW(Tip, TipConfigItem, Bubble, "#F060A0", "tip")
+    ROW(Tip, TipConfigItem, Bubble, "#F060A0", "tip")                                          \
+    /* a new type's row goes above this line */
 // clang-format on
 
 #endif  // ZUNO_KEYMAPMANAGER_MODEL_ITEMTYPES_H
