@@ -94,7 +94,7 @@ public:
                 continue;
             }
             const std::string path = prefix + *member.name;
-            SCOPED_TRACE(type + " " + path);
+            SCOPED_TRACE(testing::Message() << type << " " << path);
             const Object::Ptr own = properties->getObject(*member.name);
             ASSERT_FALSE(own.isNull());
             EXPECT_EQ(own->optValue<std::string>("x-unit", ""), member.unit);
@@ -206,7 +206,7 @@ TEST(AllItemTypes, EveryAttributeOfEveryMemberReachesTheSchemaAndTheCheck) {
     // value is found where it stands.
     std::size_t checked = 0;
     for (const Probe& probe : probes) {
-        SCOPED_TRACE(probe.type + " " + probe.path);
+        SCOPED_TRACE(testing::Message() << probe.type << " " << probe.path);
         const Object::Ptr item = parseObject(freshItemText(probe.type));
         if (!setAt(item, probe.path, probe.value)) {
             continue;
