@@ -311,6 +311,10 @@ private:
     }
 
     int integer(const km::Member& member) {
+        if (member.minimum == member.minimum && member.maximum == member.maximum) {
+            return random_.between(static_cast<int>(member.minimum),
+                                   static_cast<int>(member.maximum));
+        }
         const std::string_view unit(member.unit);
         return unit == "ms"  ? random_.between(1, 500)
                : unit == "%" ? random_.between(10, 200)

@@ -19,14 +19,11 @@ ComposableConfigItem::ComposableConfigItem(std::string typeName)
 ComposableConfigItem::~ComposableConfigItem() = default;
 
 Poco::JSON::Object ComposableConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void ComposableConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& ComposableConfigItem::Members() {
@@ -62,17 +59,11 @@ PairConfigItem::PairConfigItem(std::string typeName) : ComposableConfigItem(std:
 PairConfigItem::~PairConfigItem() = default;
 
 Poco::JSON::Object PairConfigItem::ConvertToJsonObject() const {
-    // The pair's own keys replace the top-level second key of its base.
-    // NOLINTNEXTLINE(bugprone-parent-virtual-call): a pair has no top-level second key.
-    Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void PairConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    // NOLINTNEXTLINE(bugprone-parent-virtual-call): a pair reads no top-level second key.
-    ConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& PairConfigItem::Members() {

@@ -13,19 +13,17 @@ namespace zunokeymapmanager {
 
 // --- CurveConfigItem -------------------------------------------------------------
 
-CurveConfigItem::CurveConfigItem() : ComposableConfigItem("Curve") {}
+CurveConfigItem::CurveConfigItem()
+    : ComposableConfigItem(std::string(TypeNameOf<CurveConfigItem>())) {}
 
 CurveConfigItem::~CurveConfigItem() = default;
 
 Poco::JSON::Object CurveConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void CurveConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ComposableConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& CurveConfigItem::Members() {
@@ -63,19 +61,17 @@ const MemberTable& CurveConfigItem::Members() {
 
 // --- MacroConfigItem -------------------------------------------------------------
 
-MacroConfigItem::MacroConfigItem() : ComposableConfigItem("Macro") {}
+MacroConfigItem::MacroConfigItem()
+    : ComposableConfigItem(std::string(TypeNameOf<MacroConfigItem>())) {}
 
 MacroConfigItem::~MacroConfigItem() = default;
 
 Poco::JSON::Object MacroConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void MacroConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ComposableConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& MacroConfigItem::Members() {

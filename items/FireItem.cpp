@@ -9,21 +9,18 @@
 
 namespace zunokeymapmanager {
 
-FireConfigItem::FireConfigItem() : ConfigItem("Fire") {
+FireConfigItem::FireConfigItem() : ConfigItem(std::string(TypeNameOf<FireConfigItem>())) {
     key = ConfigKey("mouse", "left_mouse", 1, 1);
 }
 
 FireConfigItem::~FireConfigItem() = default;
 
 Poco::JSON::Object FireConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void FireConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& FireConfigItem::Members() {
@@ -50,6 +47,7 @@ const MemberTable& FireSwipeholdInfo::Members() {
         "the drag area",
         {
             M::field<&FireSwipeholdInfo::rel_radius>(kFieldRelRadius)
+                .size("drag radius", kRadius)
                 .require()
                 .in("screen")
                 .show("Drag radius", kGroupPosition,

@@ -17,10 +17,11 @@ namespace zunokeymapmanager {
 
 namespace {
 
-// The key slots and points of one class, gathered from its member tables.
+// The key slots, points and sizes of one class, gathered from its member tables.
 struct Layout {
     std::vector<KeySlot> keys;
     std::vector<PointSlot> points;
+    std::vector<SizeSlot> sizes;
 };
 
 std::string joined(const std::string& a, const char* b, const char* separator) {
@@ -56,7 +57,14 @@ void gather(const MemberTable& table, const MemberPath& path, const std::string&
         }
         const std::string name = prefix + *member.name;
         const std::string slot = joined(slotPrefix, member.slot, " ");
-        if (member.kind == MemberKind::String && (member.flags & kPointText) != 0) {
+        if ((member.flags & (kRadius | kArea)) != 0) {
+            SizeSlot size;
+            size.path = name;
+            size.name = member.slot;
+            size.isArea = (member.flags & kArea) != 0;
+            size.zeroMeans = (member.flags & kZeroMeans) != 0;
+            out.sizes.push_back(std::move(size));
+        } else if (member.kind == MemberKind::String && (member.flags & kPointText) != 0) {
             out.points.push_back({name, slot, (member.flags & kMoves) != 0, false, true, at});
         } else if (member.kind != MemberKind::Object) {
             continue;
@@ -84,6 +92,20 @@ Layout layoutOf(const MemberTable& own) {
         path.owner = table->owner;
         gather(*table, path, "", "", layout);
         ownKeys = ownKeys || table->ownKeys;
+    }
+    // A radius inside a settings block is centred on that block's point.
+    for (SizeSlot& size : layout.sizes) {
+        const std::size_t dot = size.path.rfind('.');
+        if (size.isArea || dot == std::string::npos) {
+            continue;
+        }
+        for (const PointSlot& point : layout.points) {
+            if (!point.isText && point.path.compare(0, dot + 1, size.path, 0, dot + 1) == 0 &&
+                point.path.find('.', dot + 1) == std::string::npos) {
+                size.centre = point.path;
+                break;
+            }
+        }
     }
     for (KeySlot& key : layout.keys) {
         if (ownKeys && key.role == KeyRole::Key) {
@@ -173,6 +195,10 @@ const std::vector<KeySlot>& KeySlotsOf(const ConfigItem& item) {
 
 const std::vector<PointSlot>& PointSlotsOf(const ConfigItem& item) {
     return layoutFor(item).points;
+}
+
+const std::vector<SizeSlot>& SizeSlotsOf(const ConfigItem& item) {
+    return layoutFor(item).sizes;
 }
 
 std::vector<PointF> PointsOfText(const std::string& text, std::size_t limit) {

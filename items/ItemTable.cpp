@@ -1,21 +1,13 @@
 //
 // ItemTable.cpp
 //
-// The list of item types: one line per type, naming its class. Everything
-// else about a type is in its class and the class's member table.
+// The declarations of the item types, from the type list (model/ItemTypes.h).
 //
 
 #include <typeinfo>
 
 #include "model/ItemTable.h"
-#include "zuno-keymapmanager/items/CurveMacroItems.h"
-#include "zuno-keymapmanager/items/FireItem.h"
-#include "zuno-keymapmanager/items/LookItems.h"
-#include "zuno-keymapmanager/items/SpellItems.h"
-#include "zuno-keymapmanager/items/SwipeholdItem.h"
-#include "zuno-keymapmanager/items/TapItems.h"
-#include "zuno-keymapmanager/items/WalkItems.h"
-#include "zuno-keymapmanager/items/WheelZoomObserveItems.h"
+#include "zuno-keymapmanager/keymapmanager.h"
 
 namespace zunokeymapmanager {
 
@@ -30,26 +22,9 @@ ItemDeclaration declare(ItemType type) {
 }  // namespace
 
 const std::vector<ItemDeclaration>& ItemDeclarations() {
-    static const std::vector<ItemDeclaration> types{
-        declare<ClickConfigItem>(ItemType::Click),
-        declare<BunchClickConfigItem>(ItemType::BunchClick),
-        declare<SwipeholdConfigItem>(ItemType::Swipehold),
-        declare<FireConfigItem>(ItemType::Fire),
-        declare<StaringConfigItem>(ItemType::Staring),
-        declare<SpellConfigItem>(ItemType::Spell),
-        declare<SpellCancelConfigItem>(ItemType::SpellCancel),
-        declare<MouseRightWalkConfigItem>(ItemType::RightWalk),
-        declare<EyeConfigItem>(ItemType::Eye),
-        declare<GravityConfigItem>(ItemType::Gravity),
-        declare<MacroConfigItem>(ItemType::Macro),
-        declare<CurveConfigItem>(ItemType::Curve),
-        declare<JoystickLeftWalkConfigItem>(ItemType::LeftStickWalk),
-        declare<JoystickRightEyeConfigItem>(ItemType::RightStickEye),
-        declare<WheelConfigItem>(ItemType::Wheel),
-        declare<ZoomConfigItem>(ItemType::Zoom),
-        declare<ObserveConfigItem>(ItemType::Observe),
-        declare<TipConfigItem>(ItemType::Tip),
-    };
+#define ZUNO_KM_DECLARE(name, itemClass, ...) declare<itemClass>(ItemType::name),
+    static const std::vector<ItemDeclaration> types{ZUNO_KM_ITEM_TYPES(ZUNO_KM_DECLARE)};
+#undef ZUNO_KM_DECLARE
     return types;
 }
 

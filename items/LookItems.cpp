@@ -15,19 +15,17 @@ namespace zunokeymapmanager {
 
 // --- StaringConfigItem ---------------------------------------------------------
 
-StaringConfigItem::StaringConfigItem() : ComposableConfigItem("Staring") {}
+StaringConfigItem::StaringConfigItem()
+    : ComposableConfigItem(std::string(TypeNameOf<StaringConfigItem>())) {}
 
 StaringConfigItem::~StaringConfigItem() = default;
 
 Poco::JSON::Object StaringConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void StaringConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ComposableConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& StaringConfigItem::Members() {
@@ -36,6 +34,7 @@ const MemberTable& StaringConfigItem::Members() {
         "A key-triggered look mode within a range of the screen.",
         {
             M::field<&StaringConfigItem::staring_range>(kFieldStaringRange)
+                .size("look area", kArea)
                 .require()
                 .show("Look range", kGroupPosition, "the part of the screen the look may move in"),
             M::field<&StaringConfigItem::sensitivity_x>(kFieldSensitivityX)
@@ -58,103 +57,77 @@ const MemberTable& StaringConfigItem::Members() {
     return table;
 }
 
-// --- EyeConfigItem and GravityConfigItem -----------------------------------------
+// --- DirectionalLookConfigItem, EyeConfigItem, GravityConfigItem --------------
 
-// The two items differ only in their type name and default sensitivity, so
-// they share this one implementation.
-template <typename Item>
-struct DirectionalLookOps {
-    static void setDefaultKeys(Item& item) {
-        item.top = ConfigKey("keyboard", "Direction_up", 38, 328);
-        item.right = ConfigKey("keyboard", "Direction_right", 39, 333);
-        item.bottom = ConfigKey("keyboard", "Direction_down", 40, 336);
-        item.left = ConfigKey("keyboard", "Direction_left", 37, 331);
-    }
-
-    static Poco::JSON::Object convert(const Item& item) {
-        Poco::JSON::Object result = item.ConfigItem::ConvertToJsonObject();
-        WriteMembers(Item::Members(), &item, result);
-        return result;
-    }
-
-    static void fill(Item& item, const Poco::JSON::Object::Ptr& object) {
-        item.ConfigItem::FillFromJsonObject(object);
-        ReadMembers(Item::Members(), &item, object);
-    }
-
-    // Every direction key is required, then the sensitivity.
-    static MemberTable members(const char* description, const char* sensitivity) {
-        using M = MembersOf<Item>;
-        std::vector<Member> list = parts::DirectionKeyMembers<Item>(true);
-        list.push_back(M::template field<&Item::sensitivity>(kFieldSensitivity)
-                           .require()
-                           .in("%")
-                           .show("Sensitivity", kGroupBehaviour, sensitivity));
-        return M::table(description, std::move(list), &ConfigItem::Members(), true);
-    }
-
-    static bool isInvalid(const Item& item) { return !item.HasUsableDirectionKey(); }
-
-    static bool match(const Item& item, const ConfigKey& other) {
-        return item.MatchDirectionKey(other);
-    }
-};
-
-EyeConfigItem::EyeConfigItem() : DiamondConfigItem("Eye") {
-    DirectionalLookOps<EyeConfigItem>::setDefaultKeys(*this);
+DirectionalLookConfigItem::DirectionalLookConfigItem(std::string typeName,
+                                                     std::int32_t defaultSensitivity)
+    : DiamondConfigItem(std::move(typeName)), sensitivity(defaultSensitivity) {
+    top = ConfigKey("keyboard", "Direction_up", 38, 328);
+    right = ConfigKey("keyboard", "Direction_right", 39, 333);
+    bottom = ConfigKey("keyboard", "Direction_down", 40, 336);
+    left = ConfigKey("keyboard", "Direction_left", 37, 331);
 }
+
+DirectionalLookConfigItem::~DirectionalLookConfigItem() = default;
+
+bool DirectionalLookConfigItem::IsInvalid() const {
+    return !HasUsableDirectionKey();
+}
+
+bool DirectionalLookConfigItem::MatchConfigKey(const ConfigKey& other) {
+    return MatchDirectionKey(other);
+}
+
+// Every direction key is required, then the sensitivity; the keys replace
+// the base's key.
+MemberTable DirectionalLookConfigItem::LookMembers(const char* description,
+                                                   const char* sensitivityLine) {
+    using M = MembersOf<DirectionalLookConfigItem>;
+    std::vector<Member> list = parts::DirectionKeyMembers<DirectionalLookConfigItem>(true);
+    list.push_back(M::field<&DirectionalLookConfigItem::sensitivity>(kFieldSensitivity)
+                       .require()
+                       .in("%")
+                       .show("Sensitivity", kGroupBehaviour, sensitivityLine));
+    return M::table(description, std::move(list), &ConfigItem::Members(), true);
+}
+
+EyeConfigItem::EyeConfigItem()
+    : DirectionalLookConfigItem(std::string(TypeNameOf<EyeConfigItem>()), 100) {}
 
 EyeConfigItem::~EyeConfigItem() = default;
 
 Poco::JSON::Object EyeConfigItem::ConvertToJsonObject() const {
-    return DirectionalLookOps<EyeConfigItem>::convert(*this);
+    return WriteItem(*this, Members());
 }
 
 void EyeConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    DirectionalLookOps<EyeConfigItem>::fill(*this, object);
-}
-
-bool EyeConfigItem::IsInvalid() const {
-    return DirectionalLookOps<EyeConfigItem>::isInvalid(*this);
-}
-
-bool EyeConfigItem::MatchConfigKey(const ConfigKey& other) {
-    return DirectionalLookOps<EyeConfigItem>::match(*this, other);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& EyeConfigItem::Members() {
-    static const MemberTable table = DirectionalLookOps<EyeConfigItem>::members(
-        "Looks around with four direction keys. Valid when any direction key is set.",
-        "how far one key press looks, in percent (100: normal)");
+    static const MemberTable table =
+        LookMembers("Looks around with four direction keys. Valid when any direction key is set.",
+                    "how far one key press looks, in percent (100: normal)");
     return table;
 }
 
-GravityConfigItem::GravityConfigItem() : DiamondConfigItem("Gravity") {
-    DirectionalLookOps<GravityConfigItem>::setDefaultKeys(*this);
-}
+GravityConfigItem::GravityConfigItem()
+    : DirectionalLookConfigItem(std::string(TypeNameOf<GravityConfigItem>()), 20) {}
 
 GravityConfigItem::~GravityConfigItem() = default;
 
 Poco::JSON::Object GravityConfigItem::ConvertToJsonObject() const {
-    return DirectionalLookOps<GravityConfigItem>::convert(*this);
+    return WriteItem(*this, Members());
 }
 
 void GravityConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    DirectionalLookOps<GravityConfigItem>::fill(*this, object);
-}
-
-bool GravityConfigItem::IsInvalid() const {
-    return DirectionalLookOps<GravityConfigItem>::isInvalid(*this);
-}
-
-bool GravityConfigItem::MatchConfigKey(const ConfigKey& other) {
-    return DirectionalLookOps<GravityConfigItem>::match(*this, other);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& GravityConfigItem::Members() {
-    static const MemberTable table = DirectionalLookOps<GravityConfigItem>::members(
-        "Tilts with four direction keys. Valid when any direction key is set.",
-        "how far one key press tilts, in percent (100: normal)");
+    static const MemberTable table =
+        LookMembers("Tilts with four direction keys. Valid when any direction key is set.",
+                    "how far one key press tilts, in percent (100: normal)");
     return table;
 }
 

@@ -85,7 +85,8 @@ bool tapIsWhole(const void* owner) {
 
 // --- SpellConfigItem ---------------------------------------------------------
 
-SpellConfigItem::SpellConfigItem() : ComposableConfigItem("Spell") {}
+SpellConfigItem::SpellConfigItem()
+    : ComposableConfigItem(std::string(TypeNameOf<SpellConfigItem>())) {}
 
 SpellConfigItem::~SpellConfigItem() = default;
 
@@ -102,14 +103,11 @@ SwipeholdConfigItem* SpellConfigItem::getValidSwipeholdConfigItem() const {
 }
 
 Poco::JSON::Object SpellConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void SpellConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ComposableConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& SpellConfigItem::Members() {
@@ -145,6 +143,7 @@ const MemberTable& SpellInfo::Members() {
         M::table("the skill button",
                  {
                      M::field<&SpellInfo::rel_radius>(kFieldRelRadius)
+                         .size("range", kRadius)
                          .require()
                          .in("screen")
                          .range(0, 1)
@@ -169,6 +168,7 @@ const MemberTable& SpellSwipeholdInfo::Members() {
         "the aiming drag",
         {
             M::field<&SpellSwipeholdInfo::rel_radius>(kFieldRelRadius)
+                .size("drag radius", kRadius)
                 .require()
                 .in("screen")
                 .show("Drag radius", kGroupPosition,
@@ -265,19 +265,17 @@ const MemberTable& TapInfo::Members() {
 
 // --- SpellCancelConfigItem -----------------------------------------------------
 
-SpellCancelConfigItem::SpellCancelConfigItem() : ComposableConfigItem("SpellCancel") {}
+SpellCancelConfigItem::SpellCancelConfigItem()
+    : ComposableConfigItem(std::string(TypeNameOf<SpellCancelConfigItem>())) {}
 
 SpellCancelConfigItem::~SpellCancelConfigItem() = default;
 
 Poco::JSON::Object SpellCancelConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void SpellCancelConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ComposableConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 namespace {

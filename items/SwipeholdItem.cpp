@@ -13,7 +13,8 @@
 
 namespace zunokeymapmanager {
 
-SwipeholdConfigItem::SwipeholdConfigItem() : DiamondConfigItem("Swipehold") {
+SwipeholdConfigItem::SwipeholdConfigItem()
+    : DiamondConfigItem(std::string(TypeNameOf<SwipeholdConfigItem>())) {
     top = ConfigKey("keyboard", "W", 87, 17);
     right = ConfigKey("keyboard", "D", 68, 32);
     bottom = ConfigKey("keyboard", "S", 83, 31);
@@ -23,9 +24,7 @@ SwipeholdConfigItem::SwipeholdConfigItem() : DiamondConfigItem("Swipehold") {
 SwipeholdConfigItem::~SwipeholdConfigItem() = default;
 
 Poco::JSON::Object SwipeholdConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void SwipeholdConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
@@ -63,6 +62,7 @@ const MemberTable& SwipeholdConfigItem::Members() {
             list.push_back(key);
         }
         list.push_back(M::field<&SwipeholdConfigItem::rel_radius>(kFieldRelRadius)
+                           .size("drag radius", kRadius)
                            .in("screen")
                            .show("Drag radius", kGroupPosition,
                                  "how far the drag reaches from its centre, as a fraction of the "

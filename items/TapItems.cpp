@@ -14,16 +14,17 @@ namespace zunokeymapmanager {
 
 // --- ClickConfigItem -----------------------------------------------------------
 
-ClickConfigItem::ClickConfigItem() : ComposableConfigItem("Click") {}
+ClickConfigItem::ClickConfigItem()
+    : ComposableConfigItem(std::string(TypeNameOf<ClickConfigItem>())) {}
 
 ClickConfigItem::~ClickConfigItem() = default;
 
 Poco::JSON::Object ClickConfigItem::ConvertToJsonObject() const {
-    return ComposableConfigItem::ConvertToJsonObject();
+    return WriteItem(*this, Members());
 }
 
 void ClickConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ComposableConfigItem::FillFromJsonObject(object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& ClickConfigItem::Members() {
@@ -34,19 +35,17 @@ const MemberTable& ClickConfigItem::Members() {
 
 // --- BunchClickConfigItem ------------------------------------------------------
 
-BunchClickConfigItem::BunchClickConfigItem() : ComposableConfigItem("BunchClick") {}
+BunchClickConfigItem::BunchClickConfigItem()
+    : ComposableConfigItem(std::string(TypeNameOf<BunchClickConfigItem>())) {}
 
 BunchClickConfigItem::~BunchClickConfigItem() = default;
 
 Poco::JSON::Object BunchClickConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void BunchClickConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ComposableConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& BunchClickConfigItem::Members() {
@@ -76,16 +75,16 @@ const MemberTable& BunchClickConfigItem::Members() {
 
 // --- TipConfigItem -------------------------------------------------------------
 
-TipConfigItem::TipConfigItem() : ComposableConfigItem("Tip") {}
+TipConfigItem::TipConfigItem() : ComposableConfigItem(std::string(TypeNameOf<TipConfigItem>())) {}
 
 TipConfigItem::~TipConfigItem() = default;
 
 Poco::JSON::Object TipConfigItem::ConvertToJsonObject() const {
-    return ComposableConfigItem::ConvertToJsonObject();
+    return WriteItem(*this, Members());
 }
 
 void TipConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ComposableConfigItem::FillFromJsonObject(object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& TipConfigItem::Members() {

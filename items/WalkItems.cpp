@@ -15,21 +15,19 @@ namespace zunokeymapmanager {
 
 // --- JoystickLeftWalkConfigItem ----------------------------------------------------
 
-JoystickLeftWalkConfigItem::JoystickLeftWalkConfigItem() : ConfigItem("LeftStickWalk") {
+JoystickLeftWalkConfigItem::JoystickLeftWalkConfigItem()
+    : ConfigItem(std::string(TypeNameOf<JoystickLeftWalkConfigItem>())) {
     key = ConfigKey("joystick", "Left_Stick", kUnsetKeyCode, kUnsetKeyCode);
 }
 
 JoystickLeftWalkConfigItem::~JoystickLeftWalkConfigItem() = default;
 
 Poco::JSON::Object JoystickLeftWalkConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void JoystickLeftWalkConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& JoystickLeftWalkConfigItem::Members() {
@@ -38,6 +36,7 @@ const MemberTable& JoystickLeftWalkConfigItem::Members() {
         "Walks with the gamepad's left stick.",
         {
             M::field<&JoystickLeftWalkConfigItem::rel_radius>(kFieldRelRadius)
+                .size("stick radius", kRadius)
                 .require()
                 .in("screen")
                 .show("Walk radius", kGroupPosition,
@@ -50,21 +49,19 @@ const MemberTable& JoystickLeftWalkConfigItem::Members() {
 
 // --- JoystickRightEyeConfigItem ----------------------------------------------------
 
-JoystickRightEyeConfigItem::JoystickRightEyeConfigItem() : ConfigItem("RightStickEye") {
+JoystickRightEyeConfigItem::JoystickRightEyeConfigItem()
+    : ConfigItem(std::string(TypeNameOf<JoystickRightEyeConfigItem>())) {
     key = ConfigKey("joystick", "Right_Stick", kUnsetKeyCode, kUnsetKeyCode);
 }
 
 JoystickRightEyeConfigItem::~JoystickRightEyeConfigItem() = default;
 
 Poco::JSON::Object JoystickRightEyeConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void JoystickRightEyeConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& JoystickRightEyeConfigItem::Members() {
@@ -78,6 +75,7 @@ const MemberTable& JoystickRightEyeConfigItem::Members() {
                 .show("Sensitivity", kGroupBehaviour,
                       "how far a full stick deflection looks, in percent (100: normal)"),
             M::field<&JoystickRightEyeConfigItem::staring_range>(kFieldStaringRange)
+                .size("look area", kArea)
                 .require()
                 .show("Look range", kGroupPosition, "the part of the screen the look may move in"),
             M::group(kFieldResetPolicy, &parts::ResetPolicyMembers<JoystickRightEyeConfigItem>)
@@ -90,21 +88,19 @@ const MemberTable& JoystickRightEyeConfigItem::Members() {
 
 // --- MouseRightWalkConfigItem ------------------------------------------------------
 
-MouseRightWalkConfigItem::MouseRightWalkConfigItem() : ConfigItem("RightWalk") {
+MouseRightWalkConfigItem::MouseRightWalkConfigItem()
+    : ConfigItem(std::string(TypeNameOf<MouseRightWalkConfigItem>())) {
     key = ConfigKey("mouse", "right_mouse", 2, 2);
 }
 
 MouseRightWalkConfigItem::~MouseRightWalkConfigItem() = default;
 
 Poco::JSON::Object MouseRightWalkConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void MouseRightWalkConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& MouseRightWalkConfigItem::Members() {
@@ -155,6 +151,7 @@ const MemberTable& FirstMovePolicy::Members() {
                 .show("Speed", kGroupAdvanced,
                       "speed of the first move, in percent of the normal speed"),
             M::field<&FirstMovePolicy::rel_radius>(kFieldRelRadius)
+                .size("first move radius", kRadius | kZeroMeans)
                 .require()
                 .in("screen")
                 .show("Radius", kGroupAdvanced,

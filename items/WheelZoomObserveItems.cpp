@@ -11,7 +11,7 @@ namespace zunokeymapmanager {
 
 // --- WheelConfigItem ---------------------------------------------------------------
 
-WheelConfigItem::WheelConfigItem() : PairConfigItem("Wheel") {
+WheelConfigItem::WheelConfigItem() : PairConfigItem(std::string(TypeNameOf<WheelConfigItem>())) {
     positive_key.key = ConfigKey("keyboard", "Direction_up", 38, 328);
     negative_key.key = ConfigKey("keyboard", "Direction_down", 40, 336);
 }
@@ -19,14 +19,11 @@ WheelConfigItem::WheelConfigItem() : PairConfigItem("Wheel") {
 WheelConfigItem::~WheelConfigItem() = default;
 
 Poco::JSON::Object WheelConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = PairConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void WheelConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    PairConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& WheelConfigItem::Members() {
@@ -56,7 +53,7 @@ const MemberTable& WheelConfigItem::Members() {
 // --- ZoomConfigItem ----------------------------------------------------------------
 
 // The mouse wheel has scan codes of its own but no virtual key.
-ZoomConfigItem::ZoomConfigItem() : PairConfigItem("Zoom") {
+ZoomConfigItem::ZoomConfigItem() : PairConfigItem(std::string(TypeNameOf<ZoomConfigItem>())) {
     positive_key.key = ConfigKey("mouse", "wheel_up_mouse", -1, 548);
     negative_key.key = ConfigKey("mouse", "wheel_down_mouse", -1, 549);
 }
@@ -64,14 +61,11 @@ ZoomConfigItem::ZoomConfigItem() : PairConfigItem("Zoom") {
 ZoomConfigItem::~ZoomConfigItem() = default;
 
 Poco::JSON::Object ZoomConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = PairConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void ZoomConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    PairConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& ZoomConfigItem::Members() {
@@ -93,6 +87,7 @@ const MemberTable& ZoomConfigItem::Members() {
                 .in("ms")
                 .show("Duration", kGroupBehaviour, "how long one pinch lasts, in milliseconds"),
             M::field<&ZoomConfigItem::one_side_gap>(kFieldOneSideGap)
+                .size("finger gap", kRadius | kZeroMeans)
                 .require()
                 .in("screen")
                 .show("Finger gap", kGroupPosition,
@@ -105,19 +100,17 @@ const MemberTable& ZoomConfigItem::Members() {
 
 // --- ObserveConfigItem -------------------------------------------------------------
 
-ObserveConfigItem::ObserveConfigItem() : ComposableConfigItem("Observe") {
+ObserveConfigItem::ObserveConfigItem()
+    : ComposableConfigItem(std::string(TypeNameOf<ObserveConfigItem>())) {
     key = ConfigKey("keyboard", "Alt", 18, 56);
 }
 
 Poco::JSON::Object ObserveConfigItem::ConvertToJsonObject() const {
-    Poco::JSON::Object result = ComposableConfigItem::ConvertToJsonObject();
-    WriteMembers(Members(), this, result);
-    return result;
+    return WriteItem(*this, Members());
 }
 
 void ObserveConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ComposableConfigItem::FillFromJsonObject(object);
-    ReadMembers(Members(), this, object);
+    ReadItem(*this, Members(), object);
 }
 
 const MemberTable& ObserveConfigItem::Members() {

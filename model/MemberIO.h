@@ -24,6 +24,14 @@ void ReadMembers(const MemberTable& table, void* owner, const Poco::JSON::Object
 /// condition says otherwise.
 void WriteMembers(const MemberTable& table, const void* owner, Poco::JSON::Object& object);
 
+/// `item` as JSON: the members of its class's table `own` and of the tables
+/// it builds on, base first. Every item class writes itself with this.
+Poco::JSON::Object WriteItem(const ConfigItem& item, const MemberTable& own);
+
+/// Reads `item` from `object`: the members of its class's table `own` and of
+/// the tables it builds on, base first. Every item class reads itself with this.
+void ReadItem(ConfigItem& item, const MemberTable& own, const Poco::JSON::Object::Ptr& object);
+
 }  // namespace zunokeymapmanager
 
 #endif  // ZUNO_KEYMAPMANAGER_MODEL_MEMBERIO_H

@@ -249,6 +249,22 @@ const MemberTable& ComposableKeyMembers() {
     return table;
 }
 
+Poco::JSON::Object WriteItem(const ConfigItem& item, const MemberTable& own) {
+    Poco::JSON::Object result;
+    // The owners serve reading and writing alike; writing only reads.
+    auto& owner = const_cast<ConfigItem&>(item);  // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    for (const MemberTable* table : TablesOf(own)) {
+        WriteMembers(*table, table->owner(owner), result);
+    }
+    return result;
+}
+
+void ReadItem(ConfigItem& item, const MemberTable& own, const json::ObjectPtr& object) {
+    for (const MemberTable* table : TablesOf(own)) {
+        ReadMembers(*table, table->owner(item), object);
+    }
+}
+
 std::vector<const MemberTable*> TablesOf(const MemberTable& own) {
     std::vector<const MemberTable*> chain;
     for (const MemberTable* table = &own; table != nullptr; table = table->base) {

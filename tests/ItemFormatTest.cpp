@@ -52,7 +52,12 @@ public:
     /// Every member of `type`, nested ones after the object that holds them.
     std::vector<SchemaMember> members(const std::string& type) const {
         std::vector<SchemaMember> out;
-        collect(definitions_->getObject(type), "", false, out);
+        const Object::Ptr definition = definitions_->getObject(type);
+        if (definition.isNull()) {
+            ADD_FAILURE() << "the schema has no definition of " << type;
+            return out;
+        }
+        collect(definition, "", false, out);
         return out;
     }
 

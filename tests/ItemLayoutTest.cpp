@@ -1,7 +1,10 @@
 // Where items keep their keys and points, and moving an item as a whole.
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -77,6 +80,14 @@ TEST(ItemLayout, EverySlotIsTheMemberItsPathNames) {
                     << points[k].path;
             }
         }
+        // A size is a member of the item, centred on one of its points.
+        for (const km::SizeSlot& size : km::SizeSlotsOf(*item)) {
+            EXPECT_FALSE(memberAt(json, size.path).isEmpty()) << size.path;
+            EXPECT_TRUE(size.centre.empty() ||
+                        std::any_of(points.begin(), points.end(),
+                                    [&](const km::PointSlot& p) { return p.path == size.centre; }))
+                << size.path;
+        }
         // Every key that fires the item is one its match rules answer to.
         for (const km::KeyTrigger& trigger : km::KeyTriggersOf(*item)) {
             EXPECT_TRUE(km::TriggerFires(*item, trigger)) << trigger.role;
@@ -104,6 +115,29 @@ TEST(ItemLayout, SlotsFollowTheClassThatBringsThem) {
             }
         }
         EXPECT_EQ(firing, c.firing) << c.type;
+    }
+}
+
+TEST(ItemLayout, SizesAreCentredOnThePointOfTheirBlock) {
+    // path, name, centre, area, zero means something
+    using Size = std::tuple<std::string, std::string, std::string, bool, bool>;
+    const std::map<std::string, std::vector<Size>> cases = {
+        {"Click", {}},
+        {"Swipehold", {{"rel_radius", "drag radius", "", false, false}}},
+        {"Spell",
+         {{"spell_info.rel_radius", "range", "spell_info.rel_position", false, false},
+          {"swipehold_info.rel_radius", "drag radius", "swipehold_info.rel_position", false,
+           false}}},
+        {"Staring", {{"staring_range", "look area", "", true, false}}},
+        {"RightWalk", {{"first_move_policy.rel_radius", "first move radius", "", false, true}}},
+    };
+    for (const auto& [type, expected] : cases) {
+        std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(type));
+        std::vector<Size> sizes;
+        for (const km::SizeSlot& size : km::SizeSlotsOf(*item)) {
+            sizes.emplace_back(size.path, size.name, size.centre, size.isArea, size.zeroMeans);
+        }
+        EXPECT_EQ(sizes, expected) << type;
     }
 }
 

@@ -174,6 +174,7 @@ private:
                 break;
             case km::MemberKind::Integer:
                 result->set("type", "integer");
+                addRange(member, result);
                 result->set("default", *static_cast<const std::int32_t*>(value));
                 break;
             case km::MemberKind::Number:
@@ -218,12 +219,18 @@ private:
     }
 
     static void addRange(const km::Member& member, Object::Ptr& result) {
-        if (member.minimum == member.minimum) {
-            result->set("minimum", member.minimum);
-        }
-        if (member.maximum == member.maximum) {
-            result->set("maximum", member.maximum);
-        }
+        const auto bound = [&](const char* name, double value) {
+            if (value != value) {
+                return;
+            }
+            if (member.kind == km::MemberKind::Integer) {
+                result->set(name, static_cast<std::int64_t>(value));
+            } else {
+                result->set(name, value);
+            }
+        };
+        bound("minimum", member.minimum);
+        bound("maximum", member.maximum);
     }
 
     static void addNames(const km::Member& member, Object::Ptr& result) {

@@ -427,6 +427,60 @@ void drawTip(SvgWriter& svg, const Canvas& c, const km::TipConfigItem& item) {
     badge(svg, c, item, "tip");
 }
 
+// The drawing of each class with a geometry of its own, chosen by the class
+// (the nearest base that has one); every other type draws none.
+DrawGeometry drawingOf(const void* /*none*/) {
+    return nullptr;
+}
+DrawGeometry drawingOf(const km::BunchClickConfigItem* /*type*/) {
+    return &typed<km::BunchClickConfigItem, drawBunchClick>;
+}
+DrawGeometry drawingOf(const km::SwipeholdConfigItem* /*type*/) {
+    return &typed<km::SwipeholdConfigItem, drawSwipehold>;
+}
+DrawGeometry drawingOf(const km::FireConfigItem* /*type*/) {
+    return &typed<km::FireConfigItem, drawFire>;
+}
+DrawGeometry drawingOf(const km::StaringConfigItem* /*type*/) {
+    return &typed<km::StaringConfigItem, drawStaring>;
+}
+DrawGeometry drawingOf(const km::SpellConfigItem* /*type*/) {
+    return &typed<km::SpellConfigItem, drawSpell>;
+}
+DrawGeometry drawingOf(const km::SpellCancelConfigItem* /*type*/) {
+    return &typed<km::SpellCancelConfigItem, drawSpellCancel>;
+}
+DrawGeometry drawingOf(const km::MouseRightWalkConfigItem* /*type*/) {
+    return &typed<km::MouseRightWalkConfigItem, drawRightWalk>;
+}
+DrawGeometry drawingOf(const km::DirectionalLookConfigItem* /*type*/) {
+    return &typed<km::DiamondConfigItem, drawLook>;
+}
+DrawGeometry drawingOf(const km::MacroConfigItem* /*type*/) {
+    return &typed<km::MacroConfigItem, drawMacro>;
+}
+DrawGeometry drawingOf(const km::CurveConfigItem* /*type*/) {
+    return &typed<km::CurveConfigItem, drawCurve>;
+}
+DrawGeometry drawingOf(const km::JoystickLeftWalkConfigItem* /*type*/) {
+    return &typed<km::JoystickLeftWalkConfigItem, drawLeftStickWalk>;
+}
+DrawGeometry drawingOf(const km::JoystickRightEyeConfigItem* /*type*/) {
+    return &typed<km::JoystickRightEyeConfigItem, drawRightStickEye>;
+}
+DrawGeometry drawingOf(const km::WheelConfigItem* /*type*/) {
+    return &typed<km::WheelConfigItem, drawWheel>;
+}
+DrawGeometry drawingOf(const km::ZoomConfigItem* /*type*/) {
+    return &typed<km::ZoomConfigItem, drawZoom>;
+}
+DrawGeometry drawingOf(const km::ObserveConfigItem* /*type*/) {
+    return &typed<km::ObserveConfigItem, drawObserve>;
+}
+DrawGeometry drawingOf(const km::TipConfigItem* /*type*/) {
+    return &typed<km::TipConfigItem, drawTip>;
+}
+
 }  // namespace
 
 double Canvas::length(double rel) const {
@@ -456,47 +510,11 @@ double MacroY(const Canvas& canvas, int y) {
 }
 
 const std::vector<TypeShape>& TypeShapes() {
-    // The colours stay apart for every eye: no two closer than 13 in CIE
-    // L*a*b* under simulated protanopia, deuteranopia and tritanopia (nor in
-    // full colour), and the members of a family no closer than 30. Every
-    // colour is light enough to read on the screen's dark grey.
-    using M = MarkerShape;
-    static const std::vector<TypeShape> shapes = {
-        {"Click", M::Circle, "#10D090", "tap", nullptr},
-        {"BunchClick", M::Circle, "#FFC0FF", "repeated taps (count)",
-         &typed<km::BunchClickConfigItem, drawBunchClick>},
-        {"Swipehold", M::Hexagon, "#A0FFA0", "drag: radius, direction keys, steps",
-         &typed<km::SwipeholdConfigItem, drawSwipehold>},
-        {"Fire", M::Pentagon, "#FF6040", "fire: drag area, invalid zone",
-         &typed<km::FireConfigItem, drawFire>},
-        {"Staring", M::Diamond, "#FF00C0", "look range",
-         &typed<km::StaringConfigItem, drawStaring>},
-        {"Spell", M::Pentagon, "#FFC000", "skill: cast point and range, drag area",
-         &typed<km::SpellConfigItem, drawSpell>},
-        {"SpellCancel", M::Pentagon, "#608080", "cancel skill",
-         &typed<km::SpellCancelConfigItem, drawSpellCancel>},
-        {"RightWalk", M::Hexagon, "#FF60FF", "walk to pointer: measurement point",
-         &typed<km::MouseRightWalkConfigItem, drawRightWalk>},
-        {"Eye", M::Diamond, "#FFFFFF", "look: direction keys",
-         &typed<km::DiamondConfigItem, drawLook>},
-        {"Gravity", M::Diamond, "#20FF60", "tilt: direction keys",
-         &typed<km::DiamondConfigItem, drawLook>},
-        {"Macro", M::Square, "#C0E0C0", "macro: numbered points it touches",
-         &typed<km::MacroConfigItem, drawMacro>},
-        {"Curve", M::Square, "#4080C0", "stroke: start, points, end",
-         &typed<km::CurveConfigItem, drawCurve>},
-        {"LeftStickWalk", M::Hexagon, "#808020", "left stick: radius",
-         &typed<km::JoystickLeftWalkConfigItem, drawLeftStickWalk>},
-        {"RightStickEye", M::Diamond, "#C000FF", "right stick: look range",
-         &typed<km::JoystickRightEyeConfigItem, drawRightStickEye>},
-        {"Wheel", M::Capsule, "#80C060", "wheel: two directions",
-         &typed<km::WheelConfigItem, drawWheel>},
-        {"Zoom", M::Capsule, "#E0D0E0", "pinch: two directions",
-         &typed<km::ZoomConfigItem, drawZoom>},
-        {"Observe", M::Diamond, "#A08060", "look while held",
-         &typed<km::ObserveConfigItem, drawObserve>},
-        {"Tip", M::Bubble, "#F060A0", "tip", &typed<km::TipConfigItem, drawTip>},
-    };
+#define ZUNO_KM_SHAPE(name, itemClass, marker, colour, legend) \
+    {#name, MarkerShape::marker, colour, legend,               \
+     drawingOf(static_cast<const km::itemClass*>(nullptr))},
+    static const std::vector<TypeShape> shapes = {ZUNO_KM_ITEM_TYPES(ZUNO_KM_SHAPE)};
+#undef ZUNO_KM_SHAPE
     return shapes;
 }
 

@@ -1,11 +1,11 @@
 //
 // ItemShapes.h
 //
-// How each item type is drawn: one row per type, with its marker shape, its
-// colour, its name in the legend and the function that draws its own
-// geometry. The drawing rules shared by every type (marker, touch point,
-// captions, labels, problem marks) are in SvgRenderer.cpp; a type's row only
-// adds what that type has of its own.
+// How each item type is drawn: one row per type, made from the library's type
+// list (its marker shape, its colour, its name in the legend), with the
+// function that draws its class's own geometry. The drawing rules shared by every type (marker,
+// touch point, captions, labels, problem marks) are in SvgRenderer.cpp; a type's row only adds what
+// that type has of its own.
 //
 
 #ifndef ZUNO_KEYMAP_RENDER_ITEMSHAPES_H

@@ -94,6 +94,22 @@ struct ZUNO_KM_API PointSlot
     ///@}
 };
 
+struct ZUNO_KM_API SizeSlot
+/// One size of an item drawn around a point: a radius (a fraction of the
+/// screen's shorter side) or an area ({"rel_width", "rel_height"} centred on
+/// the touch point).
+{
+    std::string path;     ///< the member's path in the item's JSON object ("spell_info.rel_radius")
+    std::string name;     ///< how people name it: "drag radius", "look area", ...
+    bool isArea = false;  ///< an area, not a radius
+    /// The path of the point a radius is centred on: the point beside it in
+    /// its settings block, or empty for the touch point.
+    std::string centre;
+    /// Whether zero means something (no first move, no gap), so a fresh
+    /// item keeps it rather than being given a size people start from.
+    bool zeroMeans = false;
+};
+
 /// The key members of `item`, in the order people name them: the key before
 /// its second key, the positive side before the negative one, the direction
 /// keys clockwise from the top.
@@ -102,6 +118,9 @@ ZUNO_KM_API const std::vector<KeySlot>& KeySlotsOf(const ConfigItem& item);
 /// The points of `item`, in reading order: its touch point and marker first,
 /// then the points of its own type.
 ZUNO_KM_API const std::vector<PointSlot>& PointSlotsOf(const ConfigItem& item);
+
+/// The sizes of `item` drawn around its points, in reading order.
+ZUNO_KM_API const std::vector<SizeSlot>& SizeSlotsOf(const ConfigItem& item);
 
 /// Moves the whole item by (dx, dy), in fractions of the screen: every point
 /// that moves with it (marker, touch point, cast point, drag centre, curve

@@ -45,21 +45,34 @@ public:
     static const MemberTable& Members();
 };
 
-/// The one implementation behind EyeConfigItem and GravityConfigItem; internal.
-template <typename Item>
-struct DirectionalLookOps;
-
-class ZUNO_KM_API EyeConfigItem : public DiamondConfigItem
-/// A camera look steered by four direction keys (the arrow keys by
-/// default). Valid when any direction key is set; fires for any of them.
-/// All four keys and the sensitivity are required on reading.
+class ZUNO_KM_API DirectionalLookConfigItem : public DiamondConfigItem
+/// What EyeConfigItem and GravityConfigItem are, apart from their type name
+/// and default sensitivity: a look steered by four direction keys (the arrow
+/// keys by default), valid when any direction key is set and fired by any of
+/// them. All four keys and the sensitivity are required on reading.
 {
 public:
-    /// Kept in the JSON member of the same name.
-    ///@{
-    std::int32_t sensitivity = 100;
-    ///@}
+    /// Kept in the JSON member of the same name; the default is the type's.
+    std::int32_t sensitivity;
 
+    ~DirectionalLookConfigItem() override;
+
+    bool IsInvalid() const override;
+    bool MatchConfigKey(const ConfigKey& other) override;
+
+protected:
+    /// An item of type `typeName` with the arrow keys and `defaultSensitivity`.
+    DirectionalLookConfigItem(std::string typeName, std::int32_t defaultSensitivity);
+
+    /// The table of a directional look type: what it does, and what its
+    /// sensitivity means.
+    static MemberTable LookMembers(const char* description, const char* sensitivityLine);
+};
+
+class ZUNO_KM_API EyeConfigItem : public DirectionalLookConfigItem
+/// A camera look steered by four direction keys; sensitivity 100 by default.
+{
+public:
     EyeConfigItem();
     ~EyeConfigItem() override;
 
@@ -68,24 +81,13 @@ public:
 
     /// The class's own members, in reading order (model/Members.h).
     static const MemberTable& Members();
-    bool IsInvalid() const override;
-    bool MatchConfigKey(const ConfigKey& other) override;
-
-private:
-    friend struct DirectionalLookOps<EyeConfigItem>;
 };
 
-class ZUNO_KM_API GravityConfigItem : public DiamondConfigItem
-/// A tilt of the device steered by four direction keys. Apart from its
-/// type name and its default sensitivity it behaves exactly like
-/// EyeConfigItem.
+class ZUNO_KM_API GravityConfigItem : public DirectionalLookConfigItem
+/// A tilt of the device steered by four direction keys; sensitivity 20 by
+/// default.
 {
 public:
-    /// Kept in the JSON member of the same name.
-    ///@{
-    std::int32_t sensitivity = 20;
-    ///@}
-
     GravityConfigItem();
     ~GravityConfigItem() override;
 
@@ -94,11 +96,6 @@ public:
 
     /// The class's own members, in reading order (model/Members.h).
     static const MemberTable& Members();
-    bool IsInvalid() const override;
-    bool MatchConfigKey(const ConfigKey& other) override;
-
-private:
-    friend struct DirectionalLookOps<GravityConfigItem>;
 };
 
 }  // namespace zunokeymapmanager

@@ -68,6 +68,9 @@ enum MemberFlag : std::uint16_t {
     kPointText = 1U << 3,     ///< a string that lists points
     kTypeName = 1U << 4,      ///< the item's type name
     kEmptyAllowed = 1U << 5,  ///< the empty string is allowed besides the listed names
+    kRadius = 1U << 6,        ///< a length drawn as a circle, a fraction of the shorter side
+    kArea = 1U << 7,          ///< a size drawn as a rectangle around the touch point
+    kZeroMeans = 1U << 8,     ///< a size whose zero means something: a fresh item keeps it
 };
 
 struct MemberTable;
@@ -97,7 +100,7 @@ struct ZUNO_KM_API Member
     bool (*written)(const void* owner) = nullptr;
 
     KeyRole role = KeyRole::Key;  ///< a key: what it does for its item
-    const char* slot = "";        ///< a key or point: its name in KeySlot and PointSlot
+    const char* slot = "";  ///< a key, point or size: its name in KeySlot, PointSlot, SizeSlot
 
     const char* title = "";  ///< a short label for people
     const char* group = "";  ///< the editor's group: "Position", "Keys", "Behaviour", "Advanced"
@@ -106,7 +109,7 @@ struct ZUNO_KM_API Member
     /// The names a string allows (one of the shared name lists), if any.
     const std::string_view* names = nullptr;
     std::size_t nameCount = 0;  ///< how many `names` there are
-    /// The range a number allows; NaN where it is open.
+    /// The range a number or integer allows; NaN where it is open.
     double minimum = std::numeric_limits<double>::quiet_NaN();
     double maximum = std::numeric_limits<double>::quiet_NaN();  ///< see `minimum`
     const char* pattern = "";  ///< a regular expression a string must match, if any
@@ -133,6 +136,12 @@ struct ZUNO_KM_API Member
     Member& point(const char* slotName, std::uint16_t pointFlags) {
         slot = slotName;
         return flag(pointFlags);
+    }
+    /// A size drawn around a point (kRadius or kArea, maybe kZeroMeans),
+    /// which the editor's handles change; `slotName` is how people call it.
+    Member& size(const char* slotName, std::uint16_t sizeFlags) {
+        slot = slotName;
+        return flag(sizeFlags);
     }
     Member& show(const char* label, const char* inGroup, const char* line) {
         title = label;
@@ -246,8 +255,9 @@ template <typename Owner>
 struct MembersOf
 /// Makes the members of `Owner`'s table.
 {
-    /// The member `M` of `Owner` (or of one of its bases), kept under `name`;
-    /// its kind follows from its type.
+    /// The member `M` of `Owner` (or of one of its bases), kept under `name`,
+    /// a name that lives as long as the program (a kField constant): the table
+    /// keeps a pointer to it. Its kind follows from its type.
     template <auto M>
     static Member field(const std::string& name) {
         using T = typename members::MemberPointer<decltype(M)>::Type;
@@ -278,6 +288,16 @@ struct MembersOf
         }
         return member;
     }
+
+    /// A temporary name (a string literal included) would be gone before the
+    /// first read.
+    ///@{
+    template <auto M>
+    static Member field(std::string&& name) = delete;
+    template <auto M>
+    static Member block(std::string&& name, const MemberTable& (*table)()) = delete;
+    static Member group(std::string&& name, const MemberTable& (*table)()) = delete;
+    ///@}
 
     /// The settings block `M`, kept as an object under `name`.
     template <auto M>

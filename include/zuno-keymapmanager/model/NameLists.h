@@ -17,34 +17,24 @@
 #include <string_view>
 #include <utility>
 
+#include "zuno-keymapmanager/model/ItemTypes.h"
+
 namespace zunokeymapmanager {
 
-enum class ItemType {
-    Unknown,
-    Click,
-    BunchClick,
-    Swipehold,
-    Fire,
-    Staring,
-    Spell,
-    SpellCancel,
-    RightWalk,
-    Eye,
-    Gravity,
-    Macro,
-    Curve,
-    LeftStickWalk,
-    RightStickEye,
-    Wheel,
-    Zoom,
-    Observe,
-    Tip,
-};
+/// \cond INTERNAL
+#define ZUNO_KM_ITEM_ENUM(name, ...) name,
+#define ZUNO_KM_ITEM_NAME(name, ...) #name,
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a term of the sum that counts the rows
+#define ZUNO_KM_ITEM_COUNT(...) +1
+#define ZUNO_KM_ITEM_CLASS(name, itemClass, ...) class itemClass;
+/// \endcond
 
-inline constexpr std::array<std::string_view, 19> kItemTypeNames{
-    "Unknown",       "Click",     "BunchClick", "Swipehold", "Fire",  "Staring", "Spell",
-    "SpellCancel",   "RightWalk", "Eye",        "Gravity",   "Macro", "Curve",   "LeftStickWalk",
-    "RightStickEye", "Wheel",     "Zoom",       "Observe",   "Tip"};
+/// Every item type, and Unknown for none.
+enum class ItemType { Unknown, ZUNO_KM_ITEM_TYPES(ZUNO_KM_ITEM_ENUM) };
+
+/// The type names, in the order of ItemType.
+inline constexpr std::array<std::string_view, 1 ZUNO_KM_ITEM_TYPES(ZUNO_KM_ITEM_COUNT)>
+    kItemTypeNames{"Unknown", ZUNO_KM_ITEM_TYPES(ZUNO_KM_ITEM_NAME)};
 
 namespace detail {
 template <std::size_t... I>
@@ -121,6 +111,24 @@ constexpr int IndexOfName(const std::array<std::string_view, N>& list, std::stri
 /// The type name of `type`.
 constexpr std::string_view NameOf(ItemType type) {
     return kItemTypeNames[static_cast<std::size_t>(type)];
+}
+
+/// \cond INTERNAL
+ZUNO_KM_ITEM_TYPES(ZUNO_KM_ITEM_CLASS)
+template <typename Item>
+struct ItemTypeOf;
+#define ZUNO_KM_ITEM_TRAIT(name, itemClass, ...)          \
+    template <>                                           \
+    struct ItemTypeOf<itemClass> {                        \
+        static constexpr ItemType value = ItemType::name; \
+    };
+ZUNO_KM_ITEM_TYPES(ZUNO_KM_ITEM_TRAIT)
+/// \endcond
+
+/// The type name of the item class `Item`, as its row in the type list gives it.
+template <typename Item>
+constexpr std::string_view TypeNameOf() {
+    return NameOf(ItemTypeOf<Item>::value);
 }
 
 /// The device name of `device`.

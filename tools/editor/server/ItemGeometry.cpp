@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <map>
 #include <memory>
 
 #include <Poco/Exception.h>
@@ -23,29 +22,6 @@ using Poco::JSON::Array;
 using Poco::JSON::Object;
 
 namespace {
-
-using Kind = Length::Kind;
-
-const std::map<std::string, std::vector<Length>>& lengthTable() {
-    static const std::map<std::string, std::vector<Length>> table = {
-        {"Swipehold", {{Kind::Radius, "rel_radius", "drag radius"}}},
-        {"LeftStickWalk", {{Kind::Radius, "rel_radius", "stick radius"}}},
-        {"Fire",
-         {{Kind::Radius, "swipehold_info.rel_radius", "drag radius",
-           "swipehold_info.rel_position"}}},
-        {"Spell",
-         {{Kind::Radius, "spell_info.rel_radius", "range", "spell_info.rel_position"},
-          {Kind::Radius, "swipehold_info.rel_radius", "drag radius",
-           "swipehold_info.rel_position"}}},
-        {"Staring", {{Kind::Area, "staring_range", "look area"}}},
-        {"RightStickEye", {{Kind::Area, "staring_range", "look area"}}},
-        // A first move of zero and a gap of zero mean something: no size is given.
-        {"RightWalk",
-         {{Kind::Radius, "first_move_policy.rel_radius", "first move radius", "", false}}},
-        {"Zoom", {{Kind::Radius, "one_side_gap", "finger gap", "", false}}},
-    };
-    return table;
-}
 
 // The object at `path` ("a.b") inside `object`, or null.
 Object::Ptr objectAt(const Object::Ptr& object, const std::string& path) {
@@ -121,12 +97,6 @@ km::PointF freeSpot(const km::KeymapConfig& doc) {
 
 }  // namespace
 
-const std::vector<Length>& LengthsOf(const std::string& type) {
-    static const std::vector<Length> none;
-    const auto found = lengthTable().find(type);
-    return found == lengthTable().end() ? none : found->second;
-}
-
 Object::Ptr ShapesJson() {
     Object::Ptr handles = new Object(Poco::JSON_PRESERVE_KEY_ORDER);
     Object::Ptr keys = new Object(Poco::JSON_PRESERVE_KEY_ORDER);
@@ -144,9 +114,9 @@ Object::Ptr ShapesJson() {
             list->add(entry(!slot.isText ? "point" : "points", slot.path, slot.name, slot.moves,
                             slot.nullIsUnset, ""));
         }
-        for (const Length& length : LengthsOf(type)) {
-            list->add(entry(length.kind == Kind::Radius ? "radius" : "area", length.member,
-                            length.label, false, false, length.centre));
+        for (const km::SizeSlot& size : km::SizeSlotsOf(*fresh)) {
+            list->add(entry(size.isArea ? "area" : "radius", size.path, size.name, false, false,
+                            size.centre));
         }
         handles->set(type, list);
         Array::Ptr members = new Array();
@@ -223,12 +193,16 @@ void PlaceFreshItem(km::ConfigItem& item, const km::KeymapConfig& doc, double x,
 }
 
 void SizeFreshItem(const Object::Ptr& item) {
-    const std::string type = item->optValue<std::string>("type", std::string());
-    for (const Length& length : LengthsOf(type)) {
-        if (!length.sized || length.kind != Kind::Radius) {
+    const std::unique_ptr<km::ConfigItem> fresh(
+        km::CreateConfigItem(item->optValue<std::string>("type", std::string())));
+    if (!fresh) {
+        return;
+    }
+    for (const km::SizeSlot& size : km::SizeSlotsOf(*fresh)) {
+        if (size.zeroMeans || size.isArea) {
             continue;
         }
-        const std::string path(length.member);
+        const std::string& path = size.path;
         const std::size_t dot = path.rfind('.');
         Object::Ptr parent = dot == std::string::npos ? item : objectAt(item, path.substr(0, dot));
         const std::string name = dot == std::string::npos ? path : path.substr(dot + 1);

@@ -2,10 +2,9 @@
 // ItemGeometry.h
 //
 // What the editor's handles change on each item type, and how a fresh item
-// is made to fit a document. The points of an item and its key members are
-// the library's (ItemLayout.h); the sizes drawn around them (a drag radius, a
-// look area) are named here. The page reads all of it from GET /api/shapes
-// and keeps no table of its own.
+// is made to fit a document. The points, sizes and key members of an item
+// are the library's (ItemLayout.h), read from its member tables. The page
+// reads all of it from GET /api/shapes and keeps no table of its own.
 //
 
 #ifndef ZUNO_KEYMAP_EDITOR_ITEMGEOMETRY_H
@@ -21,25 +20,6 @@ namespace zunokeymap {
 namespace editor {
 
 namespace km = zunokeymapmanager;
-
-/// A size of an item that a handle changes.
-struct Length {
-    enum class Kind {
-        Radius,  ///< a length, a fraction of the screen's shorter side
-        Area,    ///< a {"rel_width", "rel_height"} member centred on the touch point
-    };
-    Kind kind;
-    const char* member;  ///< the member's path inside the item ("spell_info.rel_radius")
-    const char* label;   ///< what people call it
-    /// For a radius: the point member it is centred on; empty for the touch point.
-    const char* centre = "";
-    /// Whether a fresh item's value (zero, or as large as the screen) is
-    /// replaced by a size people start from.
-    bool sized = true;
-};
-
-/// The sizes of item type `type` that handles change; empty for none.
-const std::vector<Length>& LengthsOf(const std::string& type);
 
 /// Every type's handles, key members, kind and colour as JSON: {"handles":
 /// {"TYPE": [{"kind" ("point", "points", "radius", "area"), "member",
