@@ -165,9 +165,11 @@ int runEdit(const EditArguments& args) {
         std::cerr << "zuno-keymap edit: unsaved changes were written to " << ForTerminal(recovery)
                   << "\n";
     } else if (session.unsaved()) {
+        // Beside FILE, the data folder and the temporary folder all refused.
+        const std::string data = editor::RecoveryFolder();
         std::cerr << "zuno-keymap edit: unsaved changes could not be written beside "
-                  << ForTerminal(file) << " nor in " << ForTerminal(editor::RecoveryFolder())
-                  << "\n";
+                  << ForTerminal(file) << (data.empty() ? "" : ", in " + ForTerminal(data))
+                  << " nor in the temporary folder\n";
         return kUsage;
     }
     return kClean;
