@@ -43,4 +43,11 @@ zuno-keymap set ./-.json 'keymaps[1].key=Q' >/dev/null
 out=$(git diff -- ./-.json)
 grep -q 'rebound   keymaps\[1\] Fire' <<<"$out" ||
     { echo "git diff shows no semantic diff for -.json:"; echo "$out"; exit 1; }
+# git hands the driver /dev/null for the side an added file did not have.
+cp "$example" added.json
+git add added.json
+git commit -qm added
+out=$(git log -p -1 --ext-diff -- added.json)
+grep -q '^  added ' <<<"$out" ||
+    { echo "git log -p shows no semantic diff for an added keymap:"; echo "$out"; exit 1; }
 echo "git diff and git log -p speak the keymap's terms"

@@ -113,9 +113,20 @@ void writeJson(const DiffOptions& options, const std::vector<KeymapChange>& chan
     std::cout << text << "\n";
 }
 
+// git hands a diff driver /dev/null for the missing side of an added or a
+// removed file: that side is a document with no items, not a load failure.
+Loaded loadSide(const std::string& name, bool joystick) {
+    if (name != "/dev/null") {
+        return Load(name, joystick);
+    }
+    Loaded none = Load(joystick ? "blank-gamepad" : "blank", joystick);
+    none.source = name;
+    return none;
+}
+
 int runDiff(const DiffOptions& options) {
-    Loaded before = Load(options.before, options.joystick);
-    Loaded after = Load(options.after, options.joystick);
+    Loaded before = loadSide(options.before, options.joystick);
+    Loaded after = loadSide(options.after, options.joystick);
     for (const Loaded* loaded : {&before, &after}) {
         if (loaded->diagnostic.failed) {
             ReportLoadFailure(*loaded);
