@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
-#include <unordered_map>
 
 #include "check/TriggerRules.h"
 #include "zuno-keymapmanager/api/KeyTriggers.h"
@@ -123,18 +122,39 @@ bool sameKey(const ConfigKey& a, const ConfigKey& b) {
     return a.isSet() == b.isSet() && (!a.isSet() || sameBucket(a, b));
 }
 
-struct SameTrigger {
-    bool operator()(const Trigger* a, const Trigger* b) const {
-        return a->hash == b->hash && sameKey(*a->first, *b->first) &&
-               sameKey(*a->second, *b->second);
-    }
-};
+bool sameTrigger(const Trigger& a, const Trigger& b) {
+    return a.hash == b.hash && sameKey(*a.first, *b.first) && sameKey(*a.second, *b.second);
+}
 
-struct TriggerHash {
-    std::size_t operator()(const Trigger* t) const {
-        return t->second->isSet() ? t->hash * 31 + hashOf(*t->second) : t->hash;
+std::size_t triggerHash(const Trigger& t) {
+    return t.second->isSet() ? t.hash * 31 + hashOf(*t.second) : t.hash;
+}
+
+// For each trigger, the first trigger alike in item order, itself when it is
+// the first. One flat table of indices rather than a node and a list per
+// trigger: a large document's search otherwise spends most of its time in
+// the allocator and waiting on memory the small one keeps in cache.
+std::vector<std::uint32_t> firstAlike(const std::vector<Trigger>& triggers) {
+    constexpr std::uint32_t kEmpty = ~std::uint32_t{0};
+    std::size_t size = 16;
+    while (size < triggers.size() * 2) {
+        size *= 2;
     }
-};
+    const std::size_t mask = size - 1;
+    std::vector<std::uint32_t> slots(size, kEmpty);
+    std::vector<std::uint32_t> first(triggers.size());
+    for (std::size_t k = 0; k < triggers.size(); ++k) {
+        std::size_t slot = triggerHash(triggers[k]) & mask;
+        while (slots[slot] != kEmpty && !sameTrigger(triggers[slots[slot]], triggers[k])) {
+            slot = (slot + 1) & mask;
+        }
+        if (slots[slot] == kEmpty) {
+            slots[slot] = static_cast<std::uint32_t>(k);
+        }
+        first[k] = slots[slot];
+    }
+    return first;
+}
 
 }  // namespace
 
@@ -158,18 +178,27 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
     // its own item. A bucket holds only keys alike in device and code, so a
     // crowded one has few distinct triggers (combinations of a key and a
     // modifier) and the work stays linear in the items.
-    std::vector<Collision> collisions;
-    std::vector<std::vector<int>> members;
-    std::unordered_map<const Trigger*, std::size_t, TriggerHash, SameTrigger> seen;
-    seen.reserve(triggers.size());
-    for (const Trigger& trigger : triggers) {
-        const auto found = seen.emplace(&trigger, members.size());
-        if (!found.second) {
-            members[found.first->second].push_back(trigger.item);
-            continue;
+    const std::vector<std::uint32_t> first = firstAlike(triggers);
+    // Each first trigger's repeats, linked from it.
+    constexpr std::uint32_t kNone = ~std::uint32_t{0};
+    std::vector<std::uint32_t> repeat(triggers.size(), kNone);
+    for (std::size_t k = triggers.size(); k-- > 0;) {
+        if (first[k] != k) {
+            repeat[k] = repeat[first[k]];
+            repeat[first[k]] = static_cast<std::uint32_t>(k);
         }
-        members.emplace_back(1, trigger.item);
-        std::vector<int>& group = members.back();
+    }
+    std::vector<Collision> collisions;
+    std::vector<int> group;
+    for (std::size_t k = 0; k < triggers.size(); ++k) {
+        if (first[k] != k) {
+            continue;  // reported with the first trigger like it
+        }
+        const Trigger& trigger = triggers[k];
+        group.assign(1, trigger.item);
+        for (std::uint32_t r = repeat[k]; r != kNone; r = repeat[r]) {
+            group.push_back(triggers[r].item);
+        }
         int previous = -1;  // an item listed twice (two of its keys alike) is asked once
         index.forEach(trigger.hash, [&](const Trigger& other) {
             const int j = other.item;
@@ -181,14 +210,6 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
                 group.push_back(j);
             }
         });
-    }
-    for (const Trigger& trigger : triggers) {
-        const auto found = seen.find(&trigger);
-        if (found == seen.end()) {
-            continue;  // reported already, with its first trigger
-        }
-        std::vector<int> group = std::move(members[found->second]);
-        seen.erase(found);
         std::sort(group.begin(), group.end());
         group.erase(std::unique(group.begin(), group.end()), group.end());
         if (group.size() < 2) {
@@ -198,7 +219,7 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
         described.first = *trigger.first;
         described.second = *trigger.second;
         described.combination = trigger.second->isSet();
-        collisions.push_back({std::move(group), DescribeKeyTrigger(described)});
+        collisions.push_back({group, DescribeKeyTrigger(described)});
     }
     return collisions;
 }
