@@ -126,36 +126,6 @@ bool sameTrigger(const Trigger& a, const Trigger& b) {
     return a.hash == b.hash && sameKey(*a.first, *b.first) && sameKey(*a.second, *b.second);
 }
 
-std::size_t triggerHash(const Trigger& t) {
-    return t.second->isSet() ? t.hash * 31 + hashOf(*t.second) : t.hash;
-}
-
-// For each trigger, the first trigger alike in item order, itself when it is
-// the first. One flat table of indices rather than a node and a list per
-// trigger: a large document's search otherwise spends most of its time in
-// the allocator and waiting on memory the small one keeps in cache.
-std::vector<std::uint32_t> firstAlike(const std::vector<Trigger>& triggers) {
-    constexpr std::uint32_t kEmpty = ~std::uint32_t{0};
-    std::size_t size = 16;
-    while (size < triggers.size() * 2) {
-        size *= 2;
-    }
-    const std::size_t mask = size - 1;
-    std::vector<std::uint32_t> slots(size, kEmpty);
-    std::vector<std::uint32_t> first(triggers.size());
-    for (std::size_t k = 0; k < triggers.size(); ++k) {
-        std::size_t slot = triggerHash(triggers[k]) & mask;
-        while (slots[slot] != kEmpty && !sameTrigger(triggers[slots[slot]], triggers[k])) {
-            slot = (slot + 1) & mask;
-        }
-        if (slots[slot] == kEmpty) {
-            slots[slot] = static_cast<std::uint32_t>(k);
-        }
-        first[k] = slots[slot];
-    }
-    return first;
-}
-
 }  // namespace
 
 std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
@@ -174,34 +144,34 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
     }
     const TriggerIndex index(triggers);
 
-    // Each distinct trigger asks its bucket once; a repeat of it only adds
-    // its own item. A bucket holds only keys alike in device and code, so a
-    // crowded one has few distinct triggers (combinations of a key and a
-    // modifier) and the work stays linear in the items.
-    const std::vector<std::uint32_t> first = firstAlike(triggers);
-    // Each first trigger's repeats, linked from it.
-    constexpr std::uint32_t kNone = ~std::uint32_t{0};
-    std::vector<std::uint32_t> repeat(triggers.size(), kNone);
-    for (std::size_t k = triggers.size(); k-- > 0;) {
-        if (first[k] != k) {
-            repeat[k] = repeat[first[k]];
-            repeat[first[k]] = static_cast<std::uint32_t>(k);
-        }
-    }
+    // Each distinct trigger asks its bucket once, in item order; the repeats
+    // of it met there (the same key or combination) join its group and ask
+    // nothing themselves. A bucket holds only keys alike in device and code,
+    // so a crowded one has few distinct triggers (combinations of a key and a
+    // modifier) and the work stays linear in the items. Nothing but this
+    // flag is kept per trigger: a large document's search otherwise waits on
+    // tables the small one keeps in cache.
+    std::vector<char> repeat(triggers.size(), 0);
     std::vector<Collision> collisions;
     std::vector<int> group;
     for (std::size_t k = 0; k < triggers.size(); ++k) {
-        if (first[k] != k) {
-            continue;  // reported with the first trigger like it
+        if (repeat[k] != 0) {
+            continue;  // in the group of the first trigger like it
         }
         const Trigger& trigger = triggers[k];
         group.assign(1, trigger.item);
-        for (std::uint32_t r = repeat[k]; r != kNone; r = repeat[r]) {
-            group.push_back(triggers[r].item);
-        }
         int previous = -1;  // an item listed twice (two of its keys alike) is asked once
         index.forEach(trigger.hash, [&](const Trigger& other) {
+            const auto o = static_cast<std::size_t>(&other - triggers.data());
             const int j = other.item;
+            if (o == k) {
+                return;
+            }
+            if (sameTrigger(other, trigger)) {
+                repeat[o] = 1;
+                group.push_back(j);
+                return;
+            }
             if (j == trigger.item || j == previous || !sameBucket(*other.first, *trigger.first)) {
                 return;
             }
