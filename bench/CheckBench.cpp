@@ -3,7 +3,9 @@
 //
 // The document check. Its collision search must grow with the items, not
 // with their pairs: 20,000 items against 2,000 is the ratio that tells. The
-// whole check, schema included, is measured against loading the same text.
+// whole check, schema included, is measured against loading the same text,
+// and against itself on an object of an eighth of the members, so that
+// nothing in it grows with the square of one object's members.
 //
 // Naming: a case "BM_X" is paired with its baseline "BM_X_Baseline"; the
 // counter "bar" is the largest acceptable ratio of the two (bench/run).
@@ -178,32 +180,43 @@ void BM_CheckLocating_Baseline(benchmark::State& state) {
     state.counters["bar"] = 1.1;
 }
 
+// A fresh Click, as the library writes it, on Q and placed.
+std::string clickText() {
+    std::unique_ptr<km::ConfigItem> click(km::CreateConfigItem("Click"));
+    click->key = km::CreateConfigKey("keyboard", 0x51, 16);
+    click->icon.rel_position = km::PointF(0.5, 0.5);
+    click->rel_work_position = km::PointF(0.5, 0.5);
+    std::ostringstream one;
+    Poco::JSON::Stringifier::stringify(click->ConvertToJsonObject(), one);
+    return one.str();
+}
+
+// A blank document whose "keymaps" holds `items` (elements, comma-separated),
+// loaded once to be sure it holds `count` items.
+std::string documentOf(const std::string& items, std::size_t count) {
+    std::unique_ptr<km::KeymapConfig> blank(
+        km::LoadKeymapConfigAndInfo("sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300", ""));
+    std::string document = km::SaveKeymapConfigAndInfoToText(blank.get());
+    const std::size_t open = document.find('[', document.find("\"keymaps\""));
+    document.insert(open + 1, items);
+    const std::unique_ptr<km::KeymapConfig> loaded(
+        km::LoadKeymapConfigAndInfo(benchdocs::kHostTextPath, document));
+    if (loaded->items.size() != count) {
+        std::abort();  // the setup is wrong: nothing here would be measured
+    }
+    return document;
+}
+
 // A hostile document: every item on one key. Reported as one finding per
 // key, its check stays within a few loads; as pairs it was quadratic.
 const std::string& oneKeyText() {
     static const std::string text = [] {
-        // A fresh Click, as the library writes it, on Q and placed.
-        std::unique_ptr<km::ConfigItem> click(km::CreateConfigItem("Click"));
-        click->key = km::CreateConfigKey("keyboard", 0x51, 16);
-        click->icon.rel_position = km::PointF(0.5, 0.5);
-        click->rel_work_position = km::PointF(0.5, 0.5);
-        std::ostringstream one;
-        Poco::JSON::Stringifier::stringify(click->ConvertToJsonObject(), one);
+        const std::string one = clickText();
         std::string items;
         for (int i = 0; i < 10000; ++i) {
-            items += (i == 0 ? "" : ",") + one.str();
+            items += (i == 0 ? "" : ",") + one;
         }
-        std::unique_ptr<km::KeymapConfig> blank(
-            km::LoadKeymapConfigAndInfo("sanitary-4EA33DC3-6C4B-46A2-A180-6F2597234300", ""));
-        std::string document = km::SaveKeymapConfigAndInfoToText(blank.get());
-        const std::size_t open = document.find('[', document.find("\"keymaps\""));
-        document.insert(open + 1, items);
-        const std::unique_ptr<km::KeymapConfig> loaded(
-            km::LoadKeymapConfigAndInfo(benchdocs::kHostTextPath, document));
-        if (loaded->items.size() != 10000) {
-            std::abort();  // the setup is wrong: nothing here would be measured
-        }
-        return document;
+        return documentOf(items, 10000);
     }();
     return text;
 }
@@ -223,6 +236,45 @@ void BM_CheckOneKey_Baseline(benchmark::State& state) {
         delete doc;
     }
     state.counters["bar"] = 3;
+}
+
+// Another: one item with tens of thousands of members of its own, each
+// reported as unknown and each looked for among the names before it. The
+// search for repeated names must stay linear in the members of one object.
+const std::string& wideText(std::size_t members) {
+    static std::map<std::size_t, std::string> texts;
+    std::string& text = texts[members];
+    if (text.empty()) {
+        std::string item = clickText();
+        std::string extra;
+        for (std::size_t k = 0; k < members; ++k) {
+            extra += "\"m" + std::to_string(k) + "\":" + std::to_string(k) + ",";
+        }
+        item.insert(1, extra);
+        text = documentOf(item, 1);
+    }
+    return text;
+}
+
+void checkWide(benchmark::State& state, std::size_t members) {
+    const std::string& text = wideText(members);
+    std::size_t found = 0;
+    for (auto _ : state) {
+        const km::CheckReport report = km::CheckKeymapDocument(text, false);
+        found = report.findings.size();
+        benchmark::DoNotOptimize(report.findings.data());
+    }
+    state.counters["findings"] = static_cast<double>(found);
+}
+
+void BM_CheckWideObject(benchmark::State& state) {
+    checkWide(state, static_cast<std::size_t>(state.range(0)));
+    state.counters["bar"] = 12;
+}
+
+// The argument only pairs it with its case: an eighth of the members.
+void BM_CheckWideObject_Baseline(benchmark::State& state) {
+    checkWide(state, static_cast<std::size_t>(state.range(0)) / 8);
 }
 
 // The whole check at growing sizes, fitted: it must come out linear.
@@ -245,6 +297,8 @@ BENCHMARK(BM_CheckLocating)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CheckLocating_Baseline)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CheckOneKey)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CheckOneKey_Baseline)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CheckWideObject)->Arg(160000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CheckWideObject_Baseline)->Arg(160000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CheckDocumentGrowth)
     ->Arg(1000)
     ->Arg(2000)

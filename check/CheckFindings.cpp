@@ -23,6 +23,37 @@ Finding MakeFinding(FindingKind kind, FindingSeverity severity, std::string path
     return finding;
 }
 
+void SortByItem(std::vector<Finding>& findings) {
+    const auto before = [](const Finding& a, const Finding& b) {
+        return a.item_index < b.item_index;
+    };
+    if (std::is_sorted(findings.begin(), findings.end(), before)) {
+        return;
+    }
+    const auto [low, high] = std::minmax_element(findings.begin(), findings.end(), before);
+    const std::size_t span =
+        static_cast<std::size_t>(static_cast<long long>(high->item_index) - low->item_index) + 1;
+    if (span > findings.size() * 4) {
+        std::stable_sort(findings.begin(), findings.end(), before);
+        return;
+    }
+    // Indices are dense (the elements of one document): counted into place,
+    // each finding moves once.
+    const int first = low->item_index;
+    std::vector<std::size_t> start(span + 1, 0);
+    for (const Finding& finding : findings) {
+        ++start[static_cast<std::size_t>(finding.item_index - first) + 1];
+    }
+    for (std::size_t k = 1; k <= span; ++k) {
+        start[k] += start[k - 1];
+    }
+    std::vector<Finding> sorted(findings.size());
+    for (Finding& finding : findings) {
+        sorted[start[static_cast<std::size_t>(finding.item_index - first)]++] = std::move(finding);
+    }
+    findings.swap(sorted);
+}
+
 std::string ElementPath(int index) {
     return "keymaps[" + std::to_string(index) + "]";
 }

@@ -19,6 +19,10 @@ namespace check {
 Finding MakeFinding(FindingKind kind, FindingSeverity severity, std::string path, int index,
                     std::string type, std::string message, std::string suggestion = std::string());
 
+/// Orders `findings` by item index, keeping the order of each item's own:
+/// in time linear in their number however many there are.
+void SortByItem(std::vector<Finding>& findings);
+
 /// CheckKeymapDocument; with `located` false, every finding's line and
 /// column stay 0 (the benchmarks weigh locating against this).
 CheckReport CheckText(const std::string& text, bool joystick, const std::string& source,

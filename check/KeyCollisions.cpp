@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
-#include <unordered_map>
 
 #include "check/TriggerRules.h"
 #include "zuno-keymapmanager/api/KeyTriggers.h"
@@ -123,18 +122,9 @@ bool sameKey(const ConfigKey& a, const ConfigKey& b) {
     return a.isSet() == b.isSet() && (!a.isSet() || sameBucket(a, b));
 }
 
-struct SameTrigger {
-    bool operator()(const Trigger* a, const Trigger* b) const {
-        return a->hash == b->hash && sameKey(*a->first, *b->first) &&
-               sameKey(*a->second, *b->second);
-    }
-};
-
-struct TriggerHash {
-    std::size_t operator()(const Trigger* t) const {
-        return t->second->isSet() ? t->hash * 31 + hashOf(*t->second) : t->hash;
-    }
-};
+bool sameTrigger(const Trigger& a, const Trigger& b) {
+    return a.hash == b.hash && sameKey(*a.first, *b.first) && sameKey(*a.second, *b.second);
+}
 
 }  // namespace
 
@@ -154,25 +144,34 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
     }
     const TriggerIndex index(triggers);
 
-    // Each distinct trigger asks its bucket once; a repeat of it only adds
-    // its own item. A bucket holds only keys alike in device and code, so a
-    // crowded one has few distinct triggers (combinations of a key and a
-    // modifier) and the work stays linear in the items.
+    // Each distinct trigger asks its bucket once, in item order; the repeats
+    // of it met there (the same key or combination) join its group and ask
+    // nothing themselves. A bucket holds only keys alike in device and code,
+    // so a crowded one has few distinct triggers (combinations of a key and a
+    // modifier) and the work stays linear in the items. Nothing but this
+    // flag is kept per trigger: a large document's search otherwise waits on
+    // tables the small one keeps in cache.
+    std::vector<char> repeat(triggers.size(), 0);
     std::vector<Collision> collisions;
-    std::vector<std::vector<int>> members;
-    std::unordered_map<const Trigger*, std::size_t, TriggerHash, SameTrigger> seen;
-    seen.reserve(triggers.size());
-    for (const Trigger& trigger : triggers) {
-        const auto found = seen.emplace(&trigger, members.size());
-        if (!found.second) {
-            members[found.first->second].push_back(trigger.item);
-            continue;
+    std::vector<int> group;
+    for (std::size_t k = 0; k < triggers.size(); ++k) {
+        if (repeat[k] != 0) {
+            continue;  // in the group of the first trigger like it
         }
-        members.emplace_back(1, trigger.item);
-        std::vector<int>& group = members.back();
+        const Trigger& trigger = triggers[k];
+        group.assign(1, trigger.item);
         int previous = -1;  // an item listed twice (two of its keys alike) is asked once
         index.forEach(trigger.hash, [&](const Trigger& other) {
+            const auto o = static_cast<std::size_t>(&other - triggers.data());
             const int j = other.item;
+            if (o == k) {
+                return;
+            }
+            if (sameTrigger(other, trigger)) {
+                repeat[o] = 1;
+                group.push_back(j);
+                return;
+            }
             if (j == trigger.item || j == previous || !sameBucket(*other.first, *trigger.first)) {
                 return;
             }
@@ -181,14 +180,6 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
                 group.push_back(j);
             }
         });
-    }
-    for (const Trigger& trigger : triggers) {
-        const auto found = seen.find(&trigger);
-        if (found == seen.end()) {
-            continue;  // reported already, with its first trigger
-        }
-        std::vector<int> group = std::move(members[found->second]);
-        seen.erase(found);
         std::sort(group.begin(), group.end());
         group.erase(std::unique(group.begin(), group.end()), group.end());
         if (group.size() < 2) {
@@ -198,7 +189,7 @@ std::vector<Collision> FindCollisions(const std::vector<ConfigItem*>& items) {
         described.first = *trigger.first;
         described.second = *trigger.second;
         described.combination = trigger.second->isSet();
-        collisions.push_back({std::move(group), DescribeKeyTrigger(described)});
+        collisions.push_back({group, DescribeKeyTrigger(described)});
     }
     return collisions;
 }

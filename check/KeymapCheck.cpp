@@ -182,9 +182,7 @@ void checkLoaded(const KeymapConfig& doc, const json::ArrayPtr& elements, CheckR
             check::CheckItem(*doc.items[i], element[i], items);
         }
     }
-    std::stable_sort(items.begin(), items.end(), [](const Finding& a, const Finding& b) {
-        return a.item_index < b.item_index;
-    });
+    check::SortByItem(items);
     report.findings.insert(report.findings.end(), std::make_move_iterator(items.begin()),
                            std::make_move_iterator(items.end()));
     addCollisions(doc, element, check::FindCollisions(doc.items), report);
@@ -243,11 +241,10 @@ void checkText(const std::string& text, bool joystick, const std::string& source
         }
         check::CheckDocumentShape(progress.root, joystick, shape);
         check::CheckSchema(progress.root, shape);
-        std::stable_sort(shape.begin(), shape.end(), [](const Finding& a, const Finding& b) {
-            return a.item_index < b.item_index;
-        });
+        check::SortByItem(shape);
         // The load's own finding already names the member it stopped at.
         const std::string& failedAt = report.diagnostic.path;
+        report.findings.reserve(report.findings.size() + shape.size());
         for (Finding& finding : shape) {
             if (failedAt.empty() || finding.path != failedAt) {
                 report.findings.push_back(std::move(finding));

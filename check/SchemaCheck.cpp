@@ -15,6 +15,7 @@
 #include <map>
 #include <regex>
 #include <set>
+#include <unordered_set>
 
 #include <Poco/JSON/Parser.h>
 #include <valijson/adapters/poco_json_adapter.hpp>
@@ -334,7 +335,7 @@ private:
 
     const SchemaPaths& _paths;
     Object::Ptr _document;
-    std::set<std::string> _described;  // the places already told about
+    std::unordered_set<std::string> _described;  // the places already told about
 };
 
 }  // namespace

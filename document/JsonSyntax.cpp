@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "zuno-keymapmanager/model/NumberText.h"
@@ -150,10 +151,29 @@ public:
 private:
     // Where the scan is, for naming a member by its path: an object's member
     // names so far and the current one, or an array's element index.
-    // Names are views into the text: objects have a few dozen members, and
-    // comparing views beats building a set of strings for each.
+    // Names are views into the text. Most objects have a few dozen members,
+    // and comparing views beats hashing them; past that, a set of the names
+    // keeps an object of any size linear.
     struct Frame {
+        static constexpr std::size_t kListed = 32;
+
+        // False when `name` was seen before in this object.
+        bool firstTime(std::string_view name) {
+            if (names.size() < kListed) {
+                if (std::find(names.begin(), names.end(), name) != names.end()) {
+                    return false;
+                }
+                names.push_back(name);
+                if (names.size() == kListed) {
+                    seen.insert(names.begin(), names.end());
+                }
+                return true;
+            }
+            return seen.insert(name).second;
+        }
+
         std::vector<std::string_view> names;
+        std::unordered_set<std::string_view> seen;
         std::size_t index = 0;
     };
 
@@ -189,11 +209,8 @@ private:
             cur_ += '.';
         }
         cur_ += name;
-        Frame& frame = frames_.back();
-        if (std::find(frame.names.begin(), frame.names.end(), name) != frame.names.end()) {
+        if (members_ && !frames_.back().firstTime(name)) {
             report_.duplicates.push_back(cur_);
-        } else {
-            frame.names.push_back(name);
         }
     }
 

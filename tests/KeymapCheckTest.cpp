@@ -128,6 +128,57 @@ TEST(KeymapCheck, FindsEachHandWrittenMistakeWithItsPath) {
     }
 }
 
+// Members named again are found however wide their object, before and after
+// it has too many names to compare one by one; each repeat is one finding,
+// in text order, and the findings about the document's shape stay in item
+// order.
+TEST(KeymapCheck, FindsRepeatedMembersInObjectsOfAnyWidth) {
+    struct Wide {
+        const char* name;
+        int members;                     // "m0", "m1", ... before the item's own
+        std::vector<std::string> again;  // written again after them
+    };
+    const std::vector<Wide> cases = {
+        {"a narrow object", 5, {"m3"}},
+        {"the name that fills the list", 32, {"m31"}},
+        {"early and late names of a wide one", 100, {"m3", "m99", "m3"}},
+        {"a wide object without repeats", 100, {}},
+    };
+    const std::string click = placed("Click");
+    for (const Wide& wide : cases) {
+        SCOPED_TRACE(wide.name);
+        std::string members;
+        for (int k = 0; k < wide.members; ++k) {
+            members += "\"m" + std::to_string(k) + "\":" + std::to_string(k) + ",";
+        }
+        for (const std::string& name : wide.again) {
+            members += "\"" + name + "\":0,";
+        }
+        const std::string item = "{" + members + click.substr(1);
+        const km::CheckReport report =
+            km::CheckKeymapDocument(documentWith(item + "," + item), false);
+        std::vector<std::string> repeated;
+        int lastItem = -1;
+        for (const km::Finding& finding : report.findings) {
+            if (finding.kind == K::KeyCollision) {
+                continue;  // the two items share Q: collisions come last
+            }
+            EXPECT_GE(finding.item_index, lastItem) << finding.message;
+            lastItem = finding.item_index;
+            if (finding.kind == K::DuplicateMember) {
+                repeated.push_back(finding.path);
+            }
+        }
+        std::vector<std::string> expected;
+        for (const char* element : {"keymaps[0].", "keymaps[1]."}) {
+            for (const std::string& name : wide.again) {
+                expected.push_back(element + name);
+            }
+        }
+        EXPECT_EQ(repeated, expected);
+    }
+}
+
 // Line and column (one-based, in bytes) of the byte at `offset` of `text`.
 std::pair<int, int> placeOf(const std::string& text, std::size_t offset) {
     const std::size_t lineStart = text.rfind('\n', offset - 1);

@@ -186,9 +186,12 @@ std::vector<Fanned> FanOut(const std::vector<Spot>& spots, const Box& screen) {
             for (int c = std::max(column - 1, 0); c <= std::min(column + 1, columns - 1); ++c) {
                 for (const std::size_t g : open[cellIndex(r, c, columns)]) {
                     const Spot& seed = spots[groups[g][0]];
+                    if (!hides(seed, spot)) {
+                        continue;
+                    }
                     const double distance = std::hypot(seed.x - spot.x, seed.y - spot.y);
-                    if (hides(seed, spot) && (best == groups.size() || distance < nearest ||
-                                              (distance == nearest && g < best))) {
+                    if (best == groups.size() || distance < nearest ||
+                        (distance == nearest && g < best)) {
                         best = g;
                         nearest = distance;
                     }

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 #include <vector>
 
 #include "Captions.h"
@@ -169,7 +170,10 @@ struct Plan {
     double x = 0;  // where it is drawn
     double y = 0;
     bool fanned = false;
-    std::string geometry;
+    // What its type draws around it, in the text every item's geometry
+    // shares: one buffer written and read in document order keeps a large
+    // picture's memory in a few sequential runs rather than a string per item.
+    std::string_view geometry;
     std::string caption;  // as shown: the key, or the type's name
     bool typeName = false;
     double captionSize = 0;
@@ -423,17 +427,23 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     // Each type's own geometry, and what of it labels must not cover.
     std::vector<Box> kept;
     canvas.taken = &kept;
-    bool macroPoints = false;
+    SvgWriter geometry(count * 512);
+    std::vector<std::size_t> geometryAt;  // where each plan's starts, then the end
+    geometryAt.reserve(plans.size() + 1);
     for (Plan& plan : plans) {
-        if (plan.item == nullptr || plan.type == nullptr || plan.type->draw == nullptr) {
-            continue;
+        geometryAt.push_back(geometry.str().size());
+        if (plan.item != nullptr && plan.type != nullptr && plan.type->draw != nullptr) {
+            plan.type->draw(geometry, canvas, *plan.item);
         }
-        SvgWriter geometry(256);
-        plan.type->draw(geometry, canvas, *plan.item);
-        plan.geometry = geometry.take();
-        macroPoints = macroPoints || plan.geometry.find("macro-point") != std::string::npos;
     }
+    geometryAt.push_back(geometry.str().size());
     canvas.taken = nullptr;
+    const std::string geometries = geometry.take();
+    for (std::size_t i = 0; i < plans.size(); ++i) {
+        plans[i].geometry =
+            std::string_view(geometries).substr(geometryAt[i], geometryAt[i + 1] - geometryAt[i]);
+    }
+    const bool macroPoints = geometries.find("macro-point") != std::string::npos;
 
     BoxIndex taken(screen, canvas.side() * 0.06);
     for (const Box& box : kept) {
@@ -468,10 +478,8 @@ std::string RenderSvg(const km::KeymapConfig& doc, const km::CheckReport& report
     const Legend legend(canvas, used, anyFanned, macroPoints);
     const double band = options.legend ? legend.height() : 0;
 
-    std::size_t reserve = 4096 + options.background.bytes.size() * 4 / 3;
-    for (const Plan& plan : plans) {
-        reserve += 1200 + plan.geometry.size();
-    }
+    const std::size_t reserve =
+        4096 + options.background.bytes.size() * 4 / 3 + plans.size() * 1200 + geometries.size();
     SvgWriter svg(reserve);
     svg.raw("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
     svg.open("svg")
