@@ -85,9 +85,9 @@ test('the background dims by its slider, for the session, and the screen turns p
   await page.waitForFunction(() => window.editorReady === true);
   await expect(page.getByRole('slider', { name: 'Background opacity' })).toHaveValue('40');
 
-  const orientation = page.getByRole('combobox', { name: 'Orientation' });
-  await expect(orientation).toHaveValue('landscape');
-  await orientation.selectOption('portrait');
+  const portrait = page.getByRole('button', { name: 'Portrait' });
+  await expect(portrait).toHaveAttribute('aria-pressed', 'false');
+  await portrait.click();
   await settled(page);
   await expect.poll(async () => { const b = await screenBox(page); return b.height > b.width; }).toBe(true);
   // The document keeps fractions of the screen: the item stays at its place, nothing to save.
@@ -97,7 +97,8 @@ test('the background dims by its slider, for the session, and the screen turns p
   await expect(page.locator('#unsaved-mark')).toBeHidden();
   await page.reload();
   await page.waitForFunction(() => window.editorReady === true);
-  await expect(orientation).toHaveValue('portrait');
-  await orientation.selectOption('landscape');
+  await expect(portrait).toHaveAttribute('aria-pressed', 'true');
+  await portrait.click();
   await expect.poll(async () => { const b = await screenBox(page); return b.width > b.height; }).toBe(true);
+  await expect(portrait).toHaveAttribute('aria-pressed', 'false');
 });

@@ -58,14 +58,15 @@ export function aimFinger(from, pointer, r) {
 /// The taps of a script in time: [{at, x, y, n}], x and y fractions of the
 /// screen, n counting from 1. `lines` are the editing form, whose points are
 /// pixels of a `width` x `height` macro screen; the lines the library
-/// refuses (their indexes in `bad`) are left out, and so is what comes after
-/// the limits. A point taken from the mouse has no place to show.
+/// refuses (`bad`, line numbers from 1, as its check gives them) are left
+/// out, and so is what comes after the limits. A point taken from the mouse
+/// has no place to show.
 export function macroTaps(lines, bad, width, height) {
   const refused = new Set(bad);
   const taps = [];
   let at = 0;
   for (const [index, line] of lines.entries()) {
-    if (refused.has(index)) continue;
+    if (refused.has(index + 1)) continue;
     const words = line.trim().split(/\s+/);
     if (words[0] === 'sleep' && words.length === 2) { at += Number(words[1]) || 0; continue; }
     for (const word of words.slice(1)) {

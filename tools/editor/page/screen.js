@@ -26,7 +26,7 @@ export class ScreenView {
       this.setOpacity(opacity);
       try { sessionStorage.setItem(OPACITY_KEY, String(opacity)); } catch (error) { /* kept for the page only */ }
     });
-    this.orientation.addEventListener('change', () => this.turn());
+    this.orientation.addEventListener('click', () => this.turn());
   }
 
   setOpacity(opacity) {
@@ -35,11 +35,13 @@ export class ScreenView {
   }
 
   // Asks the server for the turned picture; the page then fits it whole.
+  // One turn at a time: the page's width and height follow the server's.
   async turn() {
-    const wanted = this.orientation.value;
+    if (this.turning) return;
     const { width, height } = this.store.get();
-    if ((wanted === 'portrait') === (height > width)) return;
-    const answer = await this.api.turnScreen();
+    const wanted = height > width ? 'landscape' : 'portrait';
+    this.turning = true;
+    const answer = await this.api.turnScreen().finally(() => { this.turning = false; });
     if (!answer.ok) {
       this.store.update({ status: `Not turned: ${(answer.data && answer.data.error) || `HTTP ${answer.status}`}` });
       return;
@@ -50,8 +52,7 @@ export class ScreenView {
   }
 
   render(state) {
-    const portrait = state.height > state.width;
-    this.orientation.value = portrait ? 'portrait' : 'landscape';
+    this.orientation.setAttribute('aria-pressed', String(state.height > state.width));
     this.orientation.disabled = state.mode !== 'edit';
   }
 }

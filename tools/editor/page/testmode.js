@@ -16,7 +16,7 @@ const TAP_SHOWN_MS = 700;
 export class TestMode {
   /// `view`: size() -> the picture's {width, height}; point(e) -> the pointer
   /// in picture units; shapes() -> the server's shapes; macroCheck(lines) ->
-  /// the indexes of the lines the library refuses.
+  /// the numbers of the lines the library refuses.
   constructor(store, api, view) {
     this.store = store;
     this.api = api;
@@ -151,7 +151,7 @@ export class TestMode {
     for (const t of macros) {
       const lines = doc.keymaps[t.index].press_actions || [];
       let bad = [];
-      try { bad = await this.view.macroCheck(lines); } catch (error) { bad = lines.map((line, i) => i); }
+      try { bad = await this.view.macroCheck(lines); } catch (error) { bad = lines.map((line, i) => i + 1); }
       if (!this.on()) return;
       const { macroWidth, macroHeight } = this.store.get();
       for (const tap of macroTaps(lines, bad, macroWidth, macroHeight)) {
