@@ -23,6 +23,7 @@ export class TestMode {
     this.view = view;
     this.modifiers = [];
     this.frame = 0;
+    this.down = new Set();  // key codes down now
     this.held = new Map();  // key code -> what it fires, while it is down
     this.returning = [];    // fingers back at their centre: {from, to, until}
     this.taps = [];
@@ -45,6 +46,7 @@ export class TestMode {
     this.store.update({ mode: on ? 'test' : 'edit', triggered: [],
       status: on ? 'Test keys: press keys, mouse buttons or gamepad controls; nothing is edited' : '' });
     this.modifiers = [];
+    this.down.clear();
     this.held.clear();
     this.stopTaps();
     this.returning = [];
@@ -82,8 +84,6 @@ export class TestMode {
     const held = this.modifiers.find((code) => code !== e.code);
     this.show(held ? [key, keyboardKey({ code: held })] : [key], e.code);
   }
-
-  get down() { return (this.downCodes ||= new Set()); }
 
   // A released key's fingers go back to where they started.
   release(code) {
