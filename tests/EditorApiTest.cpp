@@ -280,6 +280,22 @@ TEST(EditorApi, AnswersCarryWhatThePageNeeds) {
     Poco::JSON::Object::Ptr pad =
         parseObject(f.call("GET", "/api/key?device=joystick&text=LB").body);
     EXPECT_EQ(pad->getValue<std::string>("text"), "LB");
+    // The screen turns portrait and back: the state and the picture follow, the document stays.
+    const auto size = [&f]() {
+        const Poco::JSON::Object::Ptr state = parseObject(f.call("GET", "/api/state").body);
+        return std::make_pair(state->getValue<int>("width"), state->getValue<int>("height"));
+    };
+    const std::pair<int, int> landscape = size();
+    const long version = parseObject(f.call("GET", "/api/version").body)->getValue<long>("version");
+    const Poco::JSON::Object::Ptr turned =
+        parseObject(f.call("POST", "/api/screen/turn", "{}").body);
+    EXPECT_EQ(size(), std::make_pair(landscape.second, landscape.first));
+    EXPECT_NE(turned->getValue<std::string>("svg").find("width=\"" +
+                                                        std::to_string(landscape.second) + "\""),
+              std::string::npos);
+    EXPECT_EQ(turned->getValue<long>("version"), version);
+    f.call("POST", "/api/screen/turn", "{}");
+    EXPECT_EQ(size(), landscape);
     const HttpResponse page = f.call("GET", "/");
     EXPECT_NE(page.header("Content-Security-Policy").find("script-src 'self'"), std::string::npos);
     EXPECT_NE(page.header("Content-Type").find("text/html"), std::string::npos);

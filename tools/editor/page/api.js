@@ -82,6 +82,8 @@ export const api = {
   types: async () => (await must(call('GET', '/api/types'))).types,
   shapes: () => must(call('GET', '/api/shapes')),
   background: () => call('GET', '/api/background'),
+  /// Swaps the picture's width and height (a view setting): the snapshot.
+  turnScreen: () => call('POST', '/api/screen/turn', {}),
   key: (params) => must(call('GET', `/api/key?${query(params)}`)),
   /// The items that the keys fire: [{index, role, rel_x, rel_y}].
   trigger: async (keys) => (await must(call('POST', '/api/trigger', { keys }))).items,

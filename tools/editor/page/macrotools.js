@@ -4,6 +4,8 @@ import { gamepadButtonChanges, readGamepads } from './keys.js';
 // the picture into the script as a point; "Record" turns clicks, drags and
 // typed text into lines, with the pauses between them, until "Stop". Points
 // are written in the editing form's pixels of the macro screen the server names.
+// While recording, the lines so far are listed and each step is a dot on the
+// picture.
 
 /// A point of the screen ({x, y}, fractions) in the editing form's pixels of
 /// a `width` x `height` macro screen, never beyond its last pixel.
@@ -64,7 +66,8 @@ export class MacroTools {
     this.events = [];
     this.down = null;
     this.watchGamepads(readGamepads());
-    this.store.update({ mode: 'record', status: 'Recording: click, drag or type on the screen; Stop ends it' });
+    this.store.update({ mode: 'record', recorded: [],
+      status: 'Recording: click, drag or type on the screen; Stop ends it' });
   }
 
   stop() {
@@ -77,7 +80,7 @@ export class MacroTools {
       if (lines.length) this.hooks.change(target.id, 'press_actions', [...before.filter((l) => l !== ''), ...lines]);
     }
     this.events = [];
-    this.store.update({ mode: 'edit', status: mode === 'record' ? 'Recorded' : '' });
+    this.store.update({ mode: 'edit', recorded: [], status: mode === 'record' ? 'Recorded' : '' });
   }
 
   commit() { if (this.store.get().mode === 'record') this.stop(); }
@@ -110,6 +113,7 @@ export class MacroTools {
       this.events.push({ kind: moved ? 'drag' : 'tap', from: this.down, to: p, start: this.down.time, end: p.time });
       this.down = null;
       this.store.update({ status: `Recording: ${this.events.length} recorded` });
+      this.shown();
     }
   }
 
@@ -120,6 +124,7 @@ export class MacroTools {
     now.forEach((pad, i) => {
       for (const change of gamepadButtonChanges(before[i], pad)) {
         this.events.push({ kind: 'pad', ...change, start: time, end: time });
+        this.shown();
       }
     });
     requestAnimationFrame(() => { if (this.store.get().mode === 'record') this.watchGamepads(now); });
@@ -137,5 +142,25 @@ export class MacroTools {
     } else {
       this.events.push({ kind: 'text', text: e.key.replace(/"/g, ''), start: e.timeStamp, end: e.timeStamp });
     }
+    this.shown();
+  }
+
+  // The steps so far, as the store keeps them: copies, since a text step grows.
+  shown() { this.store.update({ recorded: this.events.map((e) => ({ ...e })) }); }
+
+  /// The live list of the lines recorded so far, shown while recording.
+  render(state) {
+    const list = document.getElementById('recorded-steps');
+    const on = state.mode === 'record';
+    list.hidden = !on;
+    const lines = on ? recordedLines(state.recorded || [], state.macroWidth, state.macroHeight) : [];
+    const key = JSON.stringify(lines);
+    if (list.dataset.lines === key) return;
+    list.dataset.lines = key;
+    list.replaceChildren(...lines.map((line) => {
+      const li = document.createElement('li');
+      li.textContent = line;
+      return li;
+    }));
   }
 }

@@ -16,6 +16,7 @@ import { Panel, resolve } from './panel.js';
 import { Picture } from './picture.js';
 import { Store, focusItem, fromSnapshot, indexOf, keyCaptionOf, problemCount, valueAt } from './store.js';
 import { TestMode } from './testmode.js';
+import { ScreenView } from './screen.js';
 import { arrange } from './arrange.js';
 import { element, keyedChildren } from './dom.js';
 import { Elsewhere } from './elsewhere.js';
@@ -120,12 +121,16 @@ const unsetKey = () => (unsetKeyAnswer ||= api.key({ device: '' }).catch((error)
   throw error;
 }));
 const capture = new KeyCapture($('capture'), (params) => api.key(params));
-const tester = new TestMode(store, api);
+const tester = new TestMode(store, api, {
+  size: () => picture.size, point: (e) => picture.point(e), shapes: () => shapes,
+  macroCheck: (lines) => api.macroCheck(lines),
+});
 const macro = new MacroTools(store, {
   macroItem: () => { const f = focusItem(store.get()); return f && f.item.type === 'Macro' ? f : null; },
   change: (id, member, lines) => send(op.set(id, member, lines)),
   area: () => $('panel').querySelector('textarea[name="press_actions"]'),
 });
+const screen = new ScreenView(store, api, { refit: () => { picture.shownWidth = 0; } });
 
 function render(state) {
   const unanswered = queue.unanswered();
@@ -175,6 +180,8 @@ function render(state) {
   $('mode-badge').textContent = badge || '';
   for (const id of ['palette', 'panel', 'settings']) $(id).inert = state.mode === 'test';
   $('zoom-level').textContent = `${Math.round(state.zoom * 100)}%`;
+  macro.render(state);
+  screen.render(state);
 }
 store.subscribe(render);
 

@@ -7,6 +7,7 @@
 // only the groups that differ from those shown, so both cost as much with a
 // thousand items as with a few.
 
+import { motionParts, recordedParts } from './motion.js';
 import { unansweredMoves } from './operations.js';
 import { changedItems, pictureParts } from './patching.js';
 import { SnapLines, snapOffset } from './snapping.js';
@@ -233,7 +234,7 @@ export class Picture {
     if (!this.overlay) return;
     // Redrawn only when what it shows changed: a handle being looked at stays.
     const signature = JSON.stringify([this.shownSvg.length, state.version, state.mode, state.selected,
-      state.triggered, [...pending]]);
+      state.triggered, state.motion, state.recorded, [...pending]]);
     if (signature === this.overlaySignature && this.overlay.isConnected && this.overlay.childElementCount) return;
     this.overlaySignature = signature;
     const parts = [];
@@ -242,7 +243,9 @@ export class Picture {
         parts.push(svgElement('circle', { class: 'touch-shown', cx: t.rel_x * this.size.width,
           cy: t.rel_y * this.size.height, r: 14 }));
       }
+      parts.push(...motionParts(state.motion));
     }
+    if (state.mode === 'record') parts.push(...recordedParts(state.recorded, this.size));
     if (state.mode === 'edit' && state.selected.length === 1 && this.shapes) {
       const index = state.ids.indexOf(state.selected[0]);
       const item = state.doc && state.doc.keymaps[index];

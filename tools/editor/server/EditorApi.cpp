@@ -385,6 +385,7 @@ const EditorApi::Route* EditorApi::findRoute(const std::string& path) {
         {"/api/background", "GET", false, &EditorApi::getBackground},
         {"/api/reload", "POST", true, &EditorApi::postReload},
         {"/api/version", "GET", false, &EditorApi::getVersion},
+        {"/api/screen/turn", "POST", true, &EditorApi::postScreenTurn},
         {nullptr, nullptr, false, nullptr},  // the end; routes of one path stand together
     };
     for (const Route* route = kRoutes; route->path != nullptr; ++route) {
@@ -610,16 +611,16 @@ HttpResponse EditorApi::postSave(const HttpRequest& request) {
 }
 
 HttpResponse EditorApi::getState(const HttpRequest&) {
-    const render::RenderOptions& options = session_.renderOptions();
+    const std::pair<int, int> screen = session_.screenSize();
     Object::Ptr body = newObject();
     body->set("file", session_.file());
     body->set("name", Poco::Path(session_.file()).getFileName());
     body->set("new", session_.opened() == EditorSession::Opened::Missing);
     body->set("joystick", session_.joystick());
     body->set("unsaved", session_.unsaved());
-    body->set("width", options.width);
-    body->set("height", options.height);
-    body->set("background", !options.background.bytes.empty());
+    body->set("width", screen.first);
+    body->set("height", screen.second);
+    body->set("background", !session_.renderOptions().background.bytes.empty());
     // The frame of a macro script's points, whatever the screen.
     body->set("macro_width", km::kMacroScreenWidth);
     body->set("macro_height", km::kMacroScreenHeight);
@@ -850,6 +851,11 @@ HttpResponse EditorApi::postReload(const HttpRequest&) {
         extra->set("diagnostic", diagnosticJson(diagnostic));
         return respondError(422, diagnostic.message, extra);
     }
+    return getSnapshot(HttpRequest());
+}
+
+HttpResponse EditorApi::postScreenTurn(const HttpRequest&) {
+    session_.turnScreen();
     return getSnapshot(HttpRequest());
 }
 

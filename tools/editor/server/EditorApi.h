@@ -82,6 +82,7 @@ private:
     HttpResponse getBackground(const HttpRequest& request);
     HttpResponse postReload(const HttpRequest& request);
     HttpResponse getVersion(const HttpRequest& request);
+    HttpResponse postScreenTurn(const HttpRequest& request);
     HttpResponse getPage(const HttpRequest& request) const;
 
     EditorSession& session_;

@@ -349,6 +349,16 @@ std::shared_ptr<const km::CheckReport> EditorSession::check() const {
     return report_;
 }
 
+std::pair<int, int> EditorSession::screenSize() const {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return {render_.width, render_.height};
+}
+
+void EditorSession::turnScreen() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    std::swap(render_.width, render_.height);
+}
+
 std::string EditorSession::renderSvg() const {
     std::lock_guard<std::mutex> lock(mutex_);
     if (!doc_) {

@@ -14,6 +14,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <Poco/JSON/Array.h>
@@ -55,7 +56,14 @@ public:
     const km::LoadDiagnostic& openDiagnostic() const { return openDiagnostic_; }
     const std::string& file() const { return file_; }
     bool joystick() const { return joystick_; }
+    /// The picture's background. Its size is screenSize(): it may turn.
     const render::RenderOptions& renderOptions() const { return render_; }
+    /// The picture's width and height, in pixels.
+    std::pair<int, int> screenSize() const;
+    /// Swaps the picture's width and height: portrait becomes landscape and
+    /// back. The document keeps only fractions of the screen, so it is not
+    /// changed and nothing is undone.
+    void turnScreen();
 
     /// What the page shows, taken at one moment.
     struct Snapshot {
@@ -219,7 +227,7 @@ private:
 
     const std::string file_;
     const bool joystick_;
-    const render::RenderOptions render_;
+    render::RenderOptions render_;  // its size is guarded by mutex_, its background never changes
     Opened opened_ = Opened::Loaded;
     km::LoadDiagnostic openDiagnostic_;
 
