@@ -59,7 +59,7 @@ second = git("rev-parse", "HEAD")
 def run_action(inputs):
     """Runs the steps as a runner does: inputs and their defaults in the
     steps' env, bash -eo pipefail; returns the status and the output."""
-    values = {name: str(spec.get("default", "")) for name, spec in action["inputs"].items()}
+    values = {name: str(declared.get("default", "")) for name, declared in action["inputs"].items()}
     values.update(inputs)
     output = ""
     for step in steps:
