@@ -91,7 +91,8 @@ export class Picture {
     const svg = parsed.documentElement;
     if (svg.nodeName !== 'svg') return;
     this.svg = document.importNode(svg, true);
-    this.svg.setAttribute('role', 'img');
+    // A group, not an image: its handles are controls of their own.
+    this.svg.setAttribute('role', 'group');
     this.svg.setAttribute('aria-label', 'The screen with every item');
     // The screen's corner is the origin; a band above it may hold the legend.
     const box = this.svg.viewBox.baseVal;
