@@ -14,7 +14,7 @@ import { MacroTools } from './macrotools.js';
 import { OpQueue, op } from './operations.js';
 import { Panel, resolve } from './panel.js';
 import { Picture } from './picture.js';
-import { Store, focusItem, fromSnapshot, indexOf, keyCaptionOf, problemCount, valueAt } from './store.js';
+import { Store, focusItem, fromSnapshot, indexOf, keyCaptionOf, keyCaptions, problemCount, valueAt } from './store.js';
 import { TestMode } from './testmode.js';
 import { arrange } from './arrange.js';
 import { element } from './dom.js';
@@ -65,16 +65,33 @@ function answered(data, ops, failures) {
 
 function send(operation) { const done = queue.push(operation); store.changed(); return done; }
 
+// What an edit did, said in the status line (a live region) once the server
+// has answered it, naming the item as the list does ("Spell E").
+function itemName(state, id) {
+  const index = indexOf(state, id);
+  if (index < 0) return 'item';
+  const type = state.doc.keymaps[index].type;
+  const keys = keyCaptions(state, index, shapes.keys[type]);
+  return keys ? `${type} ${keys}` : type;
+}
+async function announce(done, words) {
+  const sent = [].concat(done);
+  const results = await Promise.all(sent).catch(() => []);
+  if (sent.length && results.length && results.every((r) => r && r.ok)) store.update((state) => ({ status: words(state) }));
+}
+
 // ---- views -----------------------------------------------------------------
 
 const picture = new Picture($('picture'), $('stage'), {
   select: (ids) => store.update({ selected: ids }),
   moveItems: (ids, dx, dy) => {
     const group = gestures.next('drag');
-    for (const id of ids) send(op.move(id, dx, dy, group));
+    announce(ids.map((id) => send(op.move(id, dx, dy, group))), (state) => movedWords(state, ids));
   },
-  movePoint: (id, member, point, dx, dy) => send({ ...op.move(id, dx, dy, gestures.next('handle')), member, point }),
-  setValue: (id, member, value, group) => send(op.set(id, member, value, group)),
+  movePoint: (id, member, point, dx, dy) => announce(send({ ...op.move(id, dx, dy, gestures.next('handle')), member, point }),
+    (state) => `${itemName(state, id)}: ${member} moved`),
+  setValue: (id, member, value, group) => announce(send(op.set(id, member, value, group)),
+    (state) => `${itemName(state, id)}: ${member} set to ${value}`),
   press: (p) => macro.press(p),
   bind: (id) => bindItem(id),
   changed: () => store.changed(),
@@ -200,11 +217,16 @@ function renderProblems(state) {
 
 // ---- actions ---------------------------------------------------------------
 
+function movedWords(state, ids) {
+  return ids.length === 1 ? `${itemName(state, ids[0])} moved` : `${ids.length} items moved`;
+}
+
 async function addItem(type, at) {
   const round = (v) => Math.round(Math.min(Math.max(v, 0), 1) * 1e4) / 1e4;
   const result = await send(op.add(type, at && { rel_x: round(at.rel_x), rel_y: round(at.rel_y) }));
   if (result.ok) {
-    store.update({ selected: [result.item], showSettings: false });
+    store.update((state) => ({ selected: [result.item], showSettings: false,
+      status: result.unbound && result.unbound.length ? state.status : `${itemName(state, result.item)} added` }));
     if (result.unbound && result.unbound.length) bindMembers(result.item, result.unbound, 'Its usual keys are taken: ');
   }
 }
@@ -224,7 +246,9 @@ async function duplicateSelected() {
 
 function deleteSelected() {
   const group = gestures.next('delete');
-  for (const id of selectedIds()) send(op.delete(id, group));
+  const ids = selectedIds();
+  const words = ids.length === 1 ? `${itemName(store.get(), ids[0])} deleted` : `${ids.length} items deleted`;
+  announce(ids.map((id) => send(op.delete(id, group))), () => words);
   store.update({ selected: [] });
 }
 
@@ -238,7 +262,8 @@ function arrangeSelected(how) {
 
 function nudge(dx, dy, group) {
   const state = store.get();
-  for (const id of selectedIds()) send(op.move(id, dx / state.width, dy / state.height, group));
+  const ids = selectedIds();
+  announce(ids.map((id) => send(op.move(id, dx / state.width, dy / state.height, group))), (now) => movedWords(now, ids));
 }
 
 // Binds the keys of item `id` that fire it, in the flow its kind asks for.
@@ -271,12 +296,15 @@ async function bindSteps(id, members, lead) {
     if (!await collisionAccepted(id, keys, target)) return;
     const state = store.get();
     const item = state.doc.keymaps[indexOf(state, id)] || {};
+    const done = [];
     for (const [k, member] of step.members.entries()) {
       // A single key for a combination's step clears the second key, if there is one.
       const present = valueAt(item, member);
-      if (keys[k]) send(op.set(id, member, keys[k], group));
-      else if (present && present.device) send(op.set(id, member, await unsetKey(), group));
+      if (keys[k]) done.push(send(op.set(id, member, keys[k], group)));
+      else if (present && present.device) done.push(send(op.set(id, member, await unsetKey(), group)));
     }
+    announce(done, (now) => `${now.doc.keymaps[indexOf(now, id)].type} bound to ${
+      keyCaptions(now, indexOf(now, id), step.members) || keys.filter(Boolean).map((key) => key.caption || key.text).join('+')}`);
     lead = '';
   }
 }
@@ -380,6 +408,12 @@ document.addEventListener('keydown', (e) => {
     return;
   }
   if (typing(e.target)) return;
+  if (ctrl && e.key.toLowerCase() === 'a' && state.mode === 'edit') {
+    e.preventDefault();
+    const selected = state.ids.filter((id) => !state.hidden.includes(id));
+    store.update({ selected, status: `${selected.length} items selected` });
+    return;
+  }
   if (e.key === ' ' && !e.repeat) { picture.spaceHeld = true; e.preventDefault(); return; }
   if (e.key === 'Escape') { store.update({ selected: [], showSettings: false }); return; }
   if (e.target.classList && e.target.classList.contains('handle')) {
