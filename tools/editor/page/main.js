@@ -14,7 +14,7 @@ import { MacroTools } from './macrotools.js';
 import { OpQueue, op } from './operations.js';
 import { Panel, resolve } from './panel.js';
 import { Picture } from './picture.js';
-import { Store, focusItem, fromSnapshot, indexOf, keyCaptionOf, keyCaptions, problemCount, valueAt } from './store.js';
+import { Store, focusItem, fromSnapshot, indexOf, keyCaptionOf, keyCaptions, markerOf, problemCount, valueAt } from './store.js';
 import { TestMode } from './testmode.js';
 import { arrange } from './arrange.js';
 import { element } from './dom.js';
@@ -251,6 +251,64 @@ function deleteSelected() {
   announce(ids.map((id) => send(op.delete(id, group))), () => words);
   store.update({ selected: [] });
 }
+
+// Copy and paste go through the plain-text clipboard as a keymap document,
+// so another page, this editor's static form or a text editor can take them.
+function copySelected(e) {
+  const state = store.get();
+  const ids = selectedIds();
+  if (ids.length === 0) return;
+  const keymaps = ids.map((id) => state.doc.keymaps[indexOf(state, id)]);
+  e.clipboardData.setData('text/plain', `${JSON.stringify({ keymaps }, null, 4)}\n`);
+  e.preventDefault();
+  store.update({ status: `${ids.length === 1 ? itemName(state, ids[0]) : `${ids.length} items`} copied` });
+}
+
+function pastedItems(text) {
+  try {
+    const parsed = JSON.parse(text);
+    const items = Array.isArray(parsed) ? parsed : parsed && Array.isArray(parsed.keymaps) ? parsed.keymaps : [parsed];
+    return items.filter((item) => item && typeof item === 'object' && typeof item.type === 'string');
+  } catch (error) {
+    return [];
+  }
+}
+
+// Pasted items keep their layout: the first one's marker goes to the pointer
+// when it is over the screen, else all shift a little from where they were.
+async function paste(text) {
+  const items = pastedItems(text);
+  if (items.length === 0 || store.get().mode !== 'edit') return;
+  const first = markerOf(items[0]);
+  const offset = pointer && first ? { dx: pointer.x - first.x, dy: pointer.y - first.y } : { dx: 0.03, dy: 0.03 };
+  const group = gestures.next('paste');
+  const results = await Promise.all(items.map((value) => send({ op: 'paste', value, ...offset, group })));
+  const made = results.filter((r) => r.ok);
+  const state = store.get();
+  const unbound = made.filter((r) => r.unbound && r.unbound.length)
+    .map((r) => `${itemName(state, r.item)}: ${r.unbound.join(', ')}`);
+  const refused = results.length - made.length;
+  store.update({ selected: made.map((r) => r.item), showSettings: false,
+    status: `Pasted ${made.length} ${made.length === 1 ? 'item' : 'items'}` +
+      (refused ? `, ${refused} refused` : '') +
+      (unbound.length ? `; keys already taken here left unbound (${unbound.join('; ')}): press Enter to bind` : '') });
+}
+
+// The pointer over the screen, in fractions of it, for a paste.
+let pointer = null;
+$('picture').addEventListener('pointermove', (e) => {
+  if (!picture.svg) return;
+  const p = picture.point(e);
+  pointer = { x: p.x / picture.size.width, y: p.y / picture.size.height };
+  if (pointer.x < 0 || pointer.y < 0 || pointer.x > 1 || pointer.y > 1) pointer = null;
+});
+$('picture').addEventListener('pointerleave', () => { pointer = null; });
+document.addEventListener('copy', (e) => { if (!typing(e.target) && !capture.open) copySelected(e); });
+document.addEventListener('paste', (e) => {
+  if (typing(e.target) || capture.open) return;
+  e.preventDefault();
+  paste(e.clipboardData.getData('text/plain'));
+});
 
 function arrangeSelected(how) {
   const state = store.get();
