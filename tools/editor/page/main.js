@@ -422,8 +422,34 @@ async function reload() {
   }
 }
 
-// The Arrange menu closes on Escape, on a choice and when the focus leaves
-// it, and gives the keyboard back to its button.
+// A template replaces the document as one step, which undo takes back.
+async function fromTemplate(name, title) {
+  await queue.idle();
+  const text = JSON.stringify(await api.template(name), null, 4);
+  const answer = await api.putDocument(text);
+  if (!answer.ok) {
+    store.update({ status: `Not started from ${title}: ${answer.data.error}` });
+    return;
+  }
+  const shot = await api.snapshot();
+  store.update((state) => ({ ...fromSnapshot(state, shot), selected: [], hidden: [], errors: {},
+    status: `Started from the ${name} template: Undo takes it back` }));
+}
+
+async function offerTemplates() {
+  const entries = (await api.templates()).map(({ name, title }) => {
+    const button = element('button', { type: 'button', 'data-template': name, text: title });
+    button.addEventListener('click', () => {
+      closeMenu(button.closest('details'));
+      fromTemplate(name, title);
+    });
+    return button;
+  });
+  $('templates').replaceChildren(...entries);
+}
+
+// A menu (Arrange, templates) closes on Escape, on a choice and when the
+// focus leaves it, and gives the keyboard back to its button.
 function closeMenu(menu) {
   if (!menu || !menu.open) return;
   menu.open = false;
@@ -596,6 +622,7 @@ async function start() {
       macroWidth: info.macro_width || 1920, macroHeight: info.macro_height || 1080 }));
     colours = shapes.colours || {};
     palette(types, info.joystick ? 'gamepad' : 'keyboard');
+    offerTemplates().catch(() => { $('templates-menu').hidden = true; });
     if (info.background) {
       const image = await api.background();
       if (image.ok) showScreenshotUrl(URL.createObjectURL(image.data));
