@@ -99,11 +99,11 @@ test('the four-item shooter keymap, built with the keyboard alone, passes check 
   await tabTo(page, '#items li[role=option][aria-selected=true]', { back: true });
   await page.keyboard.press('ArrowUp');
   await page.keyboard.press('Shift+ArrowUp');
-  await tabTo(page, '.menu summary', { back: true });
+  await tabTo(page, 'details.menu summary', { back: true });
   await page.keyboard.press('Enter');
   await tabTo(page, '[data-arrange="top"]');
   await page.keyboard.press('Enter');
-  await expect(page.locator('.menu')).not.toHaveAttribute('open', '');
+  await expect(page.locator('details.menu')).not.toHaveAttribute('open', '');
   await settled(page);
   await save(page);
   const doc = readDoc(file);

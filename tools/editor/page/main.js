@@ -455,7 +455,7 @@ function closeMenu(menu) {
   menu.open = false;
   menu.querySelector('summary').focus({ preventScroll: true });
 }
-for (const menu of document.querySelectorAll('details.menu')) {
+for (const menu of document.querySelectorAll('details.menu, details.picker')) {
   menu.addEventListener('keydown', (e) => {
     if (e.key === 'Escape' && menu.open) { e.preventDefault(); e.stopPropagation(); closeMenu(menu); }
   });
