@@ -2,7 +2,7 @@
 // finger can hit, and what each edit did said in the live status line.
 import { test, expect } from '@playwright/test';
 import path from 'node:path';
-import { at, copyExample, library, open, readDoc, save, settled, useEditor } from './harness.js';
+import { at, copyExample, library, open, readDoc, save, settled, shoot, useEditor } from './harness.js';
 
 useEditor(test);
 
@@ -52,6 +52,7 @@ test('handles are 24-pixel targets clear of captions, named, and moved by arrows
   await settled(page);
   await page.locator('#picture').focus();
   await tabTo(page, '#picture .handle[data-member="spell_info.rel_radius"]');
+  await shoot(page, 'editor-handles.png');
   const before = readDoc(file).keymaps[spell].spell_info.rel_radius;
   for (let i = 0; i < 3; i++) await page.keyboard.press('Shift+ArrowRight');
   await settled(page);

@@ -1,7 +1,7 @@
 // Selecting on the picture: a rubber band, Ctrl- and Shift-click, Ctrl+A;
 // what is selected then moves as one.
 import { test, expect } from '@playwright/test';
-import { centreOf, copyExample, drag, item, open, readDoc, save, screenPoint, settled, useEditor } from './harness.js';
+import { centreOf, copyExample, drag, item, open, readDoc, save, screenPoint, settled, shoot, useEditor } from './harness.js';
 
 useEditor(test);
 
@@ -16,10 +16,14 @@ test('band, Ctrl-click, Shift-click and Ctrl+A select; the selection moves toget
   // A band around the left third of the screen takes the items marked there.
   const from = await screenPoint(page, 0.005, 0.005);
   const to = await screenPoint(page, 0.34, 0.995);
-  await drag(page, from, to.x - from.x, to.y - from.y);
+  await page.mouse.move(from.x, from.y);
+  await page.mouse.down();
+  await page.mouse.move(to.x, to.y, { steps: 6 });
+  await shoot(page, 'editor-selection.png');
+  await page.mouse.up();
   const left = markers.flatMap((m, i) => (m.rel_x < 0.34 ? [i] : []));
   expect(left.length).toBeGreaterThan(0);
-  expect(await selected(page)).toEqual(left);
+  await expect.poll(() => selected(page)).toEqual(left);
   const other = markers.findIndex((m) => m.rel_x > 0.5);
   const cases = [
     { modifier: 'Control', then: [...left, other].sort((a, b) => a - b) },  // adds
@@ -30,7 +34,7 @@ test('band, Ctrl-click, Shift-click and Ctrl+A select; the selection moves toget
     await page.keyboard.down(modifier);
     await page.mouse.click(at.x, at.y);
     await page.keyboard.up(modifier);
-    expect(await selected(page)).toEqual(then);
+    await expect.poll(() => selected(page)).toEqual(then);
   }
   // A band with Shift adds to what is selected; a plain click on the empty screen clears.
   const right = await screenPoint(page, 0.995, 0.995);
@@ -38,9 +42,9 @@ test('band, Ctrl-click, Shift-click and Ctrl+A select; the selection moves toget
   await page.keyboard.down('Shift');
   await drag(page, middle, right.x - middle.x, right.y - middle.y);
   await page.keyboard.up('Shift');
-  expect(await selected(page)).toEqual([...left, ...markers.flatMap((m, i) => (m.rel_x >= 0.5 ? [i] : []))].sort((a, b) => a - b));
+  await expect.poll(() => selected(page)).toEqual([...left, ...markers.flatMap((m, i) => (m.rel_x >= 0.5 ? [i] : []))].sort((a, b) => a - b));
   await page.keyboard.press('Control+a');
-  expect(await selected(page)).toEqual(markers.map((_, i) => i));
+  await expect.poll(() => selected(page)).toEqual(markers.map((_, i) => i));
   await page.keyboard.press('ArrowDown');
   await settled(page);
   await save(page);

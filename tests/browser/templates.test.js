@@ -2,7 +2,7 @@
 // saves and checks clean with --strict; undo takes it back.
 import { test, expect } from '@playwright/test';
 import path from 'node:path';
-import { at, library, open, readDoc, save, settled, useEditor } from './harness.js';
+import { at, library, open, readDoc, save, settled, shoot, useEditor } from './harness.js';
 
 useEditor(test);
 
@@ -19,6 +19,7 @@ test('every template starts a document that checks clean with --strict, and undo
     for (let i = 0; i < 8 && !await page.locator(`[data-template="${name}"]`).evaluate((b) => b === document.activeElement); i++) {
       await page.keyboard.press('Tab');
     }
+    if (name === 'moba') await shoot(page, 'editor-templates.png');
     await page.keyboard.press('Enter');
     await expect(page.locator('#status')).toContainText(`Started from the ${name} template`);
     await settled(page);

@@ -584,6 +584,18 @@ for (const button of document.querySelectorAll('[data-arrange]')) {
   });
 }
 $('search').addEventListener('input', (e) => store.update({ search: e.target.value }));
+// How much of the screenshot shows: a view setting, kept by the browser.
+function backgroundOpacity(value) {
+  $('picture').style.setProperty('--background-opacity', value);
+  $('background-opacity').value = value;
+  $('background-opacity').setAttribute('aria-valuetext', `${Math.round(value * 100)}%`);
+  try { localStorage.setItem('zuno-keymap-background-opacity', String(value)); } catch (error) { /* private mode */ }
+}
+$('background-opacity').addEventListener('input', (e) => backgroundOpacity(Number(e.target.value)));
+try {
+  const kept = Number(localStorage.getItem('zuno-keymap-background-opacity') ?? 1);
+  backgroundOpacity(kept >= 0 && kept <= 1 ? kept : 1);
+} catch (error) { /* private mode */ }
 $('panel').addEventListener('focusout', (e) => { if (e.target.name === 'press_actions') macro.remember(e.target); });
 window.addEventListener('resize', () => { picture.shownWidth = 0; store.changed(); });
 
