@@ -64,7 +64,7 @@ export class MacroTools {
     this.events = [];
     this.down = null;
     this.watchGamepads(readGamepads());
-    this.store.update({ mode: 'record', status: 'Recording: click, drag or type on the screen; Stop ends it' });
+    this.store.update({ mode: 'record', recorded: [], status: 'Recording: click, drag or type on the screen; Stop ends it' });
   }
 
   stop() {
@@ -77,7 +77,7 @@ export class MacroTools {
       if (lines.length) this.hooks.change(target.id, 'press_actions', [...before.filter((l) => l !== ''), ...lines]);
     }
     this.events = [];
-    this.store.update({ mode: 'edit', status: mode === 'record' ? 'Recorded' : '' });
+    this.store.update({ mode: 'edit', recorded: [], status: mode === 'record' ? 'Recorded' : '' });
   }
 
   commit() { if (this.store.get().mode === 'record') this.stop(); }
@@ -109,7 +109,7 @@ export class MacroTools {
       const moved = Math.hypot(p.x - this.down.x, p.y - this.down.y) > 0.01;
       this.events.push({ kind: moved ? 'drag' : 'tap', from: this.down, to: p, start: this.down.time, end: p.time });
       this.down = null;
-      this.store.update({ status: `Recording: ${this.events.length} recorded` });
+      this.showRecorded();
     }
   }
 
@@ -120,6 +120,7 @@ export class MacroTools {
     now.forEach((pad, i) => {
       for (const change of gamepadButtonChanges(before[i], pad)) {
         this.events.push({ kind: 'pad', ...change, start: time, end: time });
+        this.showRecorded();
       }
     });
     requestAnimationFrame(() => { if (this.store.get().mode === 'record') this.watchGamepads(now); });
@@ -137,5 +138,13 @@ export class MacroTools {
     } else {
       this.events.push({ kind: 'text', text: e.key.replace(/"/g, ''), start: e.timeStamp, end: e.timeStamp });
     }
+    this.showRecorded();
+  }
+
+  // The lines recorded so far, shown while the recording goes on.
+  showRecorded() {
+    const { macroWidth, macroHeight } = this.store.get();
+    const recorded = recordedLines(this.events, macroWidth, macroHeight);
+    this.store.update({ recorded, status: `Recording: ${recorded.length} ${recorded.length === 1 ? 'line' : 'lines'}` });
   }
 }

@@ -192,8 +192,21 @@ function render(state) {
   $('mode-badge').textContent = badge || '';
   for (const id of ['palette', 'panel', 'settings']) $(id).inert = state.mode === 'test';
   $('zoom-level').textContent = `${Math.round(state.zoom * 100)}%`;
+  renderRecorded(state);
 }
 store.subscribe(render);
+
+// What the recorder has taken so far, one line a step, newest last.
+function renderRecorded(state) {
+  const lines = state.mode === 'record' ? state.recorded || [] : [];
+  const box = $('recorded');
+  box.hidden = state.mode !== 'record';
+  if (box.dataset.shown === JSON.stringify(lines)) return;
+  box.dataset.shown = JSON.stringify(lines);
+  box.replaceChildren(...(lines.length ? lines : ['Nothing yet: click, drag or type on the screen'])
+    .map((line) => element('li', { text: line })));
+  box.scrollTop = box.scrollHeight;
+}
 
 function renderProblems(state) {
   // The report carries what the file itself holds that the library drops or
