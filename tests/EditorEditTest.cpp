@@ -91,6 +91,17 @@ struct EditCase {
 };
 
 TEST(EditorEdit, OperationsApplyOrAreRefusedOneByOne) {
+    // A Click on E at (0.2, 0.2), as another document holds it.
+    const std::string clickOnE = [] {
+        Object::Ptr click = parseObject(testsupport::freshItemText("Click"));
+        click->set(
+            "key",
+            parseObject(R"({"device":"keyboard","text":"E","scan_code":18,"virtual_key":69})"));
+        const std::string place = R"({"rel_x":0.2,"rel_y":0.2})";
+        click->set("rel_work_position", parseObject(place));
+        click->getObject("icon")->set("rel_position", parseObject(place));
+        return testsupport::stringify(*click);
+    }();
     const EditCase cases[] = {
         {"move takes marker, touch point and cast point along",
          R"([{"op":"move","item":3,"dx":-0.1,"dy":-0.2}])",
@@ -179,6 +190,17 @@ TEST(EditorEdit, OperationsApplyOrAreRefusedOneByOne) {
          [](const Editor& e, const Object::Ptr& a) {
              EXPECT_EQ(a->getArray("ids")->getElement<long>(3), 4);
              EXPECT_EQ(e.item(a, 3)->getObject("key")->getValue<std::string>("device"), "");
+         }},
+        {"paste reads another document's item, moves it, and unbinds a key taken here",
+         R"([{"op":"paste","value":)" + clickOnE + R"(,"dx":0.1,"dy":0.1},
+             {"op":"paste","value":{"type":"Click"}},{"op":"paste","value":{"type":"Nothing"}},
+             {"op":"paste"}])",
+         {true, false, false, false},
+         [](const Editor& e, const Object::Ptr& a) {
+             const Object::Ptr made = e.item(a, 3);
+             EXPECT_NEAR(at(made, "rel_work_position", "rel_x"), 0.3, 1e-9);
+             EXPECT_EQ(made->getObject("key")->getValue<std::string>("device"), "");
+             EXPECT_EQ(a->getArray("results")->getObject(0)->getArray("unbound")->size(), 1U);
          }},
         {"delete, then an edit of the deleted item is refused alone",
          R"([{"op":"delete","item":1},{"op":"set","item":1,"member":"icon.description","value":"x"},

@@ -80,6 +80,8 @@ export const api = {
   dismissRecovery: (n) => call('POST', '/api/recovery/dismiss', { n }),
   schema: () => must(call('GET', '/api/schema')),
   types: async () => (await must(call('GET', '/api/types'))).types,
+  templates: async () => (await must(call('GET', '/api/templates'))).templates,
+  template: (name) => must(call('GET', `/api/template?${query({ name })}`)),
   shapes: () => must(call('GET', '/api/shapes')),
   background: () => call('GET', '/api/background'),
   /// Swaps the picture's width and height (a view setting): the snapshot.

@@ -48,15 +48,16 @@ export class ItemList {
     const li = element('li', { role: 'option', tabindex: selected || first ? 0 : -1,
       'aria-selected': selected ? 'true' : 'false', 'data-item-id': id, 'data-item-index': index,
       class: `${hidden ? 'hidden ' : ''}${problems.length ? 'has-problems' : ''}`,
-      'aria-label': `${item.type} ${keys}${description ? `, ${description}` : ''}${problems.length ? `, ${problems.length} problems` : ''}` },
+      'aria-label': `${item.type} ${keys}${description ? `, ${description}` : ''}${problems.length ? `, ${problems.length} problems` : ''}${hidden ? ', hidden' : ''}` },
     element('span', { class: 'marker-glyph', style: `color:${colour || '#fff'}`, 'aria-hidden': 'true',
       text: GLYPHS[shape] || '●' }),
     element('span', { class: 'caption', text: keys, title: keys }),
     element('span', { class: 'type', text: item.type }),
     element('span', { class: 'description', text: description }),
     problems.length ? element('span', { class: 'problems', text: `⚠ ${problems.length}`, title: problems.map((p) => p.message).join('\n') }) : '');
-    const eye = element('button', { type: 'button', class: 'eye', 'aria-pressed': hidden ? 'false' : 'true',
-      'aria-label': `${hidden ? 'Show' : 'Hide'} ${item.type} ${keys}`, text: hidden ? '◌' : '●', tabindex: -1 });
+    // Not a control of its own: an option holds none. The keyboard's way is H.
+    const eye = element('span', { class: 'eye', 'aria-hidden': 'true', title: `${hidden ? 'Show' : 'Hide'} (H)`,
+      text: hidden ? '◌' : '●' });
     eye.addEventListener('click', (e) => { e.stopPropagation(); this.handlers.toggleHidden(id); });
     li.append(eye);
     li.addEventListener('click', (e) => this.handlers.select(id, { add: e.ctrlKey || e.metaKey, range: e.shiftKey }));

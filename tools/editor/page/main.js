@@ -14,7 +14,7 @@ import { MacroTools } from './macrotools.js';
 import { OpQueue, op } from './operations.js';
 import { Panel, resolve } from './panel.js';
 import { Picture } from './picture.js';
-import { Store, focusItem, fromSnapshot, indexOf, keyCaptionOf, problemCount, valueAt } from './store.js';
+import { Store, focusItem, fromSnapshot, indexOf, keyCaptionOf, keyCaptions, markerOf, problemCount, valueAt } from './store.js';
 import { TestMode } from './testmode.js';
 import { ScreenView } from './screen.js';
 import { arrange } from './arrange.js';
@@ -66,16 +66,33 @@ function answered(data, ops, failures) {
 
 function send(operation) { const done = queue.push(operation); store.changed(); return done; }
 
+// What an edit did, said in the status line (a live region) once the server
+// has answered it, naming the item as the list does ("Spell E").
+function itemName(state, id) {
+  const index = indexOf(state, id);
+  if (index < 0) return 'item';
+  const type = state.doc.keymaps[index].type;
+  const keys = keyCaptions(state, index, shapes.keys[type]);
+  return keys ? `${type} ${keys}` : type;
+}
+async function announce(done, words) {
+  const sent = [].concat(done);
+  const results = await Promise.all(sent).catch(() => []);
+  if (sent.length && results.length && results.every((r) => r && r.ok)) store.update((state) => ({ status: words(state) }));
+}
+
 // ---- views -----------------------------------------------------------------
 
 const picture = new Picture($('picture'), $('stage'), {
   select: (ids) => store.update({ selected: ids }),
   moveItems: (ids, dx, dy) => {
     const group = gestures.next('drag');
-    for (const id of ids) send(op.move(id, dx, dy, group));
+    announce(ids.map((id) => send(op.move(id, dx, dy, group))), (state) => movedWords(state, ids));
   },
-  movePoint: (id, member, point, dx, dy) => send({ ...op.move(id, dx, dy, gestures.next('handle')), member, point }),
-  setValue: (id, member, value, group) => send(op.set(id, member, value, group)),
+  movePoint: (id, member, point, dx, dy) => announce(send({ ...op.move(id, dx, dy, gestures.next('handle')), member, point }),
+    (state) => `${itemName(state, id)}: ${member} moved`),
+  setValue: (id, member, value, group) => announce(send(op.set(id, member, value, group)),
+    (state) => `${itemName(state, id)}: ${member} set to ${value}`),
   press: (p) => macro.press(p),
   bind: (id) => bindItem(id),
   changed: () => store.changed(),
@@ -209,11 +226,16 @@ function renderProblems(state) {
 
 // ---- actions ---------------------------------------------------------------
 
+function movedWords(state, ids) {
+  return ids.length === 1 ? `${itemName(state, ids[0])} moved` : `${ids.length} items moved`;
+}
+
 async function addItem(type, at) {
   const round = (v) => Math.round(Math.min(Math.max(v, 0), 1) * 1e4) / 1e4;
   const result = await send(op.add(type, at && { rel_x: round(at.rel_x), rel_y: round(at.rel_y) }));
   if (result.ok) {
-    store.update({ selected: [result.item], showSettings: false });
+    store.update((state) => ({ selected: [result.item], showSettings: false,
+      status: result.unbound && result.unbound.length ? state.status : `${itemName(state, result.item)} added` }));
     if (result.unbound && result.unbound.length) bindMembers(result.item, result.unbound, 'Its usual keys are taken: ');
   }
 }
@@ -233,9 +255,69 @@ async function duplicateSelected() {
 
 function deleteSelected() {
   const group = gestures.next('delete');
-  for (const id of selectedIds()) send(op.delete(id, group));
+  const ids = selectedIds();
+  const words = ids.length === 1 ? `${itemName(store.get(), ids[0])} deleted` : `${ids.length} items deleted`;
+  announce(ids.map((id) => send(op.delete(id, group))), () => words);
   store.update({ selected: [] });
 }
+
+// Copy and paste go through the plain-text clipboard as a keymap document,
+// so another page, this editor's static form or a text editor can take them.
+function copySelected(e) {
+  const state = store.get();
+  const ids = selectedIds();
+  if (ids.length === 0) return;
+  const keymaps = ids.map((id) => state.doc.keymaps[indexOf(state, id)]);
+  e.clipboardData.setData('text/plain', `${JSON.stringify({ keymaps }, null, 4)}\n`);
+  e.preventDefault();
+  store.update({ status: `${ids.length === 1 ? itemName(state, ids[0]) : `${ids.length} items`} copied` });
+}
+
+function pastedItems(text) {
+  try {
+    const parsed = JSON.parse(text);
+    const items = Array.isArray(parsed) ? parsed : parsed && Array.isArray(parsed.keymaps) ? parsed.keymaps : [parsed];
+    return items.filter((item) => item && typeof item === 'object' && typeof item.type === 'string');
+  } catch (error) {
+    return [];
+  }
+}
+
+// Pasted items keep their layout: the first one's marker goes to the pointer
+// when it is over the screen, else all shift a little from where they were.
+async function paste(text) {
+  const items = pastedItems(text);
+  if (items.length === 0 || store.get().mode !== 'edit') return;
+  const first = markerOf(items[0]);
+  const offset = pointer && first ? { dx: pointer.x - first.x, dy: pointer.y - first.y } : { dx: 0.03, dy: 0.03 };
+  const group = gestures.next('paste');
+  const results = await Promise.all(items.map((value) => send({ op: 'paste', value, ...offset, group })));
+  const made = results.filter((r) => r.ok);
+  const state = store.get();
+  const unbound = made.filter((r) => r.unbound && r.unbound.length)
+    .map((r) => `${itemName(state, r.item)}: ${r.unbound.join(', ')}`);
+  const refused = results.length - made.length;
+  store.update({ selected: made.map((r) => r.item), showSettings: false,
+    status: `Pasted ${made.length} ${made.length === 1 ? 'item' : 'items'}` +
+      (refused ? `, ${refused} refused` : '') +
+      (unbound.length ? `; keys already taken here left unbound (${unbound.join('; ')}): press Enter to bind` : '') });
+}
+
+// The pointer over the screen, in fractions of it, for a paste.
+let pointer = null;
+$('picture').addEventListener('pointermove', (e) => {
+  if (!picture.svg) return;
+  const p = picture.point(e);
+  pointer = { x: p.x / picture.size.width, y: p.y / picture.size.height };
+  if (pointer.x < 0 || pointer.y < 0 || pointer.x > 1 || pointer.y > 1) pointer = null;
+});
+$('picture').addEventListener('pointerleave', () => { pointer = null; });
+document.addEventListener('copy', (e) => { if (!typing(e.target) && !capture.open) copySelected(e); });
+document.addEventListener('paste', (e) => {
+  if (typing(e.target) || capture.open) return;
+  e.preventDefault();
+  paste(e.clipboardData.getData('text/plain'));
+});
 
 function arrangeSelected(how) {
   const state = store.get();
@@ -247,7 +329,8 @@ function arrangeSelected(how) {
 
 function nudge(dx, dy, group) {
   const state = store.get();
-  for (const id of selectedIds()) send(op.move(id, dx / state.width, dy / state.height, group));
+  const ids = selectedIds();
+  announce(ids.map((id) => send(op.move(id, dx / state.width, dy / state.height, group))), (now) => movedWords(now, ids));
 }
 
 // Binds the keys of item `id` that fire it, in the flow its kind asks for.
@@ -280,12 +363,15 @@ async function bindSteps(id, members, lead) {
     if (!await collisionAccepted(id, keys, target)) return;
     const state = store.get();
     const item = state.doc.keymaps[indexOf(state, id)] || {};
+    const done = [];
     for (const [k, member] of step.members.entries()) {
       // A single key for a combination's step clears the second key, if there is one.
       const present = valueAt(item, member);
-      if (keys[k]) send(op.set(id, member, keys[k], group));
-      else if (present && present.device) send(op.set(id, member, await unsetKey(), group));
+      if (keys[k]) done.push(send(op.set(id, member, keys[k], group)));
+      else if (present && present.device) done.push(send(op.set(id, member, await unsetKey(), group)));
     }
+    announce(done, (now) => `${now.doc.keymaps[indexOf(now, id)].type} bound to ${
+      keyCaptions(now, indexOf(now, id), step.members) || keys.filter(Boolean).map((key) => key.caption || key.text).join('+')}`);
     lead = '';
   }
 }
@@ -345,14 +431,40 @@ async function reload() {
   }
 }
 
-// The Arrange menu closes on Escape, on a choice and when the focus leaves
-// it, and gives the keyboard back to its button.
+// A template replaces the document as one step, which undo takes back.
+async function fromTemplate(name, title) {
+  await queue.idle();
+  const text = JSON.stringify(await api.template(name), null, 4);
+  const answer = await api.putDocument(text);
+  if (!answer.ok) {
+    store.update({ status: `Not started from ${title}: ${answer.data.error}` });
+    return;
+  }
+  const shot = await api.snapshot();
+  store.update((state) => ({ ...fromSnapshot(state, shot), selected: [], hidden: [], errors: {},
+    status: `Started from the ${name} template: Undo takes it back` }));
+}
+
+async function offerTemplates() {
+  const entries = (await api.templates()).map(({ name, title }) => {
+    const button = element('button', { type: 'button', 'data-template': name, text: title });
+    button.addEventListener('click', () => {
+      closeMenu(button.closest('details'));
+      fromTemplate(name, title);
+    });
+    return button;
+  });
+  $('templates').replaceChildren(...entries);
+}
+
+// A menu (Arrange, templates) closes on Escape, on a choice and when the
+// focus leaves it, and gives the keyboard back to its button.
 function closeMenu(menu) {
   if (!menu || !menu.open) return;
   menu.open = false;
   menu.querySelector('summary').focus({ preventScroll: true });
 }
-for (const menu of document.querySelectorAll('details.menu')) {
+for (const menu of document.querySelectorAll('details.menu, details.picker')) {
   menu.addEventListener('keydown', (e) => {
     if (e.key === 'Escape' && menu.open) { e.preventDefault(); e.stopPropagation(); closeMenu(menu); }
   });
@@ -389,6 +501,12 @@ document.addEventListener('keydown', (e) => {
     return;
   }
   if (typing(e.target)) return;
+  if (ctrl && e.key.toLowerCase() === 'a' && state.mode === 'edit') {
+    e.preventDefault();
+    const selected = state.ids.filter((id) => !state.hidden.includes(id));
+    store.update({ selected, status: `${selected.length} items selected` });
+    return;
+  }
   if (e.key === ' ' && !e.repeat) { picture.spaceHeld = true; e.preventDefault(); return; }
   if (e.key === 'Escape') { store.update({ selected: [], showSettings: false }); return; }
   if (e.target.classList && e.target.classList.contains('handle')) {
@@ -513,6 +631,7 @@ async function start() {
       macroWidth: info.macro_width || 1920, macroHeight: info.macro_height || 1080 }));
     colours = shapes.colours || {};
     palette(types, info.joystick ? 'gamepad' : 'keyboard');
+    offerTemplates().catch(() => { $('templates-menu').hidden = true; });
     if (info.background) {
       const image = await api.background();
       if (image.ok) showScreenshotUrl(URL.createObjectURL(image.data));

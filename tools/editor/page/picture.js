@@ -29,6 +29,27 @@ export function pointsOf(text) {
     .map((m) => ({ x: Number(m[1]), y: Number(m[2]) }));
 }
 
+const overlaps = (p, r, box) => p.x + r > box.x && p.x - r < box.x + box.width &&
+  p.y + r > box.y && p.y - r < box.y + box.height;
+
+/// `p`, or the nearest spot below-right of it where a handle of radius `r`
+/// covers none of `boxes`.
+function clearOf(p, r, boxes) {
+  if (!boxes.some((box) => overlaps(p, r, box))) return p;
+  for (let step = 1; step <= 12; step++) {
+    const at = { x: p.x + step * r, y: p.y + step * r };
+    if (!boxes.some((box) => overlaps(at, r, box))) return at;
+  }
+  return { x: p.x + 13 * r, y: p.y + 13 * r };
+}
+
+/// {x0, y0}: the centre of a handle, a circle or a square.
+function centreOfHandle(node) {
+  if (node.hasAttribute('cx')) return { x0: Number(node.getAttribute('cx')), y0: Number(node.getAttribute('cy')) };
+  const half = Number(node.getAttribute('width')) / 2;
+  return { x0: Number(node.getAttribute('x')) + half, y0: Number(node.getAttribute('y')) + half };
+}
+
 export class Picture {
   /// `handlers`: select(ids, {add}), moveItems(ids, dx, dy), movePoint(id, member, point, dx, dy),
   /// setValue(id, member, value), press(point) for pick and record modes, bind(id),
@@ -139,7 +160,8 @@ export class Picture {
     const svg = parsed.documentElement;
     if (svg.nodeName !== 'svg') return;
     this.svg = document.importNode(svg, true);
-    this.svg.setAttribute('role', 'img');
+    // A group, not an image: its handles are controls of their own.
+    this.svg.setAttribute('role', 'group');
     this.svg.setAttribute('aria-label', 'The screen with every item');
     // The screen's corner is the origin; a band above it may hold the legend.
     const box = this.svg.viewBox.baseVal;
@@ -149,6 +171,8 @@ export class Picture {
     this.view = { width: box.width || this.size.width, height: box.height || this.size.height };
     this.overlay = svgElement('g', { class: 'editor-overlay' });
     this.svg.append(this.overlay);
+    // A handle being moved by keys keeps the focus across the new picture.
+    this.refocus = this.focusedHandle();
     this.host.replaceChildren(this.svg);
     this.groups = [];
     for (const group of this.svg.querySelectorAll('g.item[data-item-index]')) {
@@ -234,7 +258,7 @@ export class Picture {
     if (!this.overlay) return;
     // Redrawn only when what it shows changed: a handle being looked at stays.
     const signature = JSON.stringify([this.shownSvg.length, state.version, state.mode, state.selected,
-      state.triggered, state.motion, state.recorded, [...pending]]);
+      state.triggered, state.motion, state.recorded, [...pending], this.handleRadius()]);
     if (signature === this.overlaySignature && this.overlay.isConnected && this.overlay.childElementCount) return;
     this.overlaySignature = signature;
     const parts = [];
@@ -252,13 +276,19 @@ export class Picture {
       const moved = pending.get(state.selected[0]) || { dx: 0, dy: 0 };
       if (item) parts.push(...this.handlesOf(item, index, moved));
     }
-    const focused = document.activeElement && document.activeElement.classList &&
-      document.activeElement.classList.contains('handle') ? document.activeElement.getAttribute('aria-label') : null;
+    const lost = !document.activeElement || document.activeElement === document.body;
+    const focused = this.focusedHandle() || (lost ? this.refocus : null);
+    this.refocus = null;
     this.overlay.replaceChildren(...parts);
     if (focused) {
       const again = parts.find((part) => part.getAttribute('aria-label') === focused);
       if (again) again.focus();
     }
+  }
+
+  focusedHandle() {
+    const now = document.activeElement;
+    return now && now.classList && now.classList.contains('handle') ? now.getAttribute('aria-label') : null;
   }
 
   /// Where a handle of `item` is drawn, in picture units.
@@ -273,33 +303,36 @@ export class Picture {
       return p.rel_x === 0 && p.rel_y === 0 && nullIsTouch ? px(touch) : px(p);
     };
     const out = [];
+    const r = this.handleRadius();
     const handle = (shape, attributes, member, label, extra = {}) => {
       const node = svgElement(shape, { class: `handle handle-${extra.kind || 'point'}`, tabindex: '0',
         role: 'button', 'aria-roledescription': 'handle', 'aria-label': `${label} of item ${index}`,
         'data-path': `keymaps[${index}].${member}`, 'data-member': member, ...attributes });
       Object.assign(node.dataset, extra.data || {});
+      const tip = svgElement('title');
+      tip.textContent = `${label} (${member})`;
+      node.append(tip);
       out.push(node);
       return node;
     };
     const m = markerOf(item);
     const marker = m ? px({ rel_x: m.x, rel_y: m.y }) : px(touch);
+    const blocked = [...this.captionBoxes(index, moved), { x: marker.x - r, y: marker.y - r, width: 2 * r, height: 2 * r }];
     for (const h of this.shapes.handles[item.type] || []) {
       if (h.member === 'icon.rel_position') continue;  // the item itself is grabbed
       if (h.kind === 'point') {
         const p = pointOf(h.member, h.null_is_touch);
         if (!p) continue;
-        let at = p;
-        // A touch point under the marker is shown beside it, so both can be grabbed.
-        if (h.member === 'rel_work_position' && Math.hypot(p.x - marker.x, p.y - marker.y) < 24) {
-          at = { x: p.x + 26, y: p.y + 26 };
-          out.push(svgElement('line', { class: 'handle-leader', x1: p.x, y1: p.y, x2: at.x, y2: at.y }));
-        }
-        handle('circle', { cx: at.x, cy: at.y, r: 7 }, h.member, h.label);
+        // A point under the marker or a caption is shown beside it, on a
+        // leader, so the item and its words stay readable and grabbable.
+        const at = clearOf(p, r, blocked);
+        if (at !== p) out.push(svgElement('line', { class: 'handle-leader', x1: p.x, y1: p.y, x2: at.x, y2: at.y }));
+        handle('circle', { cx: at.x, cy: at.y, r }, h.member, h.label);
       } else if (h.kind === 'radius') {
         const centre = h.centre ? pointOf(h.centre, true) : px(touch);
-        const r = Math.abs(Number(valueAt(item, h.member)) || 0) * this.side();
         if (!centre) continue;
-        handle('circle', { cx: centre.x + r, cy: centre.y, r: 6 }, h.member, h.label,
+        const reach = Math.abs(Number(valueAt(item, h.member)) || 0) * this.side();
+        handle('circle', { cx: centre.x + reach, cy: centre.y, r }, h.member, h.label,
           { kind: 'radius', data: { cx: centre.x, cy: centre.y } });
       } else if (h.kind === 'area') {
         const area = valueAt(item, h.member) || {};
@@ -308,18 +341,37 @@ export class Picture {
         const hh = Math.abs(Number(area.rel_height) || 0) * H / 2;
         for (const [sx, sy, name] of [[1, 1, 'corner'], [1, 0, 'right edge'], [0, 1, 'bottom edge'],
           [-1, -1, 'corner'], [-1, 0, 'left edge'], [0, -1, 'top edge'], [1, -1, 'corner'], [-1, 1, 'corner']]) {
-          handle('rect', { x: c.x + sx * w - 5, y: c.y + sy * hh - 5, width: 10, height: 10 }, h.member,
+          handle('rect', { x: c.x + sx * w - r, y: c.y + sy * hh - r, width: 2 * r, height: 2 * r }, h.member,
             `${h.label} ${name}`, { kind: 'area', data: { cx: c.x, cy: c.y, sx, sy } });
         }
       } else if (h.kind === 'points') {
         pointsOf(valueAt(item, h.member)).forEach((p, k) => {
           const at = px({ rel_x: p.x, rel_y: p.y });
-          handle('circle', { cx: at.x, cy: at.y, r: 6 }, h.member, `${h.label} ${k + 1}`,
+          handle('circle', { cx: at.x, cy: at.y, r }, h.member, `${h.label} ${k + 1}`,
             { kind: 'points', data: { point: k } });
         });
       }
     }
     return out;
+  }
+
+  /// A handle's radius in picture units: 12 CSS pixels, so that it is a
+  /// 24-pixel target whatever the zoom.
+  handleRadius() {
+    const shown = this.host.clientWidth;
+    return shown ? Math.round(12 * (this.view.width || this.size.width) / shown * 100) / 100 : 12;
+  }
+
+  /// The boxes of item `index`'s captions and labels, where handles must not sit.
+  captionBoxes(index, moved) {
+    const group = this.host.querySelector(`g.item[data-item-index="${index}"]`);
+    if (!group) return [];
+    const dx = moved.dx * this.size.width;
+    const dy = moved.dy * this.size.height;
+    return [...group.querySelectorAll('.caption, .label, .keycap')].map((node) => {
+      const box = node.getBBox();
+      return { x: box.x + dx, y: box.y + dy, width: box.width, height: box.height };
+    });
   }
 
   // ---- pointer -------------------------------------------------------------
@@ -348,14 +400,13 @@ export class Picture {
     const handle = e.target.closest && e.target.closest('.handle');
     if (handle) {
       this.drag = { kind: 'handle', handle, start: p, inverse, moved: false, id: this.idOfHandle(handle),
-        x0: Number(handle.getAttribute('cx') ?? Number(handle.getAttribute('x')) + 5),
-        y0: Number(handle.getAttribute('cy') ?? Number(handle.getAttribute('y')) + 5) };
+        ...centreOfHandle(handle) };
       this.host.setPointerCapture(e.pointerId);
       e.preventDefault();
       return;
     }
     const group = this.groupOf(e.target);
-    if (!group) { this.handlers.select([]); return; }
+    if (!group) { this.startBand(e, p, current.selected); return; }
     const id = this.idOf(group);
     this.pressed = id;
     let ids = current.selected;
@@ -376,6 +427,7 @@ export class Picture {
     if (this.drag.kind === 'pan') { this.pan(e); return; }
     if (this.drag.kind === 'press') return;
     const p = this.point(e, this.drag.inverse);
+    if (this.drag.kind === 'band') { this.stretchBand(p); return; }
     let dx = p.x - this.drag.start.x;
     let dy = p.y - this.drag.start.y;
     this.drag.moved = this.drag.moved || Math.abs(dx) + Math.abs(dy) > 1;
@@ -398,9 +450,39 @@ export class Picture {
       const x = this.drag.x0 + dx;
       const y = this.drag.y0 + dy;
       this.drag.offset = { x: dx, y: dy };
-      if (h.tagName === 'rect') { h.setAttribute('x', x - 5); h.setAttribute('y', y - 5); }
+      const half = Number(h.getAttribute('width')) / 2;
+      if (h.tagName === 'rect') { h.setAttribute('x', x - half); h.setAttribute('y', y - half); }
       else { h.setAttribute('cx', x); h.setAttribute('cy', y); }
     }
+  }
+
+  // ---- rubber band: a drag on the empty screen selects the items whose
+  // markers it encloses; with Ctrl or Shift, in addition to those selected.
+
+  startBand(e, p, selected) {
+    const add = e.shiftKey || e.ctrlKey || e.metaKey;
+    this.drag = { kind: 'band', start: p, moved: false, base: add ? selected : [] };
+    if (!add) this.handlers.select([]);
+    this.host.setPointerCapture(e.pointerId);
+    e.preventDefault();
+  }
+
+  stretchBand(p) {
+    const { start, base } = this.drag;
+    const box = { x: Math.min(start.x, p.x), y: Math.min(start.y, p.y),
+      width: Math.abs(p.x - start.x), height: Math.abs(p.y - start.y) };
+    this.drag.moved = this.drag.moved || box.width + box.height > 2;
+    if (!this.drag.moved) return;
+    const inside = [];
+    for (const group of this.items()) {
+      const id = this.idOf(group);
+      const at = this.markerAt(this.state.doc.keymaps[Number(group.dataset.itemIndex)]);
+      if (group.style.display !== 'none' && at && at.x >= box.x && at.x <= box.x + box.width &&
+        at.y >= box.y && at.y <= box.y + box.height && !base.includes(id)) inside.push(id);
+    }
+    this.handlers.select([...base, ...inside]);
+    this.overlaySignature = null;
+    this.overlay.replaceChildren(svgElement('rect', { class: 'band', ...box }));
   }
 
   /// Where the document puts `item`'s marker (at its touch point while unset),
@@ -450,6 +532,7 @@ export class Picture {
     if (!drag) return;
     this.drag = null;
     if (drag.kind === 'pan') return;
+    if (drag.kind === 'band') { this.overlaySignature = null; this.handlers.changed(); return; }
     if (drag.kind === 'items') this.settle(drag);
     if (drag.kind === 'press') {
       const p = this.point(e);
@@ -496,8 +579,7 @@ export class Picture {
   /// Nudges the handle `node` by (dx, dy) picture units, as a drag would.
   nudgeHandle(node, dx, dy) {
     const drag = { handle: node, id: this.idOfHandle(node), offset: { x: dx, y: dy },
-      x0: Number(node.getAttribute('cx') ?? Number(node.getAttribute('x')) + 5),
-      y0: Number(node.getAttribute('cy') ?? Number(node.getAttribute('y')) + 5) };
+      ...centreOfHandle(node) };
     this.handleReleased(drag, this.size.width, this.size.height);
   }
 

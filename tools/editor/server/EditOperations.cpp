@@ -102,6 +102,9 @@ public:
         if (name == "duplicate") {
             return duplicate();
         }
+        if (name == "paste") {
+            return paste();
+        }
         if (name == "delete") {
             return remove();
         }
@@ -237,6 +240,25 @@ private:
         std::unique_ptr<km::ConfigItem> copy =
             itemOf(items_->getObject(static_cast<unsigned>(index)));
         km::MoveItem(*copy, 0.03, 0.03);
+        append(*copy, false);
+        return true;
+    }
+
+    // An item copied from this or another document, read by the library as
+    // a file's item would be, moved by (dx, dy); keys others fire on unset.
+    bool paste() {
+        if (!op_->has("value") || !op_->isObject("value")) {
+            return fail(result_, "a paste needs the item as its value");
+        }
+        double dx = 0;
+        double dy = 0;
+        if ((op_->has("dx") && !readNumber(op_, "dx", dx)) ||
+            (op_->has("dy") && !readNumber(op_, "dy", dy)) || std::abs(dx) > 2 ||
+            std::abs(dy) > 2) {
+            return fail(result_, "a paste's dx and dy are fractions of the screen");
+        }
+        std::unique_ptr<km::ConfigItem> copy = itemOf(op_->getObject("value"));
+        km::MoveItem(*copy, dx, dy);
         append(*copy, false);
         return true;
     }

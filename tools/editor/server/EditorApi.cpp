@@ -374,6 +374,8 @@ const EditorApi::Route* EditorApi::findRoute(const std::string& path) {
         {"/api/recovery/dismiss", "POST", true, &EditorApi::postRecoveryDismiss},
         {"/api/schema", "GET", false, &EditorApi::getSchema},
         {"/api/types", "GET", false, &EditorApi::getTypes},
+        {"/api/templates", "GET", false, &EditorApi::getTemplates},
+        {"/api/template", "GET", false, &EditorApi::getTemplate},
         {"/api/item", "GET", false, &EditorApi::getItem},
         {"/api/key", "GET", false, &EditorApi::getKey},
         {"/api/macro/check", "POST", true, &EditorApi::postMacroCheck},
@@ -692,6 +694,43 @@ HttpResponse EditorApi::getTypes(const HttpRequest&) {
     Object::Ptr body = newObject();
     body->set("types", types);
     return respondJson(200, body);
+}
+
+namespace {
+
+// The starting layouts "New from template" offers, in the order shown.
+const char* const kTemplates[][2] = {
+    {"shooter", "Shooter: walk, fire, aim, skills"},
+    {"moba", "MOBA: move, skills, items"},
+    {"racing", "Racing: steer, throttle, brake"},
+    {"gamepad", "Gamepad: sticks, triggers, buttons"},
+};
+
+}  // namespace
+
+HttpResponse EditorApi::getTemplates(const HttpRequest&) {
+    Array::Ptr list = new Array();
+    for (const auto& entry : kTemplates) {
+        Object::Ptr one = newObject();
+        one->set("name", std::string(entry[0]));
+        one->set("title", std::string(entry[1]));
+        list->add(one);
+    }
+    Object::Ptr body = newObject();
+    body->set("templates", list);
+    return respondJson(200, body);
+}
+
+HttpResponse EditorApi::getTemplate(const HttpRequest& request) {
+    const std::string name = request.query("name");
+    for (const auto& entry : kTemplates) {
+        const PageAsset* asset =
+            name == entry[0] ? FindPageAsset("templates/" + name + ".json") : nullptr;
+        if (asset != nullptr) {
+            return respond(200, kJson, std::string(asset->data, asset->size));
+        }
+    }
+    return respondError(404, "no template '" + name + "'");
 }
 
 HttpResponse EditorApi::getItem(const HttpRequest& request) {

@@ -71,6 +71,8 @@ private:
     HttpResponse postRecoveryDismiss(const HttpRequest& request);
     HttpResponse getSchema(const HttpRequest& request);
     HttpResponse getTypes(const HttpRequest& request);
+    HttpResponse getTemplates(const HttpRequest& request);
+    HttpResponse getTemplate(const HttpRequest& request);
     HttpResponse getItem(const HttpRequest& request);
     HttpResponse getKey(const HttpRequest& request);
     HttpResponse postMacroCheck(const HttpRequest& request);

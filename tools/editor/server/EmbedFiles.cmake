@@ -1,10 +1,19 @@
-# Writes OUTPUT, a C++ source holding each of FILES as bytes, found by its
-# file name through FindPageAsset (PageAssets.h).
+# Writes OUTPUT, a C++ source holding each of FILES (and TEMPLATES) as bytes,
+# found by its file name through FindPageAsset (PageAssets.h).
 set(body "")
 set(table "")
 set(index 0)
-foreach(file IN LISTS FILES)
+# TEMPLATES are found as "templates/NAME": never served as the page's files.
+set(entries ${FILES})
+foreach(file IN LISTS TEMPLATES)
+    list(APPEND entries "templates/|${file}")
+endforeach()
+foreach(entry IN LISTS entries)
+    string(REGEX MATCH "^[^|]*[|]" prefix "${entry}")
+    string(REGEX REPLACE "^[^|]*[|]" "" file "${entry}")
+    string(REPLACE "|" "" prefix "${prefix}")
     get_filename_component(name ${file} NAME)
+    set(name "${prefix}${name}")
     file(READ ${file} hex HEX)
     string(LENGTH "${hex}" hex_length)
     math(EXPR size "${hex_length} / 2")
