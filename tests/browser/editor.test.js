@@ -403,6 +403,9 @@ test('a description typed into the panel stays with its item when another is cli
   await open(page, file);
   for (const leave of ['picture', 'list']) {
     await page.getByRole('option').nth(3).click();
+    // Typed once the panel shows the item, as a person would: typed before,
+    // it belongs to the item the panel showed, and lands there.
+    await expect(page.locator('#panel h2')).toContainText('keymaps[3]');
     const text = `only three, left by the ${leave}`;
     await page.locator('#panel input[name="icon.description"]').fill(text);
     if (leave === 'picture') await page.mouse.click(...Object.values(await centreOf(item(page, 0).locator('.marker'))));
