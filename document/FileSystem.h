@@ -65,9 +65,9 @@ bool WriteInPlace(const std::string& path, const std::string& text);
 
 /// Creates the file `path`, which must not exist yet (not even as a link),
 /// and writes `text` into it, with the permission bits of the file `like`
-/// where that exists, and its group where the process may set it (POSIX). False, with the cause in `error`, when the
-/// name is taken or the file cannot be made or written; a file it made but
-/// could not fill is removed.
+/// where that exists, and its group where the process may set it (POSIX). False, with the cause in
+/// `error`, when the name is taken or the file cannot be made or written; a file it made but could
+/// not fill is removed.
 bool CreateNewFile(const std::string& path, const std::string& text, const std::string& like,
                    std::string& error);
 
