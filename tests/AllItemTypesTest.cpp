@@ -43,7 +43,8 @@ TEST(AllItemTypes, EachTypeIsMadeAsDeclaredAndSurvivesADocumentRoundTrip) {
         std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(name));
         ASSERT_NE(item, nullptr);
         EXPECT_EQ(item->type, name);
-        EXPECT_TRUE(typeid(*item) == *types[i].typeInfo);
+        const km::ConfigItem& made = *item;
+        EXPECT_TRUE(typeid(made) == *types[i].typeInfo);
         EXPECT_EQ(km::DeclarationOf(*item), &types[i]);
         const bool pair = dynamic_cast<km::PairConfigItem*>(item.get()) != nullptr;
         EXPECT_FALSE(pair && item->IsInvalid()) << "a fresh pair item is usable";
