@@ -8,7 +8,7 @@
 enable_sources() {
     local sudo=()
     [ "$(id -u)" -ne 0 ] && sudo=(sudo)
-    apt-cache showsrc poco 2>/dev/null | grep -q '^Package: poco' && return
+    grep -q '^Package: poco' <<<"$(apt-cache showsrc poco 2>/dev/null)" && return
     local list=/etc/apt/sources.list.d/zuno-deb-src.sources
     if [ -f /etc/apt/sources.list.d/debian.sources ]; then
         sed 's/^Types: deb$/Types: deb-src/' /etc/apt/sources.list.d/debian.sources |
