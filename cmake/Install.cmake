@@ -16,6 +16,8 @@ install(TARGETS zuno-keymapmanager
 install(DIRECTORY include/zuno-keymapmanager DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 install(FILES ${ZUNO_KM_GENERATED_INCLUDE}/zuno-keymapmanager/Version.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zuno-keymapmanager COMPONENT dev)
+install(FILES ${ZUNO_KM_GENERATED_INCLUDE}/zuno-keymapmanager/items/ItemHeaders.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zuno-keymapmanager/items COMPONENT dev)
 
 install(EXPORT zuno-keymapmanager-targets
     NAMESPACE zuno::

@@ -21,19 +21,8 @@
 #include "zuno-keymapmanager/model/NameLists.h"
 #include "zuno-keymapmanager/model/NumberText.h"
 
-// Item types.
-#include "zuno-keymapmanager/items/ComposableItems.h"
-#include "zuno-keymapmanager/items/CurveMacroItems.h"
-#include "zuno-keymapmanager/items/DiamondConfigItem.h"
-#include "zuno-keymapmanager/items/FireItem.h"
-#include "zuno-keymapmanager/items/ItemLayout.h"
-#include "zuno-keymapmanager/items/ItemParts.h"
-#include "zuno-keymapmanager/items/LookItems.h"
-#include "zuno-keymapmanager/items/SpellItems.h"
-#include "zuno-keymapmanager/items/SwipeholdItem.h"
-#include "zuno-keymapmanager/items/TapItems.h"
-#include "zuno-keymapmanager/items/WalkItems.h"
-#include "zuno-keymapmanager/items/WheelZoomObserveItems.h"
+// Item types: every header in zuno-keymapmanager/items, listed by the build.
+#include "zuno-keymapmanager/items/ItemHeaders.h"
 
 // Documents.
 #include "zuno-keymapmanager/document/ConfigInfo.h"
