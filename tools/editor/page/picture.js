@@ -50,6 +50,16 @@ function centreOfHandle(node) {
   return { x0: Number(node.getAttribute('x')) + half, y0: Number(node.getAttribute('y')) + half };
 }
 
+// Places `node` by an animation held at one frame: the compositor moves it
+// at once, where a changed style would have the browser sort the paint of
+// every item of the page into layers again, at each step of a drag.
+const held = new WeakMap();
+function hold(node, frame) {
+  const animation = held.get(node);
+  if (animation) animation.effect.setKeyframes([frame, frame]);
+  else held.set(node, node.animate([frame, frame], { duration: 1e9, fill: 'forwards' }));
+}
+
 export class Picture {
   /// `handlers`: select(ids, {add}), moveItems(ids, dx, dy), movePoint(id, member, point, dx, dy),
   /// setValue(id, member, value), press(point) for pick and record modes, bind(id),
@@ -190,38 +200,52 @@ export class Picture {
     if (lifted) this.lift(this.drag);
   }
 
-  // For a drag, copies of the dragged groups go to a layer of their own
-  // above the picture, and the layer is moved: the browser moves it as it
-  // stands, without painting the other items again at each step. The
-  // guides have a layer of their own, which also covers the items: the
-  // pointer is captured, but the browser still looks for what lies under the
-  // drag's start at each move, and finds the cover at once.
+  // For a drag, copies of the dragged groups go to a layer of their own,
+  // which is moved. The layer sits in a cover fixed over the stage, outside
+  // the scrolled picture: a change anywhere inside the stage has the
+  // browser walk and repaint all the picture's items again, a change
+  // outside it does not. The cover also takes the pointer, so that finding
+  // what lies under it costs nothing, and the guides are lines moved and
+  // shown the same way, never drawn anew. The boxes are read once a drag.
   lift(drag) {
-    const layer = (kind = '') => svgElement('svg', { class: `drag-layer${kind}`, 'aria-hidden': 'true',
-      viewBox: this.svg.getAttribute('viewBox'), preserveAspectRatio: this.svg.getAttribute('preserveAspectRatio') || 'xMidYMid meet' });
-    drag.layer = layer();
+    const stage = this.stage.getBoundingClientRect();
+    const shown = this.host.getBoundingClientRect();
+    const cover = document.createElement('div');
+    cover.className = 'drag-cover';
+    cover.setAttribute('aria-hidden', 'true');
+    Object.assign(cover.style, { left: `${stage.left}px`, top: `${stage.top}px`,
+      width: `${stage.width}px`, height: `${stage.height}px` });
+    drag.layer = svgElement('svg', { class: 'drag-layer', viewBox: this.svg.getAttribute('viewBox'),
+      preserveAspectRatio: this.svg.getAttribute('preserveAspectRatio') || 'xMidYMid meet' });
+    Object.assign(drag.layer.style, { left: `${shown.left - stage.left}px`, top: `${shown.top - stage.top}px`,
+      width: `${shown.width}px`, height: `${shown.height}px` });
     for (const group of drag.groups) {
       if (!group) continue;
       drag.layer.append(group.cloneNode(true));
       group.classList.add('lifted');
     }
-    drag.guides = svgElement('g', { class: 'editor-overlay' });
-    const guides = layer(' shield');
-    guides.append(drag.guides);
-    this.host.append(guides, drag.layer);
+    // Picture units to the cover's pixels.
+    const m = drag.inverse.inverse();
+    drag.toCover = { a: m.a, d: m.d, e: m.e - stage.left, f: m.f - stage.top };
+    drag.guides = { x: document.createElement('div'), y: document.createElement('div') };
+    drag.guides.x.className = 'guide guide-x';
+    drag.guides.y.className = 'guide guide-y';
+    cover.append(drag.layer, drag.guides.x, drag.guides.y);
+    document.body.append(cover);
+    drag.cover = cover;
     this.moveLayer(drag);
   }
 
   moveLayer(drag) {
     const { x, y } = drag.offset;
-    drag.layer.style.transform = `translate(${x / drag.inverse.a}px, ${y / drag.inverse.d}px)`;
+    hold(drag.layer, { transform: `translate(${x * drag.toCover.a}px, ${y * drag.toCover.d}px)` });
   }
 
   // The dragged groups back in the picture, where the pointer left them.
   settle(drag) {
     if (!drag.layer) return;
-    drag.layer.remove();
-    drag.guides.ownerSVGElement.remove();
+    drag.cover.remove();
+    drag.cover = null;
     drag.layer = null;
     drag.guides = null;
     this.shownGuides = null;
@@ -238,7 +262,7 @@ export class Picture {
   // Pointer position in the picture's own units. A drag asks with the
   // picture's matrix of its start: asking the page for it at every step
   // would lay the whole picture out again after each move.
-  point(e, inverse = this.inverse()) {
+  point(e, inverse = (this.drag && this.drag.inverse) || this.inverse()) {
     if (!inverse) return { x: 0, y: 0 };
     const p = new DOMPoint(e.clientX, e.clientY).matrixTransform(inverse);
     return { x: p.x, y: p.y };
@@ -406,7 +430,7 @@ export class Picture {
       return;
     }
     const group = this.groupOf(e.target);
-    if (!group) { this.startBand(e, p, current.selected); return; }
+    if (!group) { this.startBand(e, p, inverse, current.selected); return; }
     const id = this.idOf(group);
     this.pressed = id;
     let ids = current.selected;
@@ -459,9 +483,9 @@ export class Picture {
   // ---- rubber band: a drag on the empty screen selects the items whose
   // markers it encloses; with Ctrl or Shift, in addition to those selected.
 
-  startBand(e, p, selected) {
+  startBand(e, p, inverse, selected) {
     const add = e.shiftKey || e.ctrlKey || e.metaKey;
-    this.drag = { kind: 'band', start: p, moved: false, base: add ? selected : [] };
+    this.drag = { kind: 'band', start: p, inverse, moved: false, base: add ? selected : [] };
     if (!add) this.handlers.select([]);
     this.host.setPointerCapture(e.pointerId);
     e.preventDefault();
@@ -516,15 +540,17 @@ export class Picture {
   }
 
   drawGuides(guides) {
-    const layer = this.drag && this.drag.guides;
-    if (!layer) return;
+    const lines = this.drag && this.drag.guides;
+    if (!lines) return;
     const shown = JSON.stringify(guides);
     if (shown === this.shownGuides) return;
     this.shownGuides = shown;
-    const lines = guides.map((g) => svgElement('line', g.axis === 'x'
-      ? { class: 'guide', x1: g.at, y1: 0, x2: g.at, y2: this.size.height }
-      : { class: 'guide', x1: 0, y1: g.at, x2: this.size.width, y2: g.at }));
-    layer.replaceChildren(...lines);
+    const { a, d, e, f } = this.drag.toCover;
+    for (const axis of ['x', 'y']) {
+      const guide = guides.find((g) => g.axis === axis);
+      const at = !guide ? 'none' : axis === 'x' ? `translateX(${guide.at * a + e}px)` : `translateY(${guide.at * d + f}px)`;
+      hold(lines[axis], { opacity: guide ? 1 : 0, transform: at });
+    }
   }
 
   up(e) {
