@@ -15,6 +15,7 @@
 #include <Poco/JSON/Stringifier.h>
 
 #include "EditorSession.h"
+#include "MovedCheck.h"
 
 namespace zunokeymap {
 namespace editor {
@@ -230,10 +231,15 @@ bool EditorSession::editItem(const Poco::JSON::Object::Ptr& op, int index, HeldS
     doc_->items[static_cast<std::size_t>(index)] = edited.release();
     HeldState next{std::string(), state.ids};
     next.text = km::SaveKeymapConfigAndInfoToText(doc_.get());
+    const std::shared_ptr<const km::CheckReport> before = report;
     if (!acceptSet(op, result, state, next, report)) {
         delete doc_->items[static_cast<std::size_t>(index)];
         doc_->items[static_cast<std::size_t>(index)] = previous.release();
         return true;
+    }
+    if (before && OperationName(op) == "move") {
+        // The other items' findings stay: only the moved one is checked.
+        report = CheckAfterMove(*before, next.text, index, joystick_, file_);
     }
     keep(op, state, std::move(next));
     return true;
