@@ -114,14 +114,17 @@ export class Picture {
     for (const group of this.items()) {
       const index = Number(group.dataset.itemIndex);
       const id = state.ids[index];
-      group.classList.toggle('selected', selected.has(id));
-      group.classList.toggle('triggered', triggered.has(index));
-      group.style.display = hidden.has(id) ? 'none' : '';
+      // Only what differs is touched: a style or attribute written again,
+      // even unchanged, has the browser look at every item anew.
+      if (group.classList.contains('selected') !== selected.has(id)) group.classList.toggle('selected');
+      if (group.classList.contains('triggered') !== triggered.has(index)) group.classList.toggle('triggered');
+      const display = hidden.has(id) ? 'none' : '';
+      if (group.style.display !== display) group.style.display = display;
       const moved = pending.get(id);
       const dragging = this.drag && this.drag.kind === 'items' && this.drag.ids.includes(id);
       if (!dragging) {
         if (moved) group.setAttribute('transform', `translate(${moved.dx * this.size.width} ${moved.dy * this.size.height})`);
-        else group.removeAttribute('transform');
+        else if (group.hasAttribute('transform')) group.removeAttribute('transform');
       }
     }
     if (!this.drag) this.drawOverlay(state, pending);
@@ -137,31 +140,35 @@ export class Picture {
     const parts = svgText ? pictureParts(svgText) : null;
     const changed = this.svg && this.svg.isConnected ? changedItems(this.parts, parts) : null;
     this.parts = parts;
-    this.snapRadii = null;
-    // Each of the items' pieces of text is the group of its index.
-    if (changed && this.groups.length === parts.items.length) this.patch(parts, changed);
-    else this.replace(svgText);
+    // Each of the items' pieces of text is the group of its index; the
+    // markers of the groups kept keep their measured sizes.
+    if (changed && this.groups.length === parts.items.length && this.patch(parts, changed)) {
+      if (this.snapRadii) for (const index of changed) this.snapRadii[index] = undefined;
+    } else {
+      this.snapRadii = null;
+      this.replace(svgText);
+    }
     // Measured while the page is idle, not at the first step of a drag.
     const shown = this.shownSvg;
     const idle = window.requestIdleCallback || ((fn) => setTimeout(fn, 100));
     idle(() => { if (shown === this.shownSvg && !this.drag) this.measureRadii(); }, { timeout: 1000 });
   }
 
+  /// Replaces the groups at `changed` by those of `parts`; false when they
+  /// do not read, and the picture must be drawn anew.
   patch(parts, changed) {
-    if (changed.length === 0) return;
+    if (changed.length === 0) return true;
     const text = `${parts.root}${changed.map((index) => parts.items[index]).join('')}</svg>`;
     const parsed = new DOMParser().parseFromString(text, 'image/svg+xml').documentElement;
     const fresh = parsed.nodeName === 'svg' ? [...parsed.children] : [];
-    if (fresh.length !== changed.length || changed.some((index) => !this.groups[index])) {
-      this.replace(this.shownSvg);
-      return;
-    }
+    if (fresh.length !== changed.length || changed.some((index) => !this.groups[index])) return false;
     changed.forEach((index, k) => {
       const group = document.importNode(fresh[k], true);
       this.groups[index].replaceWith(group);
       this.groups[index] = group;
     });
     this.keepDrag();
+    return true;
   }
 
   replace(svgText) {
@@ -532,11 +539,13 @@ export class Picture {
   }
 
   measureRadii() {
-    if (this.snapRadii) return;
-    this.snapRadii = this.groups.map((group) => {
+    const radii = this.snapRadii || [];
+    this.groups.forEach((group, index) => {
+      if (radii[index] !== undefined) return;
       const marker = group.querySelector('.marker');
-      return marker ? marker.getBBox().width / 2 : 0;
+      radii[index] = marker ? marker.getBBox().width / 2 : 0;
     });
+    this.snapRadii = radii;
   }
 
   drawGuides(guides) {
