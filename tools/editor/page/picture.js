@@ -73,6 +73,7 @@ export class Picture {
     this.parts = null;
     this.groups = [];
     this.drag = null;
+    this.landing = null;  // a released drag awaiting its answer
     this.size = { width: 1920, height: 1080 };
     this.view = { zoom: 1 };
     host.addEventListener('pointerdown', (e) => this.down(e));
@@ -108,6 +109,12 @@ export class Picture {
     if (fresh) this.show(state.svg);
     if (!this.svg) return;
     const pending = unansweredMoves(unanswered);
+    // A drag's copies come down with the picture that shows their move.
+    const landing = this.landing;
+    if (landing && (fresh || !landing.ids.some((id) => pending.has(id)))) {
+      this.landing = null;
+      this.settle(landing);
+    }
     const triggered = new Set(state.triggered.map((t) => t.index));
     const selected = new Set(state.selected);
     const hidden = new Set(state.hidden);
@@ -412,8 +419,10 @@ export class Picture {
     // The picture takes the keyboard (and a field being edited commits, to
     // its own item) before the selection changes.
     this.pressed = null;
-    // A drag whose release never came (another button, a lost capture) ends here.
+    // A drag whose release never came (another button, a lost capture), or
+    // whose answer has not come yet, ends here.
     if (this.drag && this.drag.kind === 'items') this.settle(this.drag);
+    if (this.landing) { this.settle(this.landing); this.landing = null; }
     if (document.activeElement !== this.host) this.host.focus({ preventScroll: true });
     const current = this.handlers.current();
     if (e.button === 1 || (e.button === 0 && this.spaceHeld)) { this.startPan(e); return; }
@@ -568,7 +577,14 @@ export class Picture {
     this.drag = null;
     if (drag.kind === 'pan') return;
     if (drag.kind === 'band') { this.overlaySignature = null; this.handlers.changed(); return; }
-    if (drag.kind === 'items') this.settle(drag);
+    // A moved item's copies stay over the picture, letting the pointer
+    // through, until the answer's picture shows the item there: put back
+    // now, the item would have the browser paint the whole picture twice,
+    // and the answer's frame would wait for the first.
+    if (drag.kind === 'items' && drag.moved && drag.cover) {
+      drag.cover.style.pointerEvents = 'none';
+      this.landing = drag;
+    } else if (drag.kind === 'items') this.settle(drag);
     if (drag.kind === 'press') {
       const p = this.point(e);
       this.handlers.press({ x: p.x / this.size.width, y: p.y / this.size.height, down: false, time: e.timeStamp });
