@@ -30,7 +30,9 @@ let colours = {};
 
 // ---- talking to the server -------------------------------------------------
 
-const queue = new OpQueue((body) => api.edit(body), answered,
+// Each request names the version shown, so that the answer need carry only
+// the items that changed since.
+const queue = new OpQueue((body) => api.edit({ ...body, since: store.get().version }), answered,
   (trouble) => store.update({ trouble: trouble || '' }));
 
 function answered(data, ops, failures) {

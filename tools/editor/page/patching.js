@@ -7,10 +7,35 @@
 const ITEMS = '<g class="items">';
 const GROUP_TAG = /<(\/?)g\b[^>]*?(\/?)>/g;
 
+// The last picture cut, for the answer that patches it and the picture
+// that shows it: a thousand items' text is cut once.
+let last = { text: null, parts: null };
+
 /// {root, head, tail, items}: the root's start tag, the text before the first
 /// item, the text after the last, and each item's group; null for text that
 /// has no items' group.
 export function pictureParts(text) {
+  if (text !== last.text) last = { text, parts: cut(text) };
+  return last.parts;
+}
+
+/// The picture `text` with the groups of `groups` ({INDEX: group text}) in
+/// place of its own; null when it has no such items.
+export function withGroups(text, groups) {
+  const parts = text ? pictureParts(text) : null;
+  if (!parts) return null;
+  const items = parts.items.slice();
+  for (const [index, group] of Object.entries(groups)) {
+    if (!(Number(index) in items)) return null;
+    items[Number(index)] = group;
+  }
+  const next = { ...parts, items };
+  const joined = `${parts.head}${items.join('')}${parts.tail}`;
+  last = { text: joined, parts: next };
+  return joined;
+}
+
+function cut(text) {
   const opened = text.indexOf(ITEMS);
   const root = /<svg\b[^>]*>/.exec(text);
   if (opened < 0 || !root) return null;

@@ -3,6 +3,8 @@
 // view), and nothing else. Every change goes through update(); the views are
 // drawn from the state by one render function, at most once a frame.
 
+import { withGroups } from './patching.js';
+
 export function initialState() {
   return {
     // From the server.
@@ -64,12 +66,32 @@ export class Store {
 export function fromSnapshot(state, data) {
   const ids = data.ids || [];
   const alive = (id) => ids.includes(id);
+  const shown = data.since === undefined ? data : sinceShown(state, data);
   return {
-    doc: data.document, ids, captions: data.captions || [], report: data.report, svg: data.svg, version: data.version,
-    unsaved: data.unsaved, canUndo: data.undo, canRedo: data.redo,
+    ...(shown ? { doc: shown.document, captions: shown.captions || [], report: shown.report, svg: shown.svg, version: data.version }
+      // Not the version shown: another page's snapshot came between, and
+      // the next look at the version asks for the whole document.
+      : { version: null }),
+    ids, unsaved: data.unsaved, canUndo: data.undo, canRedo: data.redo,
     selected: state.selected.filter(alive),
     hidden: state.hidden.filter(alive),
   };
+}
+
+// An answer that names the version shown (`since`) carries only the items
+// that changed since, each in the document, the picture and the captions;
+// the report only when it changed.
+function sinceShown(state, data) {
+  if (data.since !== state.version || !state.doc) return null;
+  const svg = withGroups(state.svg, data.svg_items || {});
+  if (svg === null) return null;
+  const replaced = (list, pieces) => {
+    const out = list.slice();
+    for (const [index, piece] of Object.entries(pieces || {})) out[Number(index)] = piece;
+    return out;
+  };
+  return { document: { ...state.doc, keymaps: replaced(state.doc.keymaps, data.document_items) },
+    captions: replaced(state.captions, data.captions_items), report: data.report || state.report, svg };
 }
 
 /// Index of item `id` in the document, or -1.

@@ -275,8 +275,38 @@ void secure(HttpResponse& response) {
 // What the page shows, with the outcome of its edits when it sent some:
 // {"version", "unsaved", "undo", "redo", "ids", "document", "report", "svg",
 // "results"}. The document is the held text itself, not copied through a tree.
+// What an edit's answer may leave out: the pieces of the items that are as
+// they were in the answer of version `since`, which the page holds.
+struct AnswerDelta {
+    long since = 0;
+    TextParts document, svg, captions;
+    std::vector<std::size_t> documentChanged, svgChanged, captionsChanged;
+    bool sameReport = false;
+};
+
+// {"INDEX": piece, ...} of the pieces at `changed`: JSON values as they
+// are, or (`quoted`) texts made JSON strings.
+void appendPieces(std::string& body, const std::string& text, const TextParts& parts,
+                  const std::vector<std::size_t>& changed, bool quoted) {
+    body += '{';
+    for (std::size_t k : changed) {
+        const auto& piece = parts.items[k];
+        body += body.back() == '{' ? "\"" : ",\"";
+        body += std::to_string(k);
+        body += "\":";
+        if (quoted) {
+            JsonWriter(body).value(
+                std::string_view(text).substr(piece.first, piece.second - piece.first));
+        } else {
+            body.append(text, piece.first, piece.second - piece.first);
+        }
+    }
+    body += '}';
+}
+
 std::string snapshotJson(const EditorSession::Snapshot& shot, const std::string& file,
-                         const std::vector<EditResult>* results) {
+                         const std::vector<EditResult>* results, const AnswerDelta* delta = nullptr,
+                         const std::string* written = nullptr) {
     std::string head;
     JsonWriter out(head);
     out.beginObject();
@@ -313,19 +343,37 @@ std::string snapshotJson(const EditorSession::Snapshot& shot, const std::string&
         }
         out.endArray();
     }
-    out.key("svg").value(shot.svg);
+    if (delta == nullptr) {
+        out.key("svg").value(shot.svg);
+    } else {
+        out.key("since").value(delta->since);
+    }
     // The object stays open for the members written as they are.
     std::string report;
-    JsonWriter reportOut(report);
-    WriteCheckReportJson(reportOut, file, *shot.report);
+    if (written == nullptr) {
+        JsonWriter reportWriter(report);
+        WriteCheckReportJson(reportWriter, file, *shot.report);
+    }
+    const std::string& reportText = written != nullptr ? *written : report;
     std::string body = std::move(head);
-    body.reserve(body.size() + report.size() + shot.text.size() + 32);
-    body += ",\"captions\":";
-    body += shot.captions.empty() ? "[]" : shot.captions;
-    body += ",\"report\":";
-    body += report;
-    body += ",\"document\":";
-    body += shot.text.empty() ? "null" : shot.text;
+    if (delta != nullptr) {
+        body += ",\"svg_items\":";
+        appendPieces(body, shot.svg, delta->svg, delta->svgChanged, true);
+        body += ",\"captions_items\":";
+        appendPieces(body, shot.captions, delta->captions, delta->captionsChanged, false);
+        body += ",\"document_items\":";
+        appendPieces(body, shot.text, delta->document, delta->documentChanged, false);
+    } else {
+        body.reserve(body.size() + reportText.size() + shot.text.size() + 32);
+        body += ",\"captions\":";
+        body += shot.captions.empty() ? "[]" : shot.captions;
+        body += ",\"document\":";
+        body += shot.text.empty() ? "null" : shot.text;
+    }
+    if (delta == nullptr || !delta->sameReport) {
+        body += ",\"report\":";
+        body += reportText;
+    }
     body += "}";
     return body;
 }
@@ -799,6 +847,37 @@ HttpResponse EditorApi::getSnapshot(const HttpRequest&) {
     return respond(200, kJson, snapshotJson(session_.snapshot(true), session_.file(), nullptr));
 }
 
+std::string EditorApi::editAnswer(EditorSession::Snapshot shot,
+                                  const std::vector<EditResult>& results, long long since) {
+    AnswerBasis::Shown now;
+    now.version = shot.version;
+    now.ids = shot.ids;
+    now.document = shot.text;
+    now.svg = shot.svg;
+    now.captions = shot.captions;
+    JsonWriter reportWriter(now.report);
+    WriteCheckReportJson(reportWriter, session_.file(), *shot.report);
+    AnswerBasis::Shown was = now;
+    basis_.swap(was);
+    // The page names the version it shows; when that is the last answer's,
+    // of the same items, the answer carries only the items that changed.
+    AnswerDelta delta;
+    delta.since = static_cast<long>(since);
+    delta.document = KeymapItemParts(now.document);
+    delta.svg = PictureParts(now.svg);
+    delta.captions = ArrayParts(now.captions);
+    if (since == 0 || was.version != since || was.ids != now.ids ||
+        !ChangedItems(was.document, KeymapItemParts(was.document), now.document, delta.document,
+                      delta.documentChanged) ||
+        !ChangedItems(was.svg, PictureParts(was.svg), now.svg, delta.svg, delta.svgChanged) ||
+        !ChangedItems(was.captions, ArrayParts(was.captions), now.captions, delta.captions,
+                      delta.captionsChanged)) {
+        return snapshotJson(shot, session_.file(), &results, nullptr, &now.report);
+    }
+    delta.sameReport = was.report == now.report;
+    return snapshotJson(shot, session_.file(), &results, &delta, &now.report);
+}
+
 HttpResponse EditorApi::postEdit(const HttpRequest& request) {
     Object::Ptr edit;
     Array::Ptr ops;
@@ -840,8 +919,10 @@ HttpResponse EditorApi::postEdit(const HttpRequest& request) {
                                 std::to_string(answer.lastSeq) + ": not applied",
                             extra);
     }
+    long long since = 0;
+    const bool hasSince = readWhole(edit->get("since"), 1, since);
     return respond(200, kJson,
-                   snapshotJson(session_.snapshot(true), session_.file(), &answer.results));
+                   editAnswer(session_.snapshot(true), answer.results, hasSince ? since : 0));
 }
 
 HttpResponse EditorApi::getVersion(const HttpRequest&) {

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <string>
 
+#include "AnswerParts.h"
 #include "EditorSession.h"
 #include "HttpMessage.h"
 
@@ -78,6 +79,10 @@ private:
     HttpResponse postMacroCheck(const HttpRequest& request);
     HttpResponse postMacroRunning(const HttpRequest& request);
     HttpResponse getSnapshot(const HttpRequest& request);
+    /// The answer to an edit: the snapshot, or, when the page shows the
+    /// version `since` of the last answer, only what changed since.
+    std::string editAnswer(EditorSession::Snapshot shot, const std::vector<EditResult>& results,
+                           long long since);
     HttpResponse postEdit(const HttpRequest& request);
     HttpResponse getShapes(const HttpRequest& request);
     HttpResponse postTrigger(const HttpRequest& request);
@@ -88,6 +93,7 @@ private:
     HttpResponse getPage(const HttpRequest& request) const;
 
     EditorSession& session_;
+    AnswerBasis basis_;  ///< what the last edit's answer showed
     const std::string token_;
     int port_;
     const bool door_;  ///< whether requests come over a socket, through the door
