@@ -42,6 +42,30 @@ test('a snapshot keeps the selection of items that still exist', () => {
   assert.equal(problemCount(next.report), 2, 'errors and warnings count alike');
 });
 
+test('an answer since the version shown puts its items in place; since another, it asks again', () => {
+  const group = (i, body) => `<g class="item" data-item-index="${i}">${body}</g>`;
+  const svg = (a, b) => `<svg viewBox="0 0 9 9"><g class="items">\n${group(0, a)}\n${group(1, b)}\n</g></svg>`;
+  const shown = { ...initialState(), version: 7, ids: [1, 2], svg: svg('a', 'b'), report: { findings: [{}] },
+    doc: { info: { v: 1 }, keymaps: [{ n: 0 }, { n: 1 }] }, captions: [{ marker: 'A' }, { marker: 'B' }] };
+  const delta = { version: 8, since: 7, ids: [1, 2], svg_items: { 1: group(1, 'c') },
+    document_items: { 1: { n: 2 } }, captions_items: { 1: { marker: 'C' } } };
+  const cases = [
+    ['the items changed', delta, { version: 8, svg: svg('a', 'c'), keymaps: [{ n: 0 }, { n: 2 }], markers: ['A', 'C'], findings: 1 }],
+    ['the report too', { ...delta, report: { findings: [] } }, { version: 8, svg: svg('a', 'c'), keymaps: [{ n: 0 }, { n: 2 }], markers: ['A', 'C'], findings: 0 }],
+    ['nothing changed', { ...delta, svg_items: {}, document_items: {}, captions_items: {} },
+      { version: 8, svg: svg('a', 'b'), keymaps: [{ n: 0 }, { n: 1 }], markers: ['A', 'B'], findings: 1 }],
+    ['since another version', { ...delta, since: 6 }, { version: null, svg: svg('a', 'b'), keymaps: [{ n: 0 }, { n: 1 }], markers: ['A', 'B'], findings: 1 }],
+    ['a group the picture lacks', { ...delta, svg_items: { 5: group(5, 'x') } }, { version: null, svg: svg('a', 'b'), keymaps: [{ n: 0 }, { n: 1 }], markers: ['A', 'B'], findings: 1 }],
+  ];
+  for (const [name, answer, want] of cases) {
+    const next = { ...shown, ...fromSnapshot(shown, answer) };
+    assert.deepEqual({ version: next.version, svg: next.svg, keymaps: next.doc.keymaps, markers: next.captions.map((c) => c.marker),
+      findings: next.report.findings.length }, want, name);
+    assert.deepEqual(next.doc.info, { v: 1 }, name);
+  }
+  assert.deepEqual(shown.doc.keymaps, [{ n: 0 }, { n: 1 }], 'the state shown is left as it was');
+});
+
 test('search finds items by type, key and description', () => {
   const state = { ...initialState(), ids: [5, 6], doc: { keymaps: [
     { type: 'Click', icon: { description: 'jump' } }, { type: 'Fire', icon: { description: '' } }] },

@@ -20,18 +20,25 @@ export function pictureParts(text) {
 }
 
 /// The picture `text` with the groups of `groups` ({INDEX: group text}) in
-/// place of its own; null when it has no such items.
+/// place of its own, byte for byte what the server would have drawn; null
+/// when it has no such items.
 export function withGroups(text, groups) {
   const parts = text ? pictureParts(text) : null;
   if (!parts) return null;
+  const indexes = Object.keys(groups).map(Number).sort((x, y) => x - y);
+  if (indexes.some((index) => !(index in parts.items))) return null;
   const items = parts.items.slice();
-  for (const [index, group] of Object.entries(groups)) {
-    if (!(Number(index) in items)) return null;
-    items[Number(index)] = group;
+  let joined = '';
+  let kept = 0;
+  for (const index of indexes) {
+    // Groups name their index, so each is found once, after the one before.
+    const at = text.indexOf(items[index], kept);
+    joined += text.slice(kept, at) + groups[index];
+    kept = at + items[index].length;
+    items[index] = groups[index];
   }
-  const next = { ...parts, items };
-  const joined = `${parts.head}${items.join('')}${parts.tail}`;
-  last = { text: joined, parts: next };
+  joined += text.slice(kept);
+  last = { text: joined, parts: { ...parts, items } };
   return joined;
 }
 
