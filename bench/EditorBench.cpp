@@ -4,11 +4,13 @@
 // The editor's edits on a 200-item document, through its request handling:
 // one operation as the page sends it (applied to the held document, loaded
 // and saved to text by the library, checked, drawn, and answered with all
-// three; also on 1,000 items), and a whole changed document PUT with its
-// picture fetched. Baseline of these: a plain load and save (to text) of the
-// same document. And one request of 200 adds against one of 20.
+// three; also on 1,000 items, and there as the page names the version it
+// shows, answered with the items that changed), and a whole changed document
+// PUT with its picture fetched. Baseline of these: a plain load and save (to
+// text) of the same document. And one request of 200 adds against one of 20.
 //
 
+#include <cstdlib>
 #include <memory>
 #include <string>
 
@@ -88,18 +90,25 @@ struct Held {
     Held(const Held&) = delete;
     Held& operator=(const Held&) = delete;
 
-    // One edit request of `ops` (a JSON array's members), as the page numbers them.
-    HttpResponse edit(const std::string& ops) {
-        return api->handle(request(
-            "POST", "/api/edit",
-            R"({"client":"bench","seq":)" + std::to_string(++seq) + R"(,"ops":[)" + ops + "]}"));
+    // One edit request of `ops` (a JSON array's members), as the page numbers
+    // them; with `since`, naming the version of the last answer.
+    HttpResponse edit(const std::string& ops, bool since = false) {
+        const std::string shown = since ? R"(,"since":)" + std::to_string(version) : "";
+        HttpResponse answer =
+            api->handle(request("POST", "/api/edit",
+                                R"({"client":"bench","seq":)" + std::to_string(++seq) + shown +
+                                    R"(,"ops":[)" + ops + "]}"));
+        const std::size_t at = answer.body.find("\"version\":");
+        version = at == std::string::npos ? 0 : std::atol(answer.body.c_str() + at + 10);
+        return answer;
     }
+    long version = 0;
     bool ok = false;
 };
 
-// One move of one item of a document of state.range(0) items.
-void BM_EditOperation(benchmark::State& state) {
-    const auto items = static_cast<std::size_t>(state.range(0));
+// One move of one item of a document of `items` items; `since`: as the page
+// sends it, naming the version it shows.
+void moveOne(benchmark::State& state, std::size_t items, bool since) {
     Held held(items == kItems ? versionOf(0) : benchdocs::GenerateDocument(items, 1));
     if (!held.ok) {
         state.SkipWithError("the editor refused the document");
@@ -116,7 +125,7 @@ void BM_EditOperation(benchmark::State& state) {
                                   R"({"op":"move","item":)" + id + R"(,"dx":-0.01,"dy":-0.005})"};
     int which = 0;
     for (auto _ : state) {
-        const HttpResponse answer = held.edit(moves[which]);
+        const HttpResponse answer = held.edit(moves[which], since);
         if (answer.status != 200 || answer.body.find("\"ok\":true") == std::string::npos) {
             state.SkipWithError("the editor refused an operation");
             break;
@@ -125,6 +134,14 @@ void BM_EditOperation(benchmark::State& state) {
         which = 1 - which;
     }
     state.counters["bar"] = 3.0;
+}
+
+void BM_EditOperation(benchmark::State& state) {
+    moveOne(state, static_cast<std::size_t>(state.range(0)), false);
+}
+
+void BM_EditOperationSince(benchmark::State& state) {
+    moveOne(state, static_cast<std::size_t>(state.range(0)), true);
 }
 
 // One request adding state.range(0) items to the 200-item document, then
@@ -183,6 +200,10 @@ void BM_EditOperation_Baseline(benchmark::State& state) {
     state.counters["bar"] = 3.0;
 }
 
+void BM_EditOperationSince_Baseline(benchmark::State& state) {
+    BM_EditOperation_Baseline(state);
+}
+
 void BM_EditAdds_Baseline(benchmark::State& state) {
     addItems(state, 20);
 }
@@ -191,5 +212,7 @@ BENCHMARK(BM_EditRoundTrip)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_EditRoundTrip_Baseline)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_EditOperation)->Arg(200)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_EditOperation_Baseline)->Arg(200)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EditOperationSince)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EditOperationSince_Baseline)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_EditAdds)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_EditAdds_Baseline)->Unit(benchmark::kMillisecond);
