@@ -40,8 +40,17 @@ async function httpCall(method, path, text) {
   return { status: response.status, ok: response.ok, data };
 }
 
-export async function call(method, path, body) {
+// The file of a scheme the page shows, named in every request; until one is
+// chosen, the server's first file is meant.
+let shownFile;
+
+/// Makes every later request one of file `index` of the scheme.
+export function showFile(index) { shownFile = index; }
+
+export async function call(method, target, body) {
   const text = body === undefined || typeof body === 'string' ? body : JSON.stringify(body);
+  const path = shownFile === undefined ? target
+    : `${target}${target.includes('?') ? '&' : '?'}file=${encodeURIComponent(shownFile)}`;
   if (local) return (await local).localRequest(method, path, text);
   return httpCall(method, path, text);
 }
@@ -58,6 +67,8 @@ const query = (params) => new URLSearchParams(params).toString();
 
 export const api = {
   state: () => must(call('GET', '/api/state')),
+  /// The files of the scheme: [{index, name, problems, unsaved, version}].
+  files: async () => (await must(call('GET', '/api/files'))).files,
   /// The held document, its ids, check report and picture, and the history's state.
   snapshot: () => must(call('GET', '/api/snapshot')),
   /// Applies edits in order: {client, seq, ops} -> the snapshot with "results".
