@@ -4,9 +4,11 @@ import { test, expect } from '@playwright/test';
 import AxeBuilder from '@axe-core/playwright';
 import fs from 'node:fs';
 import path from 'node:path';
-import { at, library, open, readDoc, save, screenPoint, settled, shoot, source, useEditor } from './harness.js';
+import { at, library, open, readDoc, save, screenPoint, serveStatic, settled, shoot, source, useEditor } from './harness.js';
 
 useEditor(test);
+
+const example = (name) => readDoc(path.join(source, 'examples', name));
 
 // What the server holds for file `index`, asked with the page's own token.
 const heldDoc = (page, index) => page.evaluate(async (file) => {
@@ -27,7 +29,6 @@ test('a folder opens as a scheme: switch, copy from one file into another, save 
   await context.grantPermissions(['clipboard-read', 'clipboard-write']);
   const folder = path.join(at.work, 'scheme');
   fs.mkdirSync(folder);
-  const example = (name) => readDoc(path.join(source, 'examples', name));
   const shooter = example('shooter.json');
   const doubled = { ...shooter, keymaps: [...shooter.keymaps, shooter.keymaps[0]] };  // a colliding pad
   const files = { 'a-shooter.json': shooter, 'b-racing.json': example('racing.json'), 'c-doubled.json': doubled };
@@ -94,4 +95,50 @@ test('a folder opens as a scheme: switch, copy from one file into another, save 
     expect(fs.readFileSync(path.join(folder, name), 'utf8')).toBe(before[name]);
   }
   expect(fs.readdirSync(folder).sort()).toEqual(Object.keys(files));
+});
+
+// The static page: several files opened together, each its own document
+// with its own kept work. Needs the bundle of scripts/web (ZUNO_WEB_BUNDLE).
+test('the static page opens several files side by side and keeps the work of each', async ({ page }) => {
+  test.skip(!process.env.ZUNO_WEB_BUNDLE, 'ZUNO_WEB_BUNDLE names no bundle');
+  const { server, address } = await serveStatic(process.env.ZUNO_WEB_BUNDLE);
+  try {
+    await page.addInitScript(() => { delete window.showOpenFilePicker; delete window.showSaveFilePicker; });
+    await page.goto(address);
+    await page.waitForFunction(() => window.editorReady === true);
+    await expect(page.locator('#scheme')).toBeHidden();
+    const names = ['shooter.json', 'moba.json', 'racing.json'];
+    await page.setInputFiles('#open-file', names.map((name) => path.join(source, 'examples', name)));
+    const tabs = page.locator('#scheme button');
+    await expect(tabs).toHaveCount(3);
+    await expect(page.locator('#file-name')).toHaveText('shooter.json');
+
+    await tabs.nth(1).click();
+    await expect(page.locator('#file-name')).toHaveText('moba.json');
+    const moba = example('moba.json').keymaps.length;
+    await expect(page.getByRole('option')).toHaveCount(moba);
+    await page.getByRole('option').nth(0).click();
+    await page.getByRole('button', { name: 'Delete' }).click();
+    await expect(page.getByRole('option')).toHaveCount(moba - 1);
+    await expect(tabs.nth(1)).toHaveAttribute('aria-label', /, unsaved$/);
+    await expect(tabs.nth(0)).not.toHaveAttribute('aria-label', /unsaved/);
+
+    // A reload opens the three again; the moba file's work is offered back.
+    page.on('dialog', (dialog) => dialog.accept());
+    await page.reload();
+    await page.waitForFunction(() => window.editorReady === true);
+    await expect(tabs).toHaveCount(3);
+    await expect(page.locator('#recovery-files li')).toHaveCount(0);
+    await tabs.nth(1).click();
+    await expect(page.locator('#recovery-files li')).toContainText("this browser's storage (moba.json)");
+    await page.locator('#recovery-files').getByRole('button', { name: 'Open' }).click();
+    await expect(page.getByRole('option')).toHaveCount(moba - 1);
+    const download = page.waitForEvent('download');
+    await page.keyboard.press('Control+s');
+    const saved = await download;
+    expect(saved.suggestedFilename()).toBe('moba.json');
+    expect(JSON.parse(fs.readFileSync(await saved.path(), 'utf8')).keymaps).toHaveLength(moba - 1);
+  } finally {
+    server.close();
+  }
 });

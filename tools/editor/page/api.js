@@ -102,6 +102,7 @@ export const api = {
   trigger: async (keys) => (await must(call('POST', '/api/trigger', { keys }))).items,
   macroCheck: async (lines) => (await must(call('POST', '/api/macro/check', { lines }))).bad,
   macroRunning: async (lines) => (await must(call('POST', '/api/macro/running', { lines }))).lines,
-  /// Opens a File or a file handle in the page's own module (standalone only).
-  openFile: async (source) => (await local).openFile(source),
+  /// Opens Files or file handles in the page's own module, in place of the
+  /// files open (standalone only).
+  openFiles: async (sources) => (await local).openFiles(sources),
 };

@@ -687,8 +687,10 @@ async function start() {
 // The static page's storage could not keep the work: the user must know.
 window.addEventListener('keymap-storage', (e) => elsewhere.notice(e.detail));
 
-// Another keymap opened in the page (served as static files): shown afresh.
+// Other keymaps opened in the page (served as static files): the first shown afresh.
 window.addEventListener('keymap-opened', () => {
+  showFile(undefined);
+  switcher.shown = 0;
   store.update({ selected: [], hidden: [], errors: {}, showSettings: false, status: '' });
   start();
 });

@@ -345,7 +345,10 @@ EditorApi::EditorApi(EditorSession& session, std::string token, int port)
 EditorApi::EditorApi(std::vector<EditorSession*> sessions, std::string token, int port)
     : sessions_(std::move(sessions)), token_(std::move(token)), port_(port), door_(true) {}
 
-EditorApi::EditorApi(EditorSession& session) : sessions_{&session}, port_(0), door_(false) {}
+EditorApi::EditorApi(EditorSession& session) : EditorApi(std::vector<EditorSession*>{&session}) {}
+
+EditorApi::EditorApi(std::vector<EditorSession*> sessions)
+    : sessions_(std::move(sessions)), port_(0), door_(false) {}
 
 EditorSession* EditorApi::sessionOf(const HttpRequest& request) const {
     bool named = false;

@@ -40,6 +40,9 @@ public:
     /// the browser): no socket, so no Host or token to check.
     explicit EditorApi(EditorSession& session);
 
+    /// Serves the files of a scheme to a page in this very process.
+    explicit EditorApi(std::vector<EditorSession*> sessions);
+
     /// Answers what can be decided from the method, the target and the
     /// headers alone: a response with status 0 lets the request through, to
     /// have its body read (at most kMaxBody bytes) and be handled.
@@ -47,6 +50,9 @@ public:
 
     /// The answer to `request`, its body read whole. Never throws.
     HttpResponse handle(const HttpRequest& request);
+
+    /// The session the request's `file` names; null for none.
+    EditorSession* sessionOf(const HttpRequest& request) const;
 
     const std::string& token() const { return token_; }
     int port() const { return port_; }
@@ -66,8 +72,6 @@ private:
     struct Route;
     static const Route* findRoute(const std::string& path);
     HttpResponse dispatch(const HttpRequest& request);
-    /// The session the request's `file` names; null for none.
-    EditorSession* sessionOf(const HttpRequest& request) const;
 
     HttpResponse getDocument(EditorSession& session, const HttpRequest& request);
     HttpResponse putDocument(EditorSession& session, const HttpRequest& request);
