@@ -33,6 +33,12 @@ test('a folder opens as a scheme: switch, copy from one file into another, save 
   const doubled = { ...shooter, keymaps: [...shooter.keymaps, shooter.keymaps[0]] };  // a colliding pad
   const files = { 'a-shooter.json': shooter, 'b-racing.json': example('racing.json'), 'c-doubled.json': doubled };
   for (const [name, doc] of Object.entries(files)) fs.writeFileSync(path.join(folder, name), `${JSON.stringify(doc, null, 4)}\n`);
+  // Beside the keymaps: a recovery file of the first, offered with it, and
+  // what is no keymap of the scheme.
+  fs.writeFileSync(path.join(folder, 'a-shooter.recovery.json'), `${JSON.stringify(shooter, null, 4)}\n`);
+  fs.writeFileSync(path.join(folder, 'notes.txt'), 'not a keymap\n');
+  fs.mkdirSync(path.join(folder, 'old'));
+  fs.writeFileSync(path.join(folder, 'old', 'x.json'), `${JSON.stringify(shooter)}\n`);
   const before = Object.fromEntries(Object.keys(files).map((name) => [name, fs.readFileSync(path.join(folder, name), 'utf8')]));
   const expected = Object.keys(files).map((name) => problemsOf(path.join(folder, name)));
   expect(expected[2]).toBeGreaterThan(0);
@@ -45,6 +51,7 @@ test('a folder opens as a scheme: switch, copy from one file into another, save 
   }
   await expect(tabs.nth(0)).toHaveAttribute('aria-current', 'true');
   await expect(page.locator('#file-name')).toHaveText('a-shooter.json');
+  await expect(page.locator('#recovery-files li')).toHaveCount(1);
 
   // Copy the Q spell of the shooter; racing has no Q, so it keeps its key.
   const spell = shooter.keymaps.findIndex((k) => k.type === 'Spell' && k.key.text === 'Q');
@@ -94,7 +101,7 @@ test('a folder opens as a scheme: switch, copy from one file into another, save 
   for (const name of ['a-shooter.json', 'c-doubled.json']) {
     expect(fs.readFileSync(path.join(folder, name), 'utf8')).toBe(before[name]);
   }
-  expect(fs.readdirSync(folder).sort()).toEqual(Object.keys(files));
+  expect(fs.readdirSync(folder).sort()).toEqual([...Object.keys(files), 'a-shooter.recovery.json', 'notes.txt', 'old'].sort());
 });
 
 // The static page: several files opened together, each its own document
