@@ -280,9 +280,13 @@ TEST(EditorApi, AnswersCarryWhatThePageNeeds) {
     Poco::JSON::Object::Ptr pad =
         parseObject(f.call("GET", "/api/key?device=joystick&text=LB").body);
     EXPECT_EQ(pad->getValue<std::string>("text"), "LB");
-    // The screen turns portrait and back: the state and the picture follow, the document stays.
+    // The screen turns portrait and back: the state, the version other pages
+    // poll and the picture follow, the document stays.
     const auto size = [&f]() {
         const Poco::JSON::Object::Ptr state = parseObject(f.call("GET", "/api/state").body);
+        const Poco::JSON::Object::Ptr polled = parseObject(f.call("GET", "/api/version").body);
+        EXPECT_EQ(polled->getValue<int>("width"), state->getValue<int>("width"));
+        EXPECT_EQ(polled->getValue<int>("height"), state->getValue<int>("height"));
         return std::make_pair(state->getValue<int>("width"), state->getValue<int>("height"));
     };
     const std::pair<int, int> landscape = size();

@@ -104,6 +104,29 @@ test('a folder opens as a scheme: switch, copy from one file into another, save 
   expect(fs.readdirSync(folder).sort()).toEqual([...Object.keys(files), 'a-shooter.recovery.json', 'notes.txt', 'old'].sort());
 });
 
+test('a screen turned in one page is turned in another page on the same file', async ({ page, context }) => {
+  const folder = path.join(at.work, 'scheme');
+  fs.mkdirSync(folder);
+  for (const name of ['moba.json', 'racing.json']) fs.copyFileSync(path.join(source, 'examples', name), path.join(folder, name));
+  const { editor } = await open(page, folder);
+  const other = await context.newPage();
+  await other.setViewportSize({ width: 1440, height: 860 });
+  await other.goto(await editor.url);
+  await other.waitForFunction(() => window.editorReady === true);
+  await page.locator('#scheme button').nth(1).click();
+  await expect(page.locator('#file-name')).toHaveText('racing.json');
+  await page.getByRole('button', { name: 'Portrait' }).click();
+  await expect(page.getByRole('button', { name: 'Portrait' })).toHaveAttribute('aria-pressed', 'true');
+  // The other page shows moba.json, which was not turned; on racing.json it is.
+  await other.waitForTimeout(1500);
+  await expect(other.getByRole('button', { name: 'Portrait' })).toHaveAttribute('aria-pressed', 'false');
+  await other.locator('#scheme button').nth(1).click();
+  await expect(other.getByRole('button', { name: 'Portrait' })).toHaveAttribute('aria-pressed', 'true');
+  await page.getByRole('button', { name: 'Portrait' }).click();
+  await expect(other.getByRole('button', { name: 'Portrait' })).toHaveAttribute('aria-pressed', 'false', { timeout: 5000 });
+  await expect(other.locator('#status')).toHaveText('Another page turned the screen: it is landscape now');
+});
+
 // The static page: several files opened together, each its own document
 // with its own kept work. Needs the bundle of scripts/web (ZUNO_WEB_BUNDLE).
 test('the static page opens several files side by side and keeps the work of each', async ({ page }) => {

@@ -82,8 +82,9 @@ export const api = {
   save: ({ force = false, drop = false, version } = {}) =>
     call('POST', `/api/save?${query({ force: force ? 1 : 0, drop: drop ? 1 : 0 })}`,
       version === undefined ? {} : { version }),
-  /// The held document's version, asked often to see another page's edits.
-  version: async () => (await must(call('GET', '/api/version'))).version,
+  /// The held document's version and the screen's size, asked often to see
+  /// another page's edits and turns: {version, width, height}.
+  version: () => must(call('GET', '/api/version')),
   recovery: (n) => call('GET', `/api/recovery?${query({ n })}`),
   /// Makes recovery file n the held document (undoable): the snapshot.
   openRecovery: (n) => call('POST', '/api/recovery/open', { n }),

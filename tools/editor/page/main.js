@@ -621,7 +621,8 @@ function palette(types, kind) {
 }
 
 // Recovery files of earlier sessions, and another page's edits.
-const elsewhere = new Elsewhere(store, queue, api);
+const elsewhere = new Elsewhere(store, queue, api,
+  { refit: () => { picture.shownWidth = 0; }, turning: () => Boolean(screen.turning) });
 
 // Another file of the scheme. What was typed or sent lands in the file it
 // was made in first; the other file then comes with a selection, view and

@@ -899,6 +899,10 @@ HttpResponse EditorApi::postEdit(EditorSession& session, const HttpRequest& requ
 HttpResponse EditorApi::getVersion(EditorSession& session, const HttpRequest&) {
     Object::Ptr body = newObject();
     body->set("version", session.version());
+    // A turn is no change of the document, but every page shows it.
+    const std::pair<int, int> screen = session.screenSize();
+    body->set("width", screen.first);
+    body->set("height", screen.second);
     return respondJson(200, body);
 }
 
