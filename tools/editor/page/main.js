@@ -542,7 +542,9 @@ document.addEventListener('keyup', (e) => {
 });
 
 window.addEventListener('beforeunload', (e) => {
-  if (!store.get().unsaved && !queue.busy()) return;
+  // Another file of a scheme counts too.
+  const elsewhereUnsaved = switcher.files.some((file) => file.unsaved && file.index !== switcher.shown);
+  if (!store.get().unsaved && !queue.busy() && !elsewhereUnsaved) return;
   e.preventDefault();
   e.returnValue = '';
 });
@@ -632,6 +634,7 @@ async function showScheme(index) {
   itemPanel.commitFocused();
   settingsPanel.commitFocused();
   macro.commit();
+  if (store.get().mode === 'pick') macro.stop();
   if (store.get().mode === 'test') tester.toggle();
   await queue.idle();
   while (elsewhere.asking) await new Promise((resolve) => setTimeout(resolve, 20));
