@@ -647,6 +647,12 @@ async function showScheme(index) {
       name: info.name, isNew: info.new, width: info.width, height: info.height, errors: {},
       conflict: false, showSettings: false, status: `Showing ${info.name}` }));
     elsewhere.offer(info.recovery);
+    return true;
+  } catch (error) {
+    // The file shown stays the one the page's requests name.
+    showFile(switcher.shown);
+    store.update({ status: `Not switched: ${error.message}` });
+    return false;
   } finally {
     elsewhere.asking = false;
   }

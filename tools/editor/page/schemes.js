@@ -10,7 +10,8 @@ import { problemCount } from './store.js';
 const plural = (count) => `${count} ${count === 1 ? 'problem' : 'problems'}`;
 
 export class Switcher {
-  /// `choose(index)` shows file `index` and resolves once it is shown.
+  /// `choose(index)` shows file `index`: true once it is shown, false when
+  /// it could not be.
   constructor(strip, api, { choose }) {
     this.strip = strip;
     this.api = api;
@@ -34,8 +35,7 @@ export class Switcher {
     if (this.switching || index === this.shown || !this.files[index]) return;
     this.switching = true;
     try {
-      await this.choose(index);
-      this.shown = index;
+      if (await this.choose(index)) this.shown = index;
       await this.refresh();
     } finally {
       this.switching = false;
