@@ -104,11 +104,12 @@ constexpr std::size_t kMaxSchemeFiles = 64;
 // Recovery files sit beside the keymaps they keep: NAME.recovery.json,
 // NAME.recovery-2.json. They are offered by their keymap, not opened as one.
 bool isRecoveryName(const std::string& name) {
-    const std::size_t mark = name.rfind(".recovery");
+    const std::string recovery = ".recovery";
+    const std::size_t mark = name.rfind(recovery);
     if (mark == std::string::npos) {
         return false;
     }
-    const std::string rest = name.substr(mark + 9);
+    const std::string rest = name.substr(mark + recovery.size());
     if (rest == ".json") {
         return true;
     }
