@@ -144,3 +144,15 @@ export async function serveStatic(bundle) {
   await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
   return { server, address: `http://127.0.0.1:${server.address().port}/` };
 }
+
+/// Opens a copy of the example `name` in test mode with `key` held, once the
+/// items it fires are lit: the file, and its text as it was.
+export async function holdInTestMode(page, name, key) {
+  const file = copyExample(name);
+  const text = fs.readFileSync(file, 'utf8');
+  await open(page, file);
+  await page.getByRole('button', { name: 'Test keys' }).click();
+  await page.keyboard.down(key);
+  await page.locator('#picture g.item.triggered').first().waitFor();
+  return { file, text };
+}
