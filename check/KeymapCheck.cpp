@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <memory>
+#include <string_view>
 
 #include "check/CheckFindings.h"
 #include "check/DocumentShape.h"
@@ -194,10 +195,10 @@ void locate(const std::string& text, CheckReport& report) {
     if (report.findings.empty()) {
         return;
     }
-    std::vector<std::string> paths;
+    std::vector<std::string_view> paths;
     paths.reserve(report.findings.size());
     for (const Finding& finding : report.findings) {
-        paths.push_back(finding.path);
+        paths.emplace_back(finding.path);
     }
     const std::vector<document::TextPosition> at = document::LocatePaths(text, paths, kParserDepth);
     for (std::size_t k = 0; k < report.findings.size(); ++k) {
@@ -244,10 +245,16 @@ void checkText(const std::string& text, bool joystick, const std::string& source
         check::SortByItem(shape);
         // The load's own finding already names the member it stopped at.
         const std::string& failedAt = report.diagnostic.path;
-        report.findings.reserve(report.findings.size() + shape.size());
-        for (Finding& finding : shape) {
-            if (failedAt.empty() || finding.path != failedAt) {
-                report.findings.push_back(std::move(finding));
+        if (report.findings.empty() && failedAt.empty()) {
+            // Taken whole: a document of many thousands of findings is not
+            // moved a second time.
+            report.findings = std::move(shape);
+        } else {
+            report.findings.reserve(report.findings.size() + shape.size());
+            for (Finding& finding : shape) {
+                if (failedAt.empty() || finding.path != failedAt) {
+                    report.findings.push_back(std::move(finding));
+                }
             }
         }
     }

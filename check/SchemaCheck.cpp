@@ -16,6 +16,7 @@
 #include <regex>
 #include <set>
 #include <unordered_set>
+#include <utility>
 
 #include <Poco/JSON/Parser.h>
 #include <valijson/adapters/poco_json_adapter.hpp>
@@ -238,11 +239,20 @@ private:
         });
         if (closed) {
             const std::vector<std::string> allowed = _paths.memberNames(place);
+            std::vector<const std::string*> unknown;
             for (const auto& member : *object) {
-                const std::string& name = member.first;
-                if (std::find(allowed.begin(), allowed.end(), name) != allowed.end()) {
-                    continue;
+                if (std::find(allowed.begin(), allowed.end(), member.first) == allowed.end()) {
+                    unknown.push_back(&member.first);
                 }
+            }
+            // Room for them all at once, still growing geometrically: an
+            // object of many thousands of unknown members is not moved
+            // through every doubling.
+            if (out.capacity() - out.size() < unknown.size()) {
+                out.reserve(std::max(out.size() + unknown.size(), 2 * out.capacity()));
+            }
+            for (const std::string* const member : unknown) {
+                const std::string& name = *member;
                 const std::string nearest = NearestName(name, allowed);
                 add(out, FindingSeverity::Warning, join(path, name),
                     "unknown member, ignored on load" +
@@ -316,26 +326,39 @@ private:
             nearest);
     }
 
-    void add(std::vector<Finding>& out, FindingSeverity severity, const std::string& path,
-             const std::string& message, const std::string& suggestion = std::string()) const {
+    // By value: most callers hand over strings made for the finding.
+    void add(std::vector<Finding>& out, FindingSeverity severity, std::string path,
+             std::string message, std::string suggestion = std::string()) const {
         int index = -1;
-        std::string type;
         if (startsWith(path, "keymaps[")) {
             index = std::atoi(path.c_str() + 8);
-            const Poco::JSON::Array::Ptr elements = _document->getArray("keymaps");
-            const Object::Ptr element = elements.isNull()
-                                            ? Object::Ptr()
-                                            : elements->getObject(static_cast<unsigned>(index));
-            const Var written = element.isNull() ? Var() : element->get("type");
-            type = written.isString() ? written.extract<std::string>() : std::string();
         }
-        out.push_back(
-            MakeFinding(FindingKind::Schema, severity, path, index, type, message, suggestion));
+        const std::string& type = typeOf(index);
+        out.push_back(MakeFinding(FindingKind::Schema, severity, std::move(path), index, type,
+                                  std::move(message), std::move(suggestion)));
+    }
+
+    // An element's "type" as written; asked for again and again while the
+    // findings of one element are made, so the last answer is kept.
+    const std::string& typeOf(int index) const {
+        if (index < 0 || index == _typeIndex) {
+            return index < 0 ? _noType : _type;
+        }
+        const Poco::JSON::Array::Ptr elements = _document->getArray("keymaps");
+        const Object::Ptr element =
+            elements.isNull() ? Object::Ptr() : elements->getObject(static_cast<unsigned>(index));
+        const Var written = element.isNull() ? Var() : element->get("type");
+        _type = written.isString() ? written.extract<std::string>() : std::string();
+        _typeIndex = index;
+        return _type;
     }
 
     const SchemaPaths& _paths;
     Object::Ptr _document;
     std::unordered_set<std::string> _described;  // the places already told about
+    const std::string _noType;
+    mutable int _typeIndex = -1;
+    mutable std::string _type;
 };
 
 }  // namespace

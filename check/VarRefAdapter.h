@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -263,33 +264,52 @@ public:
 
     explicit VarRefMemberIterator(Poco::JSON::Object::ConstIterator at) : _at(at) {}
 
-    VarRefMember operator*() const { return VarRefMember(_at->first, VarRefAdapter(_at->second)); }
+    /// A member found by name in a large object, which `end` follows.
+    VarRefMemberIterator(std::shared_ptr<const Poco::JSON::Object::ValueType> found,
+                         Poco::JSON::Object::ConstIterator end)
+        : _at(end), _found(std::move(found)) {}
+
+    VarRefMember operator*() const {
+        return _found ? VarRefMember(_found->first, VarRefAdapter(_found->second))
+                      : VarRefMember(_at->first, VarRefAdapter(_at->second));
+    }
 
     valijson::adapters::DerefProxy<VarRefMember> operator->() const {
         return valijson::adapters::DerefProxy<VarRefMember>(**this);
     }
 
-    bool operator==(const VarRefMemberIterator& other) const { return _at == other._at; }
-    bool operator!=(const VarRefMemberIterator& other) const { return _at != other._at; }
+    bool operator==(const VarRefMemberIterator& other) const {
+        return _at == other._at && _found == other._found;
+    }
+    bool operator!=(const VarRefMemberIterator& other) const { return !(*this == other); }
 
+    // A found member is a range of one: stepping from it reaches the end.
     const VarRefMemberIterator& operator++() {
-        ++_at;
+        if (_found) {
+            _found.reset();
+        } else {
+            ++_at;
+        }
         return *this;
     }
 
     VarRefMemberIterator operator++(int) {
-        VarRefMemberIterator before(_at);
-        ++_at;
+        VarRefMemberIterator before(*this);
+        ++*this;
         return before;
     }
 
     const VarRefMemberIterator& operator--() {
+        _found.reset();
         --_at;
         return *this;
     }
 
 private:
     Poco::JSON::Object::ConstIterator _at;
+    // Poco's object offers a lookup by name only as a copy of the value, so
+    // a found member owns that copy; iterators over the map leave it null.
+    std::shared_ptr<const Poco::JSON::Object::ValueType> _found;
 };
 
 inline VarRefArrayIterator VarRefArray::begin() const {
@@ -310,6 +330,18 @@ inline VarRefMemberIterator VarRefObject::end() const {
 
 inline VarRefMemberIterator VarRefObject::find(const std::string& name) const {
     const Poco::JSON::Object::Ptr& members = object();
+    // valijson looks up each property the schema names. Poco's object gives
+    // no iterator for a name, and a walk through a map of many thousands of
+    // members for each one made a wide object cost far more than its size.
+    constexpr std::size_t kWalked = 32;
+    if (members->size() > kWalked) {
+        if (!members->has(name)) {
+            return end();
+        }
+        return VarRefMemberIterator(
+            std::make_shared<const Poco::JSON::Object::ValueType>(name, members->get(name)),
+            members->end());
+    }
     return VarRefMemberIterator(std::find_if(
         members->begin(), members->end(),
         [&name](const Poco::JSON::Object::ValueType& member) { return member.first == name; }));

@@ -21,7 +21,7 @@ namespace {
 class Scanner {
 public:
     Scanner(const std::string& text, std::size_t maxDepth, bool trackMembers,
-            std::unordered_map<std::string, TextPosition>* wanted = nullptr)
+            std::unordered_map<std::string_view, TextPosition>* wanted = nullptr)
         : s_(text),
           maxDepth_(maxDepth),
           track_(trackMembers || wanted != nullptr),
@@ -428,7 +428,7 @@ private:
     std::vector<char> stack_;
     const bool track_;
     const bool members_;  // duplicate members are reported
-    std::unordered_map<std::string, TextPosition>* wanted_;
+    std::unordered_map<std::string_view, TextPosition>* wanted_;
     // Locating: the depth of the container below which nothing is wanted,
     // 0 for none.
     std::size_t prunedAt_ = 0;
@@ -450,14 +450,19 @@ std::vector<std::string> DuplicateMembers(const std::string& text, std::size_t m
 }
 
 std::vector<TextPosition> LocatePaths(const std::string& text,
-                                      const std::vector<std::string>& paths, std::size_t maxDepth) {
+                                      const std::vector<std::string_view>& paths,
+                                      std::size_t maxDepth) {
     // Each path and every path it lies under: a member that is missing is
-    // found at the object that lacks it.
-    std::unordered_map<std::string, TextPosition> wanted;
-    for (const std::string& path : paths) {
-        for (std::size_t end = path.size();; --end) {
-            if (end == path.size() || path[end] == '.' || path[end] == '[') {
-                wanted.emplace(path.substr(0, end), TextPosition());
+    // found at the object that lacks it. The keys are views, so a report of
+    // many thousands of findings copies none of its paths.
+    std::unordered_map<std::string_view, TextPosition> wanted;
+    wanted.reserve(paths.size() + 16);
+    for (const std::string_view whole : paths) {
+        for (std::size_t end = whole.size();; --end) {
+            // A prefix met before came with all of its own prefixes.
+            if ((end == whole.size() || whole[end] == '.' || whole[end] == '[') &&
+                !wanted.try_emplace(whole.substr(0, end)).second) {
+                break;
             }
             if (end == 0) {
                 break;
@@ -467,14 +472,17 @@ std::vector<TextPosition> LocatePaths(const std::string& text,
     Scanner(text, maxDepth, false, &wanted).run();
     std::vector<TextPosition> positions;
     positions.reserve(paths.size());
-    for (const std::string& path : paths) {
+    for (const std::string_view whole : paths) {
         TextPosition at;
-        for (std::size_t end = path.size(); at.line == 0;) {
-            at = wanted[path.substr(0, end)];
+        for (std::size_t end = whole.size(); at.line == 0;) {
+            const auto found = wanted.find(whole.substr(0, end));
+            if (found != wanted.end()) {
+                at = found->second;
+            }
             if (end == 0) {
                 break;
             }
-            const std::size_t cut = path.find_last_of(".[", end - 1);
+            const std::size_t cut = whole.find_last_of(".[", end - 1);
             end = cut == std::string::npos ? 0 : cut;
         }
         positions.push_back(at);

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zunokeymapmanager {
@@ -45,7 +46,8 @@ struct TextPosition {
 /// member), where the nearest value it lies under starts. One scan, however
 /// many paths.
 std::vector<TextPosition> LocatePaths(const std::string& text,
-                                      const std::vector<std::string>& paths, std::size_t maxDepth);
+                                      const std::vector<std::string_view>& paths,
+                                      std::size_t maxDepth);
 
 /// The JSON paths ("keymaps[2].type") of the members that `text` names a
 /// second time in one object, in text order. The parser keeps the last of

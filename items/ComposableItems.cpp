@@ -18,13 +18,7 @@ ComposableConfigItem::ComposableConfigItem(std::string typeName)
 
 ComposableConfigItem::~ComposableConfigItem() = default;
 
-Poco::JSON::Object ComposableConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void ComposableConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(ComposableConfigItem)
 
 const MemberTable& ComposableConfigItem::Members() {
     using M = MembersOf<ComposableConfigItem>;
@@ -58,13 +52,7 @@ PairConfigItem::PairConfigItem(std::string typeName) : ComposableConfigItem(std:
 
 PairConfigItem::~PairConfigItem() = default;
 
-Poco::JSON::Object PairConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void PairConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(PairConfigItem)
 
 const MemberTable& PairConfigItem::Members() {
     using M = MembersOf<PairConfigItem>;

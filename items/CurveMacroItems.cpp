@@ -18,13 +18,7 @@ CurveConfigItem::CurveConfigItem()
 
 CurveConfigItem::~CurveConfigItem() = default;
 
-Poco::JSON::Object CurveConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void CurveConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(CurveConfigItem)
 
 const MemberTable& CurveConfigItem::Members() {
     using M = MembersOf<CurveConfigItem>;
@@ -66,13 +60,7 @@ MacroConfigItem::MacroConfigItem()
 
 MacroConfigItem::~MacroConfigItem() = default;
 
-Poco::JSON::Object MacroConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void MacroConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(MacroConfigItem)
 
 const MemberTable& MacroConfigItem::Members() {
     using M = MembersOf<MacroConfigItem>;

@@ -15,13 +15,7 @@ FireConfigItem::FireConfigItem() : ConfigItem(std::string(TypeNameOf<FireConfigI
 
 FireConfigItem::~FireConfigItem() = default;
 
-Poco::JSON::Object FireConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void FireConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(FireConfigItem)
 
 const MemberTable& FireConfigItem::Members() {
     using M = MembersOf<FireConfigItem>;

@@ -20,13 +20,7 @@ StaringConfigItem::StaringConfigItem()
 
 StaringConfigItem::~StaringConfigItem() = default;
 
-Poco::JSON::Object StaringConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void StaringConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(StaringConfigItem)
 
 const MemberTable& StaringConfigItem::Members() {
     using M = MembersOf<StaringConfigItem>;
@@ -96,13 +90,7 @@ EyeConfigItem::EyeConfigItem()
 
 EyeConfigItem::~EyeConfigItem() = default;
 
-Poco::JSON::Object EyeConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void EyeConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(EyeConfigItem)
 
 const MemberTable& EyeConfigItem::Members() {
     static const MemberTable table =
@@ -116,13 +104,7 @@ GravityConfigItem::GravityConfigItem()
 
 GravityConfigItem::~GravityConfigItem() = default;
 
-Poco::JSON::Object GravityConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void GravityConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(GravityConfigItem)
 
 const MemberTable& GravityConfigItem::Members() {
     static const MemberTable table =

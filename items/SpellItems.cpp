@@ -102,13 +102,7 @@ SwipeholdConfigItem* SpellConfigItem::getValidSwipeholdConfigItem() const {
     return item;
 }
 
-Poco::JSON::Object SpellConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void SpellConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(SpellConfigItem)
 
 const MemberTable& SpellConfigItem::Members() {
     using M = MembersOf<SpellConfigItem>;
@@ -270,13 +264,7 @@ SpellCancelConfigItem::SpellCancelConfigItem()
 
 SpellCancelConfigItem::~SpellCancelConfigItem() = default;
 
-Poco::JSON::Object SpellCancelConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void SpellCancelConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(SpellCancelConfigItem)
 
 namespace {
 

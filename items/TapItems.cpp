@@ -19,13 +19,7 @@ ClickConfigItem::ClickConfigItem()
 
 ClickConfigItem::~ClickConfigItem() = default;
 
-Poco::JSON::Object ClickConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void ClickConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(ClickConfigItem)
 
 const MemberTable& ClickConfigItem::Members() {
     static const MemberTable table = MembersOf<ClickConfigItem>::table(
@@ -40,13 +34,7 @@ BunchClickConfigItem::BunchClickConfigItem()
 
 BunchClickConfigItem::~BunchClickConfigItem() = default;
 
-Poco::JSON::Object BunchClickConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void BunchClickConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(BunchClickConfigItem)
 
 const MemberTable& BunchClickConfigItem::Members() {
     using M = MembersOf<BunchClickConfigItem>;
@@ -79,13 +67,7 @@ TipConfigItem::TipConfigItem() : ComposableConfigItem(std::string(TypeNameOf<Tip
 
 TipConfigItem::~TipConfigItem() = default;
 
-Poco::JSON::Object TipConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void TipConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(TipConfigItem)
 
 const MemberTable& TipConfigItem::Members() {
     static const MemberTable table = MembersOf<TipConfigItem>::table(

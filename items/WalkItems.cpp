@@ -22,13 +22,7 @@ JoystickLeftWalkConfigItem::JoystickLeftWalkConfigItem()
 
 JoystickLeftWalkConfigItem::~JoystickLeftWalkConfigItem() = default;
 
-Poco::JSON::Object JoystickLeftWalkConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void JoystickLeftWalkConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(JoystickLeftWalkConfigItem)
 
 const MemberTable& JoystickLeftWalkConfigItem::Members() {
     using M = MembersOf<JoystickLeftWalkConfigItem>;
@@ -56,13 +50,7 @@ JoystickRightEyeConfigItem::JoystickRightEyeConfigItem()
 
 JoystickRightEyeConfigItem::~JoystickRightEyeConfigItem() = default;
 
-Poco::JSON::Object JoystickRightEyeConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void JoystickRightEyeConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(JoystickRightEyeConfigItem)
 
 const MemberTable& JoystickRightEyeConfigItem::Members() {
     using M = MembersOf<JoystickRightEyeConfigItem>;
@@ -95,13 +83,7 @@ MouseRightWalkConfigItem::MouseRightWalkConfigItem()
 
 MouseRightWalkConfigItem::~MouseRightWalkConfigItem() = default;
 
-Poco::JSON::Object MouseRightWalkConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void MouseRightWalkConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(MouseRightWalkConfigItem)
 
 const MemberTable& MouseRightWalkConfigItem::Members() {
     using M = MembersOf<MouseRightWalkConfigItem>;

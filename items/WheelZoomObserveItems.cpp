@@ -18,13 +18,7 @@ WheelConfigItem::WheelConfigItem() : PairConfigItem(std::string(TypeNameOf<Wheel
 
 WheelConfigItem::~WheelConfigItem() = default;
 
-Poco::JSON::Object WheelConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void WheelConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(WheelConfigItem)
 
 const MemberTable& WheelConfigItem::Members() {
     using M = MembersOf<WheelConfigItem>;
@@ -60,13 +54,7 @@ ZoomConfigItem::ZoomConfigItem() : PairConfigItem(std::string(TypeNameOf<ZoomCon
 
 ZoomConfigItem::~ZoomConfigItem() = default;
 
-Poco::JSON::Object ZoomConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void ZoomConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(ZoomConfigItem)
 
 const MemberTable& ZoomConfigItem::Members() {
     using M = MembersOf<ZoomConfigItem>;
@@ -105,13 +93,7 @@ ObserveConfigItem::ObserveConfigItem()
     key = ConfigKey("keyboard", "Alt", 18, 56);
 }
 
-Poco::JSON::Object ObserveConfigItem::ConvertToJsonObject() const {
-    return WriteItem(*this, Members());
-}
-
-void ObserveConfigItem::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) {
-    ReadItem(*this, Members(), object);
-}
+ZUNO_KM_ITEM_JSON(ObserveConfigItem)
 
 const MemberTable& ObserveConfigItem::Members() {
     using M = MembersOf<ObserveConfigItem>;

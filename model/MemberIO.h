@@ -32,6 +32,17 @@ Poco::JSON::Object WriteItem(const ConfigItem& item, const MemberTable& own);
 /// the tables it builds on, base first. Every item class reads itself with this.
 void ReadItem(ConfigItem& item, const MemberTable& own, const Poco::JSON::Object::Ptr& object);
 
+/// Defines the JSON overrides of the item class `Class`, each one call into
+/// the table walker with the class's own table: an item class's source says
+/// ZUNO_KM_ITEM_JSON(Class) once instead of writing them out.
+#define ZUNO_KM_ITEM_JSON(Class)                                            \
+    Poco::JSON::Object Class::ConvertToJsonObject() const {                 \
+        return ::zunokeymapmanager::WriteItem(*this, Members());            \
+    }                                                                       \
+    void Class::FillFromJsonObject(const Poco::JSON::Object::Ptr& object) { \
+        ::zunokeymapmanager::ReadItem(*this, Members(), object);            \
+    }
+
 }  // namespace zunokeymapmanager
 
 #endif  // ZUNO_KEYMAPMANAGER_MODEL_MEMBERIO_H

@@ -280,9 +280,13 @@ TEST(EditorApi, AnswersCarryWhatThePageNeeds) {
     Poco::JSON::Object::Ptr pad =
         parseObject(f.call("GET", "/api/key?device=joystick&text=LB").body);
     EXPECT_EQ(pad->getValue<std::string>("text"), "LB");
-    // The screen turns portrait and back: the state and the picture follow, the document stays.
+    // The screen turns portrait and back: the state, the version other pages
+    // poll and the picture follow, the document stays.
     const auto size = [&f]() {
         const Poco::JSON::Object::Ptr state = parseObject(f.call("GET", "/api/state").body);
+        const Poco::JSON::Object::Ptr polled = parseObject(f.call("GET", "/api/version").body);
+        EXPECT_EQ(polled->getValue<int>("width"), state->getValue<int>("width"));
+        EXPECT_EQ(polled->getValue<int>("height"), state->getValue<int>("height"));
         return std::make_pair(state->getValue<int>("width"), state->getValue<int>("height"));
     };
     const std::pair<int, int> landscape = size();
@@ -759,3 +763,102 @@ TEST(CheckReportJson, ReadsBackAsTheReportCompactAndIndented) {
 }
 
 }  // namespace
+
+// A scheme: several files, each its own session, named by each request.
+struct Scheme {
+    TempDir dir;
+    std::vector<std::unique_ptr<EditorSession>> sessions;
+    std::unique_ptr<EditorApi> api;
+
+    Scheme() {
+        const std::string onQ =
+            testsupport::stringify(*parseObject(twoItems())->getArray("keymaps")->getObject(0));
+        dir.write("a.json", twoItems());
+        dir.write("b.json", testsupport::documentWith(onQ + "," + onQ));  // two items on Q
+        std::vector<EditorSession*> served;
+        for (const char* name : {"a.json", "b.json", "c.json"}) {  // c.json is new
+            sessions.emplace_back(new EditorSession(dir.path(name), false, {}));
+            served.push_back(sessions.back().get());
+        }
+        api.reset(new EditorApi(served, kToken, kPort));
+    }
+    HttpResponse call(const std::string& method, const std::string& target,
+                      const std::string& body = "") {
+        return api->handle(request(method, target, kToken, kPort, body));
+    }
+};
+
+TEST(EditorApi, EachRequestReachesTheFileItNames) {
+    Scheme s;
+    const struct {
+        const char* target;
+        int status;
+        int session;  // the one whose document is answered
+    } cases[] = {
+        {"/api/document", 200, 0},
+        {"/api/document?file=0", 200, 0},
+        {"/api/document?file=1", 200, 1},
+        {"/api/document?file=b.json", 200, 1},
+        {"/api/document?file=c.json", 200, 2},
+        {"/api/document?file=3", 404, -1},
+        {"/api/document?file=-1", 404, -1},
+        {"/api/document?file=", 404, -1},
+        {"/api/document?file=x.json", 404, -1},
+        {"/api/document?file=..%2Fa.json", 404, -1},
+        {"/api/document?file=00000000001", 404, -1},
+        {"/api/document?file=01", 200, 1},
+    };
+    for (const auto& c : cases) {
+        const HttpResponse answer = s.call("GET", c.target);
+        EXPECT_EQ(answer.status, c.status) << c.target << ": " << answer.body;
+        if (c.session >= 0) {
+            EXPECT_EQ(answer.body, s.sessions[c.session]->documentText()) << c.target;
+        }
+    }
+    EXPECT_EQ(s.call("POST", "/api/save?file=9", "{}").status, 404);
+    EXPECT_EQ(s.api->handle(request("GET", "/api/files?file=1", "wrong", kPort)).status, 401)
+        << "the door comes before the file";
+}
+
+TEST(EditorApi, FilesAreListedWithTheirProblemsAndSavedOneByOne) {
+    Scheme s;
+    const auto files = [&s] {
+        return parseObject(s.call("GET", "/api/files").body)->getArray("files");
+    };
+    ASSERT_EQ(files()->size(), 3U);
+    for (unsigned i = 0; i < 3; ++i) {
+        const Poco::JSON::Object::Ptr file = files()->getObject(i);
+        const Poco::JSON::Object::Ptr check =
+            parseObject(s.call("GET", "/api/check?file=" + std::to_string(i)).body);
+        EXPECT_EQ(file->getValue<int>("index"), static_cast<int>(i));
+        EXPECT_EQ(file->getValue<std::string>("name"),
+                  std::string(1, static_cast<char>('a' + i)) + ".json");
+        EXPECT_EQ(file->getValue<int>("problems"),
+                  check->getValue<int>("errors") + check->getValue<int>("warnings"));
+        EXPECT_FALSE(file->getValue<bool>("unsaved"));
+    }
+    const int collided = files()->getObject(1)->getValue<int>("problems");
+
+    // An edit, an undo and a save of b touch b alone.
+    const long aVersion = files()->getObject(0)->getValue<long>("version");
+    const std::string del = R"({"client":"p","seq":1,"ops":[{"op":"delete","item":1}]})";
+    ASSERT_EQ(s.call("POST", "/api/edit?file=1", del).status, 200);
+    EXPECT_TRUE(files()->getObject(1)->getValue<bool>("unsaved"));
+    EXPECT_FALSE(files()->getObject(0)->getValue<bool>("unsaved"));
+    EXPECT_LT(files()->getObject(1)->getValue<int>("problems"), collided)
+        << "the collision on Q is gone";
+    ASSERT_EQ(s.call("POST", "/api/edit?file=0", del).status, 200);
+    const std::string undo = R"({"client":"p","seq":2,"ops":[{"op":"undo"}]})";
+    ASSERT_EQ(s.call("POST", "/api/edit?file=0", undo).status, 200)
+        << "each file remembers the page's requests of its own";
+    EXPECT_FALSE(files()->getObject(0)->getValue<bool>("unsaved"));
+    EXPECT_TRUE(files()->getObject(1)->getValue<bool>("unsaved")) << "the undo was a's";
+    EXPECT_GT(files()->getObject(0)->getValue<long>("version"), aVersion);
+
+    ASSERT_EQ(s.call("POST", "/api/save?file=b.json", "{}").status, 200);
+    EXPECT_EQ(s.dir.read("a.json"), twoItems());
+    EXPECT_EQ(s.dir.read("b.json"), s.sessions[1]->documentText());
+    EXPECT_FALSE(PathExists(s.dir.path("c.json")));
+    EXPECT_EQ(s.call("POST", "/api/save", "{}").status, 200) << "the first file, unchanged";
+    EXPECT_FALSE(PathExists(s.dir.path("c.json")));
+}

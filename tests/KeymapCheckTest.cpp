@@ -128,6 +128,45 @@ TEST(KeymapCheck, FindsEachHandWrittenMistakeWithItsPath) {
     }
 }
 
+// The members the schema names are looked up, not walked to, in an item of
+// many members: what is wrong in them is found at every width, and each
+// member of no meaning is one finding.
+TEST(KeymapCheck, WideItemsHideNoMistakeInTheirOwnMembers) {
+    struct Case {
+        const char* name;
+        std::string item;
+        std::string path;
+    };
+    const std::vector<Case> cases = {
+        {"device name in the wrong case",
+         placed("Click", [](Object& i) { at(i, "key")->set("device", "Keyboard"); }),
+         "keymaps[0].key.device"},
+        {"policy name misspelt in a nested object",
+         placed("Spell",
+                [](Object& i) { at(i, "spell_option")->set("spell_trigger_policy", "On_Press"); }),
+         "keymaps[0].spell_option.spell_trigger_policy"},
+        {"a required member missing", placed("Click", [](Object& i) { i.remove("key"); }),
+         "keymaps[0].key"},
+    };
+    for (const Case& c : cases) {
+        for (const int width : {0, 40, 2000}) {
+            SCOPED_TRACE(std::string(c.name) + ", " + std::to_string(width) + " extra members");
+            std::string members;
+            for (int k = 0; k < width; ++k) {
+                members += "\"x" + std::to_string(k) + "\":" + std::to_string(k) + ",";
+            }
+            const km::CheckReport report =
+                km::CheckKeymapDocument(documentWith("{" + members + c.item.substr(1)), false);
+            const auto unknown =
+                std::count_if(report.findings.begin(), report.findings.end(),
+                              [](const km::Finding& f) { return f.message.find("unknown") == 0; });
+            EXPECT_EQ(unknown, width);
+            EXPECT_TRUE(std::any_of(report.findings.begin(), report.findings.end(),
+                                    [&](const km::Finding& f) { return f.path == c.path; }));
+        }
+    }
+}
+
 // Members named again are found however wide their object, before and after
 // it has too many names to compare one by one; each repeat is one finding,
 // in text order, and the findings about the document's shape stay in item

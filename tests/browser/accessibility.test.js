@@ -3,9 +3,8 @@
 import { test, expect } from '@playwright/test';
 import AxeBuilder from '@axe-core/playwright';
 import fs from 'node:fs';
-import http from 'node:http';
 import path from 'node:path';
-import { at, copyExample, open, readDoc, settled, useEditor } from './harness.js';
+import { at, copyExample, open, readDoc, serveStatic, settled, useEditor } from './harness.js';
 
 useEditor(test);
 
@@ -62,16 +61,9 @@ test('the conflict and recovery banners', async ({ page }) => {
 test('the static page', async ({ page }) => {
   const bundle = process.env.ZUNO_WEB_BUNDLE;
   test.skip(!bundle, 'ZUNO_WEB_BUNDLE names no bundle');
-  const server = http.createServer((request, response) => {
-    const name = path.basename(new URL(request.url, 'http://x').pathname) || 'index.html';
-    const file = path.join(bundle, name);
-    if (!fs.existsSync(file)) { response.writeHead(404).end(); return; }
-    const type = { '.js': 'text/javascript', '.wasm': 'application/wasm', '.css': 'text/css' }[path.extname(file)];
-    response.writeHead(200, { 'Content-Type': type || 'text/html' }).end(fs.readFileSync(file));
-  });
-  await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
+  const { server, address } = await serveStatic(bundle);
   try {
-    await page.goto(`http://127.0.0.1:${server.address().port}/`);
+    await page.goto(address);
     await page.waitForFunction(() => window.editorReady === true);
     await expectAccessible(page, 'static page');
   } finally {

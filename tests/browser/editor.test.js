@@ -4,8 +4,8 @@
 import { test, expect } from '@playwright/test';
 import fs from 'node:fs';
 import path from 'node:path';
-import { at, boxOf, centreOf, copyExample, drag, item, library, open, readDoc, save, screenPoint, serverSnapshot,
-  settled, shoot, source, useEditor } from './harness.js';
+import { at, boxOf, centreOf, copyExample, drag, holdInTestMode, item, library, open, readDoc, save, screenPoint,
+  serverSnapshot, settled, shoot, source, useEditor } from './harness.js';
 
 useEditor(test);
 
@@ -180,11 +180,7 @@ test('binding: Esc and the backdrop cancel, Ctrl+G binds Ctrl+G', async ({ page 
 });
 
 test('test mode lights the items W fires, and edits nothing', async ({ page }) => {
-  const file = copyExample('shooter.json');
-  const text = fs.readFileSync(file, 'utf8');
-  await open(page, file);
-  await page.getByRole('button', { name: 'Test keys' }).click();
-  await page.keyboard.down('w');
+  const { file, text } = await holdInTestMode(page, 'shooter.json', 'w');
   await expect(item(page, 0)).toHaveClass(/triggered/);
   await expect(page.locator('#picture g.item.triggered')).toHaveCount(1);
   await shoot(page, 'editor-test-mode.png');

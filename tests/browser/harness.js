@@ -3,6 +3,7 @@
 import { expect } from '@playwright/test';
 import { spawn, execFileSync } from 'node:child_process';
 import fs from 'node:fs';
+import http from 'node:http';
 import os from 'node:os';
 import path from 'node:path';
 import readline from 'node:readline';
@@ -126,4 +127,32 @@ export function serverSnapshot(page) {
       headers: { Authorization: `Bearer ${sessionStorage.getItem('zuno-keymap-token')}` } });
     return answer.json();
   });
+}
+
+/// Serves the folder `bundle` as a plain static host does, with no special
+/// headers: its address.
+export async function serveStatic(bundle) {
+  const types = { '.html': 'text/html', '.js': 'text/javascript', '.css': 'text/css',
+    '.wasm': 'application/wasm', '.json': 'application/json', '.svg': 'image/svg+xml' };
+  const server = http.createServer((request, response) => {
+    const name = decodeURIComponent(new URL(request.url, 'http://x').pathname).slice(1) || 'index.html';
+    const file = path.join(bundle, path.basename(name));
+    if (!fs.existsSync(file)) { response.writeHead(404).end(); return; }
+    response.writeHead(200, { 'Content-Type': types[path.extname(file)] || 'application/octet-stream' });
+    response.end(fs.readFileSync(file));
+  });
+  await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
+  return { server, address: `http://127.0.0.1:${server.address().port}/` };
+}
+
+/// Opens a copy of the example `name` in test mode with `key` held, once the
+/// items it fires are lit: the file, and its text as it was.
+export async function holdInTestMode(page, name, key) {
+  const file = copyExample(name);
+  const text = fs.readFileSync(file, 'utf8');
+  await open(page, file);
+  await page.getByRole('button', { name: 'Test keys' }).click();
+  await page.keyboard.down(key);
+  await page.locator('#picture g.item.triggered').first().waitFor();
+  return { file, text };
 }

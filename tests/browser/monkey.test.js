@@ -104,66 +104,49 @@ async function journey(page, file, seed) {
   const markerOf = async (index) => centreOf(item(page, index).locator('.marker').first());
   // An item on the picture, and which item is really on top there; null
   // where a handle of the selected item covers it.
-  const aim = async (snap) => {
+  // Points at a random item's marker and, when that marker is the one hit
+  // there, acts on it: act(point, id). Null when nothing was aimed at.
+  const aim = async (snap, act) => {
+    if (!snap.ids.length) return null;
     const p = await markerOf(rng.below(snap.ids.length));
     const hit = await hitAt(page, p);
-    return hit >= 0 ? { p, id: snap.ids[hit] } : null;
+    return hit >= 0 ? act(p, snap.ids[hit]) : null;
   };
   let typed = 0;
   const actions = {
-    async click(snap) {
-      if (!snap.ids.length) return null;
-      const aimed = await aim(snap);
-      if (!aimed) return null;
-      const { p, id } = aimed;
+    click: (snap) => aim(snap, async (p, id) => {
       await page.mouse.click(p.x, p.y);
       return { selects: id };
-    },
+    }),
     async listClick(snap) {
       if (!snap.ids.length) return null;
       const index = rng.below(snap.ids.length);
       await page.getByRole('option').nth(index).click();
       return { selects: snap.ids[index] };
     },
-    async doubleClickBind(snap) {
-      if (!snap.ids.length) return null;
-      const aimed = await aim(snap);
-      if (!aimed) return null;
-      const { p, id } = aimed;
+    doubleClickBind: (snap) => aim(snap, async (p, id) => {
       await page.mouse.dblclick(p.x, p.y);
       await answerBinding(page, rng);
       return { only: id };
-    },
-    async enterBind(snap) {
-      if (!snap.ids.length) return null;
-      const aimed = await aim(snap);
-      if (!aimed) return null;
-      const { p, id } = aimed;
+    }),
+    enterBind: (snap) => aim(snap, async (p, id) => {
       await page.mouse.click(p.x, p.y);
       await page.keyboard.press('Enter');
       await answerBinding(page, rng);
       return { only: id };
-    },
-    async arrows(snap) {
-      if (!snap.ids.length) return null;
-      const aimed = await aim(snap);
-      if (!aimed) return null;
-      const { p, id } = aimed;
+    }),
+    arrows: (snap) => aim(snap, async (p, id) => {
       await page.mouse.click(p.x, p.y);
       for (let i = 0; i < 3; i++) await page.keyboard.press(rng.pick(['ArrowLeft', 'ArrowRight', 'ArrowUp', 'ArrowDown']));
       return { only: id, moved: true };
-    },
-    async drag(snap) {
-      if (!snap.ids.length) return null;
-      const aimed = await aim(snap);
-      if (!aimed) return null;
-      const { p } = aimed;
+    }),
+    drag: (snap) => aim(snap, async (p) => {
       await page.mouse.move(p.x, p.y);
       await page.mouse.down();
       await page.mouse.move(p.x + rng.below(80) - 40, p.y + rng.below(60) - 30, { steps: 4 });
       await page.mouse.up();
       return {};
-    },
+    }),
     async describe(snap) {
       if (!snap.ids.length) return null;
       const index = rng.below(snap.ids.length);
@@ -178,8 +161,8 @@ async function journey(page, file, seed) {
       const how = rng.below(4);
       if (how === 0) await page.keyboard.press('Tab');
       else if (how === 1) {
-        const other = await aim(snap);
-        if (other) await page.mouse.click(other.p.x, other.p.y);
+        const other = await aim(snap, async (p) => p);
+        if (other) await page.mouse.click(other.x, other.y);
         else await page.keyboard.press('Tab');
       }
       else if (how === 2) await page.getByRole('option').nth(rng.below(snap.ids.length)).click();
@@ -205,15 +188,11 @@ async function journey(page, file, seed) {
       await page.keyboard.press('Escape');
       return { grows: 1 };
     },
-    async remove(snap) {
-      if (!snap.ids.length) return null;
-      const aimed = await aim(snap);
-      if (!aimed) return null;
-      const { p } = aimed;
+    remove: (snap) => aim(snap, async (p) => {
       await page.mouse.click(p.x, p.y);
       await page.keyboard.press('Delete');
       return { grows: -1 };
-    },
+    }),
     async escape() { await page.keyboard.press('Escape'); return {}; },
     async undo() { await page.keyboard.press(rng.next() < 0.7 ? 'Control+z' : 'Control+y'); return {}; },
     async save() {

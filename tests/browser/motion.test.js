@@ -2,7 +2,7 @@
 // settings: the installed tool serves the page, chromium drives it.
 import { test, expect } from '@playwright/test';
 import fs from 'node:fs';
-import { boxOf, copyExample, item, open, screenBox, screenPoint, settled, shoot, useEditor } from './harness.js';
+import { boxOf, copyExample, holdInTestMode, item, open, screenBox, screenPoint, settled, shoot, useEditor } from './harness.js';
 
 useEditor(test);
 
@@ -13,12 +13,8 @@ async function circleAt(page, selector) {
 }
 
 test('test mode moves the pad\'s finger on W and back on release, aims a skill, and numbers a macro\'s taps', async ({ page }) => {
-  const file = copyExample('shooter.json');
-  const text = fs.readFileSync(file, 'utf8');
-  await open(page, file);
-  await page.getByRole('button', { name: 'Test keys' }).click();
   // The walk pad sits at (0.18, 0.72): W moves the finger straight up.
-  await page.keyboard.down('w');
+  const { file, text } = await holdInTestMode(page, 'shooter.json', 'w');
   await expect(item(page, 0)).toHaveClass(/triggered/);
   await expect(page.locator('#picture .finger')).toHaveCount(1);
   const up = await circleAt(page, '.finger');

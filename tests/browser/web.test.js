@@ -4,29 +4,17 @@
 // are skipped.
 import { test, expect } from '@playwright/test';
 import fs from 'node:fs';
-import http from 'node:http';
 import path from 'node:path';
+import { serveStatic } from './harness.js';
 
 const bundle = process.env.ZUNO_WEB_BUNDLE;
 const source = process.env.ZUNO_SOURCE_DIR || path.resolve('.');
 const shooter = path.join(source, 'examples', 'shooter.json');
 test.skip(!bundle, 'ZUNO_WEB_BUNDLE names no bundle (bash scripts/web OUT makes one)');
 
-const types = { '.html': 'text/html', '.js': 'text/javascript', '.css': 'text/css',
-  '.wasm': 'application/wasm', '.json': 'application/json', '.svg': 'image/svg+xml' };
 let server;
 let address;
-test.beforeAll(async () => {
-  server = http.createServer((request, response) => {
-    const name = decodeURIComponent(new URL(request.url, 'http://x').pathname).slice(1) || 'index.html';
-    const file = path.join(bundle, path.basename(name));
-    if (!fs.existsSync(file)) { response.writeHead(404).end(); return; }
-    response.writeHead(200, { 'Content-Type': types[path.extname(file)] || 'application/octet-stream' });
-    response.end(fs.readFileSync(file));
-  });
-  await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
-  address = `http://127.0.0.1:${server.address().port}/`;
-});
+test.beforeAll(async () => { ({ server, address } = await serveStatic(bundle)); });
 test.afterAll(() => server.close());
 
 // A browser without the File System Access API: files come from an input

@@ -52,6 +52,10 @@ const std::vector<BuiltIn>& BuiltIns() {
     return builtIns;
 }
 
+const char* BlankName(bool joystick) {
+    return joystick ? "blank-gamepad" : "blank";
+}
+
 std::string BuiltInsHelp() {
     std::string text;
     for (const BuiltIn& builtIn : BuiltIns()) {

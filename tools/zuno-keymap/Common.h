@@ -52,6 +52,10 @@ const std::vector<BuiltIn>& BuiltIns();
 /// The built-ins, one "  NAME  summary" line each, for help texts.
 std::string BuiltInsHelp();
 
+/// The built-in a new document starts from: "blank", or "blank-gamepad" for
+/// a gamepad keymap.
+const char* BlankName(bool joystick);
+
 /// Loads `source`: "-" reads standard input, a built-in name loads that
 /// built-in, anything else is a file path. Gamepad documents with `joystick`
 /// (a gamepad built-in is one anyway; Loaded::joystick says which it was).

@@ -119,7 +119,7 @@ Loaded loadSide(const std::string& name, bool joystick) {
     if (name != "/dev/null") {
         return Load(name, joystick);
     }
-    Loaded none = Load(joystick ? "blank-gamepad" : "blank", joystick);
+    Loaded none = Load(BlankName(joystick), joystick);
     none.source = name;
     return none;
 }

@@ -251,8 +251,7 @@ int EditDocument(const std::string& command, const std::string& file, bool joyst
         missing = !Poco::File(file).exists();  // a UTF-8 path on every platform
     } catch (const Poco::Exception&) {
     }
-    Loaded loaded =
-        Load(missing && mayCreate ? (joystick ? "blank-gamepad" : "blank") : file, joystick);
+    Loaded loaded = Load(missing && mayCreate ? BlankName(joystick) : file, joystick);
     loaded.source = file;
     if (loaded.diagnostic.failed) {
         return ReportLoadFailure(loaded);

@@ -4,6 +4,7 @@
 // zuno-keymap edit: a keymap in the browser, served from this process.
 //
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -96,11 +97,103 @@ struct EditArguments {
     bool joystick = false;
 };
 
+// The most files of one folder opened together; a folder with more is
+// opened in part, and the tool says so.
+constexpr std::size_t kMaxSchemeFiles = 64;
+
+// Recovery files sit beside the keymaps they keep: NAME.recovery.json,
+// NAME.recovery-2.json. They are offered by their keymap, not opened as one.
+bool isRecoveryName(const std::string& name) {
+    const std::string recovery = ".recovery";
+    const std::size_t mark = name.rfind(recovery);
+    if (mark == std::string::npos) {
+        return false;
+    }
+    const std::string rest = name.substr(mark + recovery.size());
+    if (rest == ".json") {
+        return true;
+    }
+    return rest.size() > 6 && rest[0] == '-' &&
+           rest.find_first_not_of("0123456789", 1) == rest.size() - 5 &&
+           rest.compare(rest.size() - 5, 5, ".json") == 0;
+}
+
+// The keymaps of a scheme: the *.json files directly in `folder`, by name.
+// `more` gets how many there were beyond kMaxSchemeFiles.
+std::vector<std::string> schemeFiles(const std::string& folder, std::size_t& more) {
+    namespace fs = std::filesystem;
+    std::vector<std::string> files;
+    std::error_code error;
+    for (fs::directory_iterator entry(fs::u8path(folder), error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string name = entry->path().filename().u8string();
+        std::error_code ignored;
+        if (name.size() > 5 && name.compare(name.size() - 5, 5, ".json") == 0 &&
+            !isRecoveryName(name) && entry->is_regular_file(ignored)) {
+            files.push_back(entry->path().u8string());
+        }
+    }
+    std::sort(files.begin(), files.end());
+    more = files.size() > kMaxSchemeFiles ? files.size() - kMaxSchemeFiles : 0;
+    files.resize(std::min(files.size(), kMaxSchemeFiles));
+    return files;
+}
+
+bool isFolder(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(std::filesystem::u8path(path), ignored);
+}
+
+using Sessions = std::vector<std::unique_ptr<editor::EditorSession>>;
+
+// Opens every file, or says on stderr why one cannot be edited.
+bool openSessions(const std::vector<std::string>& files, const EditArguments& args,
+                  const render::RenderOptions& render, Sessions& sessions) {
+    for (const std::string& file : files) {
+        render::RenderOptions own = render;
+        own.title = Poco::Path(file).getFileName();
+        sessions.emplace_back(new editor::EditorSession(file, args.joystick, own));
+        const editor::EditorSession& session = *sessions.back();
+        if (session.opened() == editor::EditorSession::Opened::Unreadable) {
+            std::cerr << "zuno-keymap edit: cannot read " << ForTerminal(file) << "\n";
+            return false;
+        }
+        if (session.opened() == editor::EditorSession::Opened::Failed) {
+            std::cerr << "zuno-keymap edit: " << ForTerminal(file)
+                      << " does not load: " << ForTerminal(session.openDiagnostic().message) << "\n"
+                      << "Run 'zuno-keymap check " << ForTerminal(file) << "' for details.\n";
+            return false;
+        }
+    }
+    return true;
+}
+
+// Writes each file's unsaved work to its recovery file; false when some
+// work could be written nowhere.
+bool keepUnsavedWork(const Sessions& sessions) {
+    bool kept = true;
+    for (const auto& session : sessions) {
+        const std::string recovery = session->writeRecovery();
+        if (!recovery.empty()) {
+            std::cerr << "zuno-keymap edit: unsaved changes were written to "
+                      << ForTerminal(recovery) << "\n";
+        } else if (session->unsaved()) {
+            // Beside the file, the data folder and the temporary folder all refused.
+            const std::string data = editor::RecoveryFolder();
+            std::cerr << "zuno-keymap edit: unsaved changes could not be written beside "
+                      << ForTerminal(session->file())
+                      << (data.empty() ? "" : ", in " + ForTerminal(data))
+                      << " nor in the temporary folder\n";
+            kept = false;
+        }
+    }
+    return kept;
+}
+
 int runEdit(const EditArguments& args) {
     const std::string& file = args.file;
     const int port = args.port;
     render::RenderOptions render;
-    render.title = Poco::Path(file).getFileName();
     // An author sees what each control does, not only its key.
     render.labels = true;
     const std::string error = ReadScreenOptions(args.size, args.background, render);
@@ -108,20 +201,31 @@ int runEdit(const EditArguments& args) {
         return UsageError("edit", error);
     }
 
-    editor::EditorSession session(file, args.joystick, render);
-    if (session.opened() == editor::EditorSession::Opened::Unreadable) {
-        std::cerr << "zuno-keymap edit: cannot read " << ForTerminal(file) << "\n";
+    const bool scheme = isFolder(file);
+    std::size_t more = 0;
+    const std::vector<std::string> files =
+        scheme ? schemeFiles(file, more) : std::vector<std::string>{file};
+    if (files.empty()) {
+        std::cerr << "zuno-keymap edit: " << ForTerminal(file)
+                  << " holds no keymap (*.json) to edit\n";
         return kUsage;
     }
-    if (session.opened() == editor::EditorSession::Opened::Failed) {
-        std::cerr << "zuno-keymap edit: " << ForTerminal(file)
-                  << " does not load: " << ForTerminal(session.openDiagnostic().message) << "\n"
-                  << "Run 'zuno-keymap check " << ForTerminal(file) << "' for details.\n";
+    if (more > 0) {
+        std::cerr << "zuno-keymap edit: " << ForTerminal(file) << " holds " << more
+                  << " keymaps beyond the first " << kMaxSchemeFiles
+                  << ", which alone are opened\n";
+    }
+    Sessions sessions;
+    if (!openSessions(files, args, render, sessions)) {
         return kUsage;
+    }
+    std::vector<editor::EditorSession*> served;
+    for (const auto& session : sessions) {
+        served.push_back(session.get());
     }
 
     editor::PrepareForTermination();
-    editor::EditorApi api(session, editor::EditorApi::MakeToken(), port);
+    editor::EditorApi api(served, editor::EditorApi::MakeToken(), port);
     // Only for tests of the page against a slow server: never set by the tool.
     if (const char* delay = std::getenv("ZUNO_KEYMAP_EDITOR_TEST_DELAY_MS")) {
         api.setTestDelay(std::atoi(delay));
@@ -137,14 +241,21 @@ int runEdit(const EditArguments& args) {
     server->start();
     const std::string url =
         "http://127.0.0.1:" + std::to_string(server->port()) + "/?token=" + api.token();
-    std::cerr << "zuno-keymap edit: editing " << ForTerminal(file)
-              << (session.opened() == editor::EditorSession::Opened::Missing
-                      ? " (a new file, written on the first save)"
-                      : "")
-              << "; open this address, and press Ctrl-C to stop:\n";
-    for (const std::string& recovery : session.recoveryFiles()) {
-        std::cerr << "zuno-keymap edit: a recovery file of an earlier session exists: "
-                  << ForTerminal(recovery) << " (the page offers to open it)\n";
+    if (scheme) {
+        std::cerr << "zuno-keymap edit: editing the " << files.size() << " keymap"
+                  << (files.size() == 1 ? "" : "s") << " of " << ForTerminal(file);
+    } else {
+        std::cerr << "zuno-keymap edit: editing " << ForTerminal(file)
+                  << (sessions.front()->opened() == editor::EditorSession::Opened::Missing
+                          ? " (a new file, written on the first save)"
+                          : "");
+    }
+    std::cerr << "; open this address, and press Ctrl-C to stop:\n";
+    for (const auto& session : sessions) {
+        for (const std::string& recovery : session->recoveryFiles()) {
+            std::cerr << "zuno-keymap edit: a recovery file of an earlier session exists: "
+                      << ForTerminal(recovery) << " (the page offers to open it)\n";
+        }
     }
     std::cout << url << std::endl;
     std::string handOver;
@@ -155,24 +266,13 @@ int runEdit(const EditArguments& args) {
     editor::WaitForTermination();
     // Unsaved work reaches the disk first; clients still connected wait.
     server->closeDoor();
-    const std::string recovery = session.writeRecovery();
+    const bool kept = keepUnsavedWork(sessions);
     server->stop();
     if (!handOver.empty()) {
         std::error_code ignored;
         std::filesystem::remove_all(std::filesystem::u8path(handOver), ignored);
     }
-    if (!recovery.empty()) {
-        std::cerr << "zuno-keymap edit: unsaved changes were written to " << ForTerminal(recovery)
-                  << "\n";
-    } else if (session.unsaved()) {
-        // Beside FILE, the data folder and the temporary folder all refused.
-        const std::string data = editor::RecoveryFolder();
-        std::cerr << "zuno-keymap edit: unsaved changes could not be written beside "
-                  << ForTerminal(file) << (data.empty() ? "" : ", in " + ForTerminal(data))
-                  << " nor in the temporary folder\n";
-        return kUsage;
-    }
-    return kClean;
+    return kept ? kClean : kUsage;
 }
 
 }  // namespace
@@ -187,8 +287,12 @@ void AddEditCommand(CLI::App& app) {
         "blank document and creates FILE on the first save. The address to open, with\n"
         "its access token, is printed on a line of its own. Ctrl-C stops the server;\n"
         "unsaved changes are then written to a recovery file beside FILE.\n"
+        "FILE may be a folder: each of its keymaps (*.json) is then opened side by side,\n"
+        "a scheme, each file with its own undo, saves and recovery file.\n"
         "docs/editor.md describes the page and its HTTP contract.\n");
-    command.add_option("FILE", args->file, "the document to edit (created on the first save)")
+    command
+        .add_option("FILE", args->file,
+                    "the document to edit (created on the first save), or a folder of them")
         ->required();
     command.add_option("--port", args->port, "the port to serve on (default: any free port)")
         ->check(CLI::Range(0, 65535))

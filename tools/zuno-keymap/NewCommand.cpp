@@ -32,7 +32,7 @@ int runNew(const NewOptions& options) {
         return kClean;
     }
     if (options.document) {
-        const Loaded blank = Load(options.joystick ? "blank-gamepad" : "blank", false);
+        const Loaded blank = Load(BlankName(options.joystick), false);
         std::cout << SavedText(blank.doc.get());
         return kClean;
     }

@@ -1,18 +1,20 @@
 //
 // EditorModule.cpp
 //
-// The module holds one editing session at a time, on a file in its own
-// in-memory file system: the session reads, saves and compares that file as
-// it does a file on disk, and the page moves the bytes between it and the
-// user's real file.
+// The module holds the editing sessions of the files open in the page (one,
+// or the files of a scheme), each on a file in its own in-memory folder: a
+// session reads, saves and compares that file as it does a file on disk, and
+// the page moves the bytes between it and the user's real file.
 //
 
 #include "EditorModule.h"
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <Poco/Exception.h>
 #include <Poco/File.h>
@@ -43,16 +45,22 @@ namespace {
 // for the tool run beside the file.
 const char* const kRoot = "/keymaps";
 
+// One open file: its session, in a folder of its own.
 struct Editing {
     std::unique_ptr<EditorSession> session;
-    std::unique_ptr<EditorApi> api;
     std::string folder;
+};
+
+// Every open file, in the scheme's order, and the API over all of them.
+struct Held {
+    std::vector<Editing> files;
+    std::unique_ptr<EditorApi> api;
     int opened = 0;
 };
 
-Editing& editing() {
-    static Editing held;
-    return held;
+Held& held() {
+    static Held all;
+    return all;
 }
 
 ZunoAnswer* answer(int status, const std::string& type, std::string body) {
@@ -98,21 +106,29 @@ void removeFolder(const std::string& folder) {
     }
 }
 
+// Serves every open file: a request names its file as the server's do.
+void serveAll() {
+    Held& all = held();
+    std::vector<EditorSession*> sessions;
+    for (const Editing& file : all.files) {
+        sessions.push_back(file.session.get());
+    }
+    all.api.reset(new EditorApi(sessions));
+}
+
 // Opens `name` as a session in a folder of its own, the file holding `bytes`
-// unless `blank`. The session then replaces the one held; when the file does
-// not load, the held one stays, and `refusal` says why.
+// unless `blank`, as file `slot` of the scheme: in place of the one there,
+// after the last for the next slot, in place of them all for a negative one.
+// When the file does not load, the files held stay, and `refusal` says why.
 bool openSession(const std::string& name, const std::string& bytes, bool joystick, bool blank,
-                 std::string& refusal) {
-    Editing& held = editing();
-    const std::string folder = std::string(kRoot) + "/" + std::to_string(++held.opened);
+                 int slot, std::string& refusal) {
+    Held& all = held();
+    const std::string folder = std::string(kRoot) + "/" + std::to_string(++all.opened);
     Poco::File(folder).createDirectories();
     std::string error;
     if (chdir(folder.c_str()) != 0 ||
         (!blank && !km::WriteNewTextFile(name, bytes, std::string(), error))) {
         removeFolder(folder);
-        if (!held.folder.empty()) {
-            chdir(held.folder.c_str());
-        }
         throw Poco::IOException("cannot place " + name + " in the module's file system: " + error);
     }
     zunokeymap::render::RenderOptions picture;
@@ -124,27 +140,34 @@ bool openSession(const std::string& name, const std::string& bytes, bool joystic
         session->opened() == EditorSession::Opened::Unreadable) {
         refusal = session->openDiagnostic().message;
         removeFolder(folder);
-        if (!held.folder.empty() && chdir(held.folder.c_str()) != 0) {
-            throw Poco::IOException("cannot return to the open document's folder");
-        }
         return false;
     }
-    held.api.reset(new EditorApi(*session));
-    held.session = std::move(session);
-    if (!held.folder.empty()) {
-        removeFolder(held.folder);
+    const std::size_t at =
+        slot < 0 ? 0 : std::min(static_cast<std::size_t>(slot), all.files.size());
+    if (slot < 0) {
+        for (std::size_t i = 1; i < all.files.size(); ++i) {
+            removeFolder(all.files[i].folder);
+        }
+        all.files.resize(std::min<std::size_t>(all.files.size(), 1));
     }
-    held.folder = folder;
+    if (at == all.files.size()) {
+        all.files.emplace_back();
+    } else {
+        removeFolder(all.files[at].folder);
+    }
+    all.files[at].session = std::move(session);
+    all.files[at].folder = folder;
+    serveAll();
     return true;
 }
 
-Editing& current() {
-    Editing& held = editing();
-    if (!held.api) {
+Held& current() {
+    Held& all = held();
+    if (!all.api) {
         std::string ignored;
-        openSession("keymap.json", std::string(), false, true, ignored);
+        openSession("keymap.json", std::string(), false, true, -1, ignored);
     }
-    return held;
+    return all;
 }
 
 ZunoAnswer* request(const std::string& method, const std::string& target, std::string body) {
@@ -155,8 +178,16 @@ ZunoAnswer* request(const std::string& method, const std::string& target, std::s
     if (!request.body.empty() || method == "PUT" || method == "POST") {
         request.headers.emplace_back("Content-Type", "application/json");
     }
+    Held& all = current();
+    // A session names its file by the name alone: it works in the file's folder.
+    const EditorSession* named = all.api->sessionOf(request);
+    for (const Editing& file : all.files) {
+        if (file.session.get() == named && chdir(file.folder.c_str()) != 0) {
+            return failure(500, "cannot reach the folder of " + file.session->file());
+        }
+    }
     auto* result = new ZunoAnswer();
-    result->response = current().api->handle(request);
+    result->response = all.api->handle(request);
     return result;
 }
 
@@ -165,14 +196,34 @@ ZunoAnswer* request(const std::string& method, const std::string& target, std::s
 extern "C" {
 
 EMSCRIPTEN_KEEPALIVE ZunoAnswer* zuno_editor_open(const char* name, const char* bytes,
-                                                  std::size_t size, int joystick, int blank) {
+                                                  std::size_t size, int joystick, int blank,
+                                                  int slot) {
     return guarded([&] {
         const std::string file = fileName(name);
         std::string refusal;
-        if (!openSession(file, text(bytes, size), joystick != 0, blank != 0, refusal)) {
+        if (!openSession(file, text(bytes, size), joystick != 0, blank != 0, slot, refusal)) {
             return failure(422, file + " does not load: " + refusal);
         }
-        return request("GET", "/api/state", std::string());
+        const std::size_t at = slot < 0 ? 0 : std::min<std::size_t>(slot, held().files.size() - 1);
+        return request("GET", "/api/state?file=" + std::to_string(at), std::string());
+    });
+}
+
+EMSCRIPTEN_KEEPALIVE ZunoAnswer* zuno_editor_close(int first, int count) {
+    return guarded([&] {
+        Held& all = current();
+        const std::size_t size = all.files.size();
+        if (first < 0 || count < 0 || static_cast<std::size_t>(count) >= size ||
+            static_cast<std::size_t>(first) > size - count) {
+            return failure(422, "no such files to close: one at least stays open");
+        }
+        const auto from = all.files.begin() + first;
+        for (auto file = from; file != from + count; ++file) {
+            removeFolder(file->folder);
+        }
+        all.files.erase(from, from + count);
+        serveAll();
+        return request("GET", "/api/files", std::string());
     });
 }
 

@@ -22,15 +22,22 @@ struct ZunoAnswer;
 
 /// Opens a document for editing: `bytes` are the file named `name` (its
 /// last path component is kept), or, with `blank`, there is no file yet and
-/// editing starts from the blank document. Answers as GET /api/state, or
-/// 422 with the load's `diagnostic` when the file does not load, and then
-/// the document held before stays.
+/// editing starts from the blank document. It becomes file `slot` of the
+/// files open (a scheme): in place of the one there, after the last for the
+/// next slot, and in place of them all for a negative `slot`. Answers as
+/// GET /api/state of that file, or 422 with the load's `diagnostic` when the
+/// file does not load, and then the documents held before stay.
 ZunoAnswer* zuno_editor_open(const char* name, const char* bytes, std::size_t size, int joystick,
-                             int blank);
+                             int blank, int slot);
 
-/// One request of the HTTP contract to the open document (a blank one until
-/// zuno_editor_open). `target` is the path and query. A save writes the
-/// module's own copy of the file, which GET /api/document then reads.
+/// Closes `count` files of the scheme from file `first` on, with their
+/// unsaved work: answers as GET /api/files. One file at least stays open:
+/// 422 for a range that would close them all or lies outside them.
+ZunoAnswer* zuno_editor_close(int first, int count);
+
+/// One request of the HTTP contract to the open documents (a blank one until
+/// zuno_editor_open), naming its file as the server's do. `target` is the path and query. A save
+/// writes the module's own copy of the file, which GET /api/document then reads.
 ZunoAnswer* zuno_editor_request(const char* method, const char* target, const char* body,
                                 std::size_t size);
 

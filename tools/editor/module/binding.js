@@ -41,9 +41,12 @@
   module.request = (method, target, body, options) =>
     withBytes(method, (m) => withBytes(target, (t) => withBytes(body, (b, size) =>
       take(module._zuno_editor_request(m, t, b, size), options))));
-  module.open = (name, bytes, { joystick = false, blank = false } = {}) =>
+  // `slot`: the file of the scheme it becomes (the next one adds it);
+  // without it, the one file open.
+  module.open = (name, bytes, { joystick = false, blank = false, slot = -1 } = {}) =>
     withBytes(name, (n) => withBytes(bytes, (b, size) =>
-      take(module._zuno_editor_open(n, b, size, joystick ? 1 : 0, blank ? 1 : 0))));
+      take(module._zuno_editor_open(n, b, size, joystick ? 1 : 0, blank ? 1 : 0, slot))));
+  module.close = (first, count) => take(module._zuno_editor_close(first, count));
   module.check = (name, bytes, { joystick = false, ...options } = {}) =>
     withBytes(name, (n) => withBytes(bytes, (b, size) =>
       take(module._zuno_keymap_check(n, b, size, joystick ? 1 : 0), options)));

@@ -40,8 +40,17 @@ async function httpCall(method, path, text) {
   return { status: response.status, ok: response.ok, data };
 }
 
-export async function call(method, path, body) {
+// The file of a scheme the page shows, named in every request; until one is
+// chosen, the server's first file is meant.
+let shownFile;
+
+/// Makes every later request one of file `index` of the scheme.
+export function showFile(index) { shownFile = index; }
+
+export async function call(method, target, body) {
   const text = body === undefined || typeof body === 'string' ? body : JSON.stringify(body);
+  const path = shownFile === undefined ? target
+    : `${target}${target.includes('?') ? '&' : '?'}file=${encodeURIComponent(shownFile)}`;
   if (local) return (await local).localRequest(method, path, text);
   return httpCall(method, path, text);
 }
@@ -58,6 +67,8 @@ const query = (params) => new URLSearchParams(params).toString();
 
 export const api = {
   state: () => must(call('GET', '/api/state')),
+  /// The files of the scheme: [{index, name, problems, unsaved, version}].
+  files: async () => (await must(call('GET', '/api/files'))).files,
   /// The held document, its ids, check report and picture, and the history's state.
   snapshot: () => must(call('GET', '/api/snapshot')),
   /// Applies edits in order: {client, seq, ops} -> the snapshot with "results".
@@ -71,8 +82,9 @@ export const api = {
   save: ({ force = false, drop = false, version } = {}) =>
     call('POST', `/api/save?${query({ force: force ? 1 : 0, drop: drop ? 1 : 0 })}`,
       version === undefined ? {} : { version }),
-  /// The held document's version, asked often to see another page's edits.
-  version: async () => (await must(call('GET', '/api/version'))).version,
+  /// The held document's version and the screen's size, asked often to see
+  /// another page's edits and turns: {version, width, height}.
+  version: () => must(call('GET', '/api/version')),
   recovery: (n) => call('GET', `/api/recovery?${query({ n })}`),
   /// Makes recovery file n the held document (undoable): the snapshot.
   openRecovery: (n) => call('POST', '/api/recovery/open', { n }),
@@ -91,6 +103,7 @@ export const api = {
   trigger: async (keys) => (await must(call('POST', '/api/trigger', { keys }))).items,
   macroCheck: async (lines) => (await must(call('POST', '/api/macro/check', { lines }))).bad,
   macroRunning: async (lines) => (await must(call('POST', '/api/macro/running', { lines }))).lines,
-  /// Opens a File or a file handle in the page's own module (standalone only).
-  openFile: async (source) => (await local).openFile(source),
+  /// Opens Files or file handles in the page's own module, in place of the
+  /// files open (standalone only).
+  openFiles: async (sources) => (await local).openFiles(sources),
 };

@@ -1,6 +1,6 @@
 // Work made elsewhere: recovery files of earlier sessions, offered when the
-// page opens, and edits made through another page (tab, window) on the same
-// document, shown as soon as the page learns of them.
+// page opens, and edits and screen turns made through another page (tab,
+// window) on the same document, shown as soon as the page learns of them.
 
 import { element } from './dom.js';
 import { fromSnapshot } from './store.js';
@@ -8,7 +8,10 @@ import { fromSnapshot } from './store.js';
 const $ = (id) => document.getElementById(id);
 
 export class Elsewhere {
-  constructor(store, queue, api) {
+  /// `view.refit()` makes the picture fit a turned screen; `view.turning()`
+  /// says whether this page is turning it.
+  constructor(store, queue, api, view) {
+    this.view = view;
     this.store = store;
     this.queue = queue;
     this.api = api;
@@ -68,11 +71,25 @@ export class Elsewhere {
     return true;
   }
 
+  // Another page turned the screen: a view setting, so the picture is drawn
+  // afresh at the new size and nothing else is said to have changed.
+  async turned(width, height) {
+    const shot = await this.api.snapshot();
+    this.view.refit();
+    this.store.update((state) => ({ ...fromSnapshot(state, shot), width, height,
+      status: `Another page turned the screen: it is ${height > width ? 'portrait' : 'landscape'} now` }));
+  }
+
   async poll() {
     if (this.asking || !window.editorReady || this.queue.busy()) return;
     this.asking = true;
     try {
-      const version = await this.api.version();
+      const { version, width, height } = await this.api.version();
+      const shown = this.store.get();
+      // This page's own turn is shown by its answer.
+      if ((width !== shown.width || height !== shown.height) && !this.queue.busy() && !this.view.turning()) {
+        await this.turned(width, height);
+      }
       if (version !== this.store.get().version && !this.queue.busy()) {
         await this.catchUp('Another page changed this document: it now shows that version.');
       }

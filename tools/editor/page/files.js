@@ -1,6 +1,6 @@
-// Files in a page served as static files: a keymap opened with the picker or
-// dropped on the page, and a screenshot shown under the items. When a
-// keymap has opened, the page hears 'keymap-opened' and shows it.
+// Files in a page served as static files: keymaps opened with the picker or
+// dropped on the page, and a screenshot shown under the items. When keymaps
+// have opened, the page hears 'keymap-opened' and shows the first.
 
 import { api, standalone } from './api.js';
 
@@ -36,12 +36,15 @@ export function restoreScreenshot() {
 
 const isKeymap = (file) => file.type === 'application/json' || /\.json$/i.test(file.name);
 
-async function open(source) {
+// Several keymaps opened together are a scheme: each its own document in
+// the switcher.
+async function open(sources) {
   // Edits on their way belong to the keymap shown: they land before it goes.
   if (window.editorIdle) await window.editorIdle();
-  const { unsaved, name } = await api.state();
-  if (unsaved && !window.confirm(`${name} has unsaved changes. Open another keymap without them?`)) return;
-  const answer = await api.openFile(source);
+  const unsaved = (await api.files()).filter((file) => file.unsaved).map((file) => file.name);
+  if (unsaved.length && !window.confirm(`${unsaved.join(', ')} ${unsaved.length === 1 ? 'has' : 'have'} ` +
+      'unsaved changes. Open other keymaps without them?')) return;
+  const answer = await api.openFiles(sources);
   if (!answer.ok) {
     status(`Not opened: ${(answer.data && answer.data.error) || `HTTP ${answer.status}`}`);
     return;
@@ -57,9 +60,9 @@ async function pickKeymap() {
     return;
   }
   try {
-    const [handle] = await window.showOpenFilePicker({
+    const handles = await window.showOpenFilePicker({ multiple: true,
       types: [{ description: 'Keymap', accept: { 'application/json': ['.json'] } }] });
-    await open(handle);
+    await open(handles);
   } catch (error) {
     if (error.name !== 'AbortError') status(`Not opened: ${error.message}`);
   }
@@ -70,24 +73,24 @@ if (standalone) {
   $('open').addEventListener('click', pickKeymap);
   $('screenshot').addEventListener('click', () => $('screenshot-file').click());
   $('open-file').addEventListener('change', (e) => {
-    if (e.target.files[0]) open(e.target.files[0]);
+    if (e.target.files.length) open([...e.target.files]);
     e.target.value = '';
   });
   $('screenshot-file').addEventListener('change', (e) => {
     if (e.target.files[0]) showScreenshot(e.target.files[0]);
     e.target.value = '';
   });
-  // A keymap dropped anywhere on the page opens; images are the picture's (main.js).
+  // Keymaps dropped anywhere on the page open; images are the picture's (main.js).
   document.addEventListener('dragover', (e) => e.preventDefault());
   document.addEventListener('drop', (e) => {
     e.preventDefault();
-    const items = [...(e.dataTransfer ? e.dataTransfer.items : [])];
-    const item = items.find((entry) => entry.kind === 'file' && isKeymap(entry.getAsFile()));
-    if (!item) return;
-    // The handle must be asked for while the drop is being handled.
-    const handle = typeof item.getAsFileSystemHandle === 'function' ? item.getAsFileSystemHandle() : null;
-    const dropped = item.getAsFile();
-    Promise.resolve(handle).then((found) => open(found && found.kind === 'file' ? found : dropped))
+    const items = [...(e.dataTransfer ? e.dataTransfer.items : [])]
+      .filter((entry) => entry.kind === 'file' && isKeymap(entry.getAsFile()));
+    if (items.length === 0) return;
+    // The handles must be asked for while the drop is being handled.
+    const dropped = items.map((item) => item.getAsFile());
+    const handles = items.map((item) => (typeof item.getAsFileSystemHandle === 'function' ? item.getAsFileSystemHandle() : null));
+    Promise.all(handles).then((found) => open(found.map((handle, i) => (handle && handle.kind === 'file' ? handle : dropped[i]))))
       .catch(() => open(dropped));
   });
 }

@@ -34,7 +34,11 @@ export class ItemList {
         first: !state.selected.length && index === 0, colour: colours[item.type], shape: markers[item.type] };
       return { key: JSON.stringify(row), make: () => this.row(row) };
     });
-    if (rows.length === 0) rows.push({ key: 'empty', make: () => element('li', { class: 'empty', text: 'No items' }) });
+    // The list is a listbox: even its note of emptiness is an option, one that cannot be chosen.
+    if (rows.length === 0) {
+      rows.push({ key: 'empty',
+        make: () => element('li', { class: 'empty', role: 'option', 'aria-disabled': 'true', text: 'No items' }) });
+    }
     this.rows = keyedChildren(this.list, this.rows, rows);
     if (focusedId !== null) {
       const again = this.list.querySelector(`li[data-item-id="${focusedId}"]`);

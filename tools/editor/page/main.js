@@ -4,7 +4,7 @@
 // applies them to the document it holds, through the library, and answers
 // with the document, its check and its picture, which the page then shows.
 
-import { api } from './api.js';
+import { api, showFile } from './api.js';
 import { restoreScreenshot, showScreenshot, showScreenshotUrl } from './files.js';
 import { Gestures, undoState } from './history.js';
 import { GLYPHS, ItemList } from './itemlist.js';
@@ -20,6 +20,7 @@ import { ScreenView } from './screen.js';
 import { arrange } from './arrange.js';
 import { element, keyedChildren } from './dom.js';
 import { Elsewhere } from './elsewhere.js';
+import { Switcher } from './schemes.js';
 
 const $ = (id) => document.getElementById(id);
 const store = new Store(undefined, (fn) => requestAnimationFrame(fn));
@@ -201,6 +202,7 @@ function render(state) {
   $('zoom-level').textContent = `${Math.round(state.zoom * 100)}%`;
   macro.render(state);
   screen.render(state);
+  switcher.render(state);
 }
 store.subscribe(render);
 
@@ -405,6 +407,7 @@ async function save(options = {}) {
     // A save moves the version on; the document shown is the one saved.
     const version = answer.data.version ?? store.get().version;
     store.update({ unsaved: false, isNew: false, conflict: false, status, version });
+    switcher.refresh().then(() => store.changed());
   } else if (answer.status === 409 && answer.data.stale) {
     await elsewhere.catchUp('Another page changed this document: it now shows that version. Nothing was saved.');
     store.update({ status: 'Not saved: another page changed the document; look it over and save again' });
@@ -541,7 +544,9 @@ document.addEventListener('keyup', (e) => {
 });
 
 window.addEventListener('beforeunload', (e) => {
-  if (!store.get().unsaved && !queue.busy()) return;
+  // Another file of a scheme counts too.
+  const elsewhereUnsaved = switcher.files.some((file) => file.unsaved && file.index !== switcher.shown);
+  if (!store.get().unsaved && !queue.busy() && !elsewhereUnsaved) return;
   e.preventDefault();
   e.returnValue = '';
 });
@@ -620,12 +625,49 @@ function palette(types, kind) {
 }
 
 // Recovery files of earlier sessions, and another page's edits.
-const elsewhere = new Elsewhere(store, queue, api);
+const elsewhere = new Elsewhere(store, queue, api,
+  { refit: () => { picture.shownWidth = 0; }, turning: () => Boolean(screen.turning) });
+
+// Another file of the scheme. What was typed or sent lands in the file it
+// was made in first; the other file then comes with a selection, view and
+// history of its own. The version poll waits meanwhile, so that it never
+// takes the other file's version for another page's edit.
+async function showScheme(index) {
+  itemPanel.commitFocused();
+  settingsPanel.commitFocused();
+  macro.commit();
+  if (store.get().mode === 'pick') macro.stop();
+  if (store.get().mode === 'test') tester.toggle();
+  await queue.idle();
+  while (elsewhere.asking) await new Promise((resolve) => setTimeout(resolve, 20));
+  elsewhere.asking = true;
+  try {
+    showFile(index);
+    const [info, shot] = await Promise.all([api.state(), api.snapshot()]);
+    picture.shownWidth = 0;
+    store.update((state) => ({ ...fromSnapshot({ ...state, selected: [], hidden: [] }, shot),
+      name: info.name, isNew: info.new, width: info.width, height: info.height, errors: {},
+      conflict: false, showSettings: false, status: `Showing ${info.name}` }));
+    elsewhere.offer(info.recovery);
+    return true;
+  } catch (error) {
+    // The file shown stays the one the page's requests name.
+    showFile(switcher.shown);
+    store.update({ status: `Not switched: ${error.message}` });
+    return false;
+  } finally {
+    elsewhere.asking = false;
+  }
+}
+const switcher = new Switcher($('scheme'), api, { choose: showScheme });
+setInterval(() => {
+  if (switcher.files.length > 1 && !document.hidden) switcher.refresh().then(() => store.changed());
+}, 1000);
 
 async function start() {
   try {
     const [info, loadedSchema, types, loadedShapes, shot] = await Promise.all([api.state(),
-      api.schema(), api.types(), api.shapes(), api.snapshot()]);
+      api.schema(), api.types(), api.shapes(), api.snapshot(), switcher.refresh()]);
     schema = loadedSchema;
     shapes = loadedShapes;
     store.update((state) => ({ ...fromSnapshot(state, shot), name: info.name, isNew: info.new,
@@ -657,8 +699,10 @@ async function start() {
 // The static page's storage could not keep the work: the user must know.
 window.addEventListener('keymap-storage', (e) => elsewhere.notice(e.detail));
 
-// Another keymap opened in the page (served as static files): shown afresh.
+// Other keymaps opened in the page (served as static files): the first shown afresh.
 window.addEventListener('keymap-opened', () => {
+  showFile(undefined);
+  switcher.shown = 0;
   store.update({ selected: [], hidden: [], errors: {}, showSettings: false, status: '' });
   start();
 });

@@ -1,6 +1,6 @@
 // The keymap module in a worker of its own, so that loading, checking and
 // drawing a large document never holds up the page. Messages in:
-// { id, op: 'open' | 'request', args }; out: { id, answer } or { id, error }.
+// { id, op: 'open' | 'close' | 'request', args }; out: { id, answer } or { id, error }.
 
 /* global createKeymapModule */
 
@@ -27,7 +27,7 @@ const ready = compiled.then((code) => new Promise((resolve, reject) => {
 // the module is there, while the page is still loading, and the page's own
 // open, which replaces it, runs at the speed of a second one.
 ready.then((module) => module.open('keymap.json', '', { blank: true })).catch(() => {});
-const operations = new Set(['open', 'request']);
+const operations = new Set(['open', 'close', 'request']);
 
 self.onmessage = async ({ data }) => {
   const { id, op, args } = data;

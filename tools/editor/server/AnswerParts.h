@@ -47,6 +47,7 @@ bool ChangedItems(const std::string& before, const TextParts& was, const std::st
 class AnswerBasis {
 public:
     struct Shown {
+        const void* session = nullptr;  ///< the document's session, of several
         long version = 0;
         std::vector<long> ids;
         std::string document;

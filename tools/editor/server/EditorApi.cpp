@@ -384,13 +384,40 @@ struct EditorApi::Route {
     const char* path;
     const char* method;
     bool jsonBody;  ///< changes state: takes a JSON body
-    HttpResponse (EditorApi::*run)(const HttpRequest&);
+    HttpResponse (EditorApi::*run)(EditorSession&, const HttpRequest&);
 };
 
 EditorApi::EditorApi(EditorSession& session, std::string token, int port)
-    : session_(session), token_(std::move(token)), port_(port), door_(true) {}
+    : EditorApi(std::vector<EditorSession*>{&session}, std::move(token), port) {}
 
-EditorApi::EditorApi(EditorSession& session) : session_(session), port_(0), door_(false) {}
+EditorApi::EditorApi(std::vector<EditorSession*> sessions, std::string token, int port)
+    : sessions_(std::move(sessions)), token_(std::move(token)), port_(port), door_(true) {}
+
+EditorApi::EditorApi(EditorSession& session) : EditorApi(std::vector<EditorSession*>{&session}) {}
+
+EditorApi::EditorApi(std::vector<EditorSession*> sessions)
+    : sessions_(std::move(sessions)), port_(0), door_(false) {}
+
+EditorSession* EditorApi::sessionOf(const HttpRequest& request) const {
+    bool named = false;
+    const std::string file = request.query("file", &named);
+    if (!named) {
+        return sessions_.empty() ? nullptr : sessions_.front();
+    }
+    // By its place in the scheme, or by its name: keymap names end in .json,
+    // so no name is taken for a number.
+    if (!file.empty() && file.size() < 6 &&
+        file.find_first_not_of("0123456789") == std::string::npos) {
+        const std::size_t index = std::stoul(file);
+        return index < sessions_.size() ? sessions_[index] : nullptr;
+    }
+    for (EditorSession* session : sessions_) {
+        if (Poco::Path(session->file()).getFileName() == file) {
+            return session;
+        }
+    }
+    return nullptr;
+}
 
 std::string EditorApi::MakeToken() {
     Poco::RandomInputStream random;
@@ -417,6 +444,7 @@ const EditorApi::Route* EditorApi::findRoute(const std::string& path) {
         {"/api/render.svg", "GET", false, &EditorApi::getRender},
         {"/api/save", "POST", true, &EditorApi::postSave},
         {"/api/state", "GET", false, &EditorApi::getState},
+        {"/api/files", "GET", false, &EditorApi::getFiles},
         {"/api/recovery", "GET", false, &EditorApi::getRecovery},
         {"/api/recovery/open", "POST", true, &EditorApi::postRecoveryOpen},
         {"/api/recovery/dismiss", "POST", true, &EditorApi::postRecoveryDismiss},
@@ -562,24 +590,28 @@ HttpResponse EditorApi::dispatch(const HttpRequest& request) {
     if (!Poco::startsWith(path, std::string("/api/"))) {
         return getPage(request);
     }
+    EditorSession* session = sessionOf(request);
+    if (session == nullptr) {
+        return respondError(404, "no such file in the scheme: " + request.query("file"));
+    }
     for (const Route* route = findRoute(path);
          route != nullptr && route->path != nullptr && path == route->path; ++route) {
         if (request.method == route->method) {
-            return (this->*route->run)(request);
+            return (this->*route->run)(*session, request);
         }
     }
     return respondError(405, "wrong method");  // screen() answered this already
 }
 
-HttpResponse EditorApi::getDocument(const HttpRequest&) {
-    HttpResponse response = respond(200, kJson, session_.documentText());
-    response.set("X-Keymap-Unsaved", session_.unsaved() ? "true" : "false");
+HttpResponse EditorApi::getDocument(EditorSession& session, const HttpRequest&) {
+    HttpResponse response = respond(200, kJson, session.documentText());
+    response.set("X-Keymap-Unsaved", session.unsaved() ? "true" : "false");
     return response;
 }
 
-HttpResponse EditorApi::putDocument(const HttpRequest& request) {
+HttpResponse EditorApi::putDocument(EditorSession& session, const HttpRequest& request) {
     km::LoadDiagnostic diagnostic;
-    if (!session_.replace(request.body, diagnostic)) {
+    if (!session.replace(request.body, diagnostic)) {
         Object::Ptr extra = newObject();
         extra->set("diagnostic", diagnosticJson(diagnostic));
         const bool malformed = diagnostic.problem == km::LoadDiagnostic::Problem::Malformed;
@@ -589,23 +621,23 @@ HttpResponse EditorApi::putDocument(const HttpRequest& request) {
         }
         return respondError(malformed ? 400 : 422, diagnostic.message, extra);
     }
-    HttpResponse response = getCheck(request);
-    response.set("X-Keymap-Unsaved", session_.unsaved() ? "true" : "false");
+    HttpResponse response = getCheck(session, request);
+    response.set("X-Keymap-Unsaved", session.unsaved() ? "true" : "false");
     return response;
 }
 
-HttpResponse EditorApi::getCheck(const HttpRequest&) {
+HttpResponse EditorApi::getCheck(EditorSession& session, const HttpRequest&) {
     std::string body;
     JsonWriter writer(body);
-    WriteCheckReportJson(writer, session_.file(), *session_.check());
+    WriteCheckReportJson(writer, session.file(), *session.check());
     return respond(200, kJson, std::move(body));
 }
 
-HttpResponse EditorApi::getRender(const HttpRequest&) {
-    return respond(200, "image/svg+xml", session_.renderSvg());
+HttpResponse EditorApi::getRender(EditorSession& session, const HttpRequest&) {
+    return respond(200, "image/svg+xml", session.renderSvg());
 }
 
-HttpResponse EditorApi::postSave(const HttpRequest& request) {
+HttpResponse EditorApi::postSave(EditorSession& session, const HttpRequest& request) {
     long long version = 0;
     if (!request.body.empty()) {
         Poco::Dynamic::Var body;
@@ -626,11 +658,11 @@ HttpResponse EditorApi::postSave(const HttpRequest& request) {
     };
     std::string message;
     long long held = 0;
-    switch (session_.save(flag("force"), flag("drop"), version, held, message)) {
+    switch (session.save(flag("force"), flag("drop"), version, held, message)) {
         case EditorSession::SaveResult::Saved: {
             Object::Ptr body = newObject();
             body->set("saved", true);
-            body->set("file", session_.file());
+            body->set("file", session.file());
             body->set("version", held);
             return respondJson(200, body);
         }
@@ -648,7 +680,7 @@ HttpResponse EditorApi::postSave(const HttpRequest& request) {
         case EditorSession::SaveResult::WouldLose: {
             Object::Ptr extra = newObject();
             Array::Ptr lost = new Array();
-            for (const std::string& path : session_.lost()) {
+            for (const std::string& path : session.lost()) {
                 lost->add(path);
             }
             extra->set("lost", lost);
@@ -660,48 +692,68 @@ HttpResponse EditorApi::postSave(const HttpRequest& request) {
     return respondError(500, message);
 }
 
-HttpResponse EditorApi::getState(const HttpRequest&) {
-    const std::pair<int, int> screen = session_.screenSize();
+HttpResponse EditorApi::getState(EditorSession& session, const HttpRequest&) {
+    const std::pair<int, int> screen = session.screenSize();
     Object::Ptr body = newObject();
-    body->set("file", session_.file());
-    body->set("name", Poco::Path(session_.file()).getFileName());
-    body->set("new", session_.opened() == EditorSession::Opened::Missing);
-    body->set("joystick", session_.joystick());
-    body->set("unsaved", session_.unsaved());
+    body->set("file", session.file());
+    body->set("name", Poco::Path(session.file()).getFileName());
+    body->set("new", session.opened() == EditorSession::Opened::Missing);
+    body->set("joystick", session.joystick());
+    body->set("unsaved", session.unsaved());
     body->set("width", screen.first);
     body->set("height", screen.second);
-    body->set("background", !session_.renderOptions().background.bytes.empty());
+    body->set("background", !session.renderOptions().background.bytes.empty());
     // The frame of a macro script's points, whatever the screen.
     body->set("macro_width", km::kMacroScreenWidth);
     body->set("macro_height", km::kMacroScreenHeight);
-    body->set("recovery", recoveryJson(session_.recoveries()));
+    body->set("recovery", recoveryJson(session.recoveries()));
     Array::Ptr lost = new Array();
-    for (const std::string& path : session_.lost()) {
+    for (const std::string& path : session.lost()) {
         lost->add(path);
     }
     body->set("lost", lost);
     return respondJson(200, body);
 }
 
-HttpResponse EditorApi::getRecovery(const HttpRequest& request) {
+HttpResponse EditorApi::getFiles(EditorSession&, const HttpRequest&) {
+    Array::Ptr files = new Array();
+    for (std::size_t i = 0; i < sessions_.size(); ++i) {
+        const EditorSession& session = *sessions_[i];
+        const std::shared_ptr<const km::CheckReport> report = session.check();
+        Object::Ptr entry = newObject();
+        entry->set("index", static_cast<int>(i));
+        entry->set("name", Poco::Path(session.file()).getFileName());
+        entry->set("problems", static_cast<int>(report->errors() + report->warnings()));
+        entry->set("errors", static_cast<int>(report->errors()));
+        entry->set("warnings", static_cast<int>(report->warnings()));
+        entry->set("unsaved", session.unsaved());
+        entry->set("version", session.version());
+        files->add(entry);
+    }
+    Object::Ptr body = newObject();
+    body->set("files", files);
+    return respondJson(200, body);
+}
+
+HttpResponse EditorApi::getRecovery(EditorSession& session, const HttpRequest& request) {
     // Only the recovery files the session found can be read, by number.
     int n = 0;
     std::string text;
     if (!readInt(request.query("n").empty() ? "0" : request.query("n"), n) ||
-        !session_.recoveryText(n, text)) {
+        !session.recoveryText(n, text)) {
         return respondError(404, "no such recovery file");
     }
     return respond(200, kJson, text);
 }
 
-HttpResponse EditorApi::postRecoveryOpen(const HttpRequest& request) {
+HttpResponse EditorApi::postRecoveryOpen(EditorSession& session, const HttpRequest& request) {
     int n = -1;
     HttpResponse error;
     if (!readRecoveryNumber(request.body, false, n, error)) {
         return error;
     }
     km::LoadDiagnostic diagnostic;
-    if (!session_.openRecovery(n, diagnostic)) {
+    if (!session.openRecovery(n, diagnostic)) {
         if (!diagnostic.failed) {
             return respondError(404, "no such recovery file");
         }
@@ -709,24 +761,24 @@ HttpResponse EditorApi::postRecoveryOpen(const HttpRequest& request) {
         extra->set("diagnostic", diagnosticJson(diagnostic));
         return respondError(422, diagnostic.message, extra);
     }
-    return getSnapshot(request);
+    return getSnapshot(session, request);
 }
 
-HttpResponse EditorApi::postRecoveryDismiss(const HttpRequest& request) {
+HttpResponse EditorApi::postRecoveryDismiss(EditorSession& session, const HttpRequest& request) {
     int n = -1;
     HttpResponse error;
     if (!readRecoveryNumber(request.body, true, n, error)) {
         return error;
     }
-    if (!session_.dismissRecovery(n)) {
+    if (!session.dismissRecovery(n)) {
         return respondError(404, "no such recovery file");
     }
     Object::Ptr body = newObject();
-    body->set("recovery", recoveryJson(session_.recoveries()));
+    body->set("recovery", recoveryJson(session.recoveries()));
     return respondJson(200, body);
 }
 
-HttpResponse EditorApi::getSchema(const HttpRequest&) {
+HttpResponse EditorApi::getSchema(EditorSession&, const HttpRequest&) {
     const PageAsset* schema = FindPageAsset("keymap.schema.json");
     if (schema == nullptr) {
         return respondError(404, "no schema was built in");
@@ -734,7 +786,7 @@ HttpResponse EditorApi::getSchema(const HttpRequest&) {
     return respond(200, kJson, std::string(schema->data, schema->size));
 }
 
-HttpResponse EditorApi::getTypes(const HttpRequest&) {
+HttpResponse EditorApi::getTypes(EditorSession&, const HttpRequest&) {
     Array::Ptr types = new Array();
     for (const std::string_view type : km::kDocumentItemTypeNames) {
         types->add(std::string(type));
@@ -756,7 +808,7 @@ const char* const kTemplates[][2] = {
 
 }  // namespace
 
-HttpResponse EditorApi::getTemplates(const HttpRequest&) {
+HttpResponse EditorApi::getTemplates(EditorSession&, const HttpRequest&) {
     Array::Ptr list = new Array();
     for (const auto& entry : kTemplates) {
         Object::Ptr one = newObject();
@@ -769,7 +821,7 @@ HttpResponse EditorApi::getTemplates(const HttpRequest&) {
     return respondJson(200, body);
 }
 
-HttpResponse EditorApi::getTemplate(const HttpRequest& request) {
+HttpResponse EditorApi::getTemplate(EditorSession&, const HttpRequest& request) {
     const std::string name = request.query("name");
     for (const auto& entry : kTemplates) {
         const PageAsset* asset =
@@ -781,7 +833,7 @@ HttpResponse EditorApi::getTemplate(const HttpRequest& request) {
     return respondError(404, "no template '" + name + "'");
 }
 
-HttpResponse EditorApi::getItem(const HttpRequest& request) {
+HttpResponse EditorApi::getItem(EditorSession&, const HttpRequest& request) {
     const std::string type = request.query("type");
     std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(type));
     if (!item) {
@@ -790,7 +842,7 @@ HttpResponse EditorApi::getItem(const HttpRequest& request) {
     return respondJson(200, item->ConvertToJsonObject());
 }
 
-HttpResponse EditorApi::getKey(const HttpRequest& request) {
+HttpResponse EditorApi::getKey(EditorSession&, const HttpRequest& request) {
     km::ConfigKey key;
     std::string error;
     if (!keyOf([&request](const char* name) { return request.query(name); }, key, error, true)) {
@@ -801,7 +853,7 @@ HttpResponse EditorApi::getKey(const HttpRequest& request) {
     return respondJson(200, body);
 }
 
-HttpResponse EditorApi::postMacroCheck(const HttpRequest& request) {
+HttpResponse EditorApi::postMacroCheck(EditorSession&, const HttpRequest& request) {
     std::vector<std::string> lines;
     HttpResponse error;
     if (!readMacroLines(request.body, lines, error)) {
@@ -816,7 +868,7 @@ HttpResponse EditorApi::postMacroCheck(const HttpRequest& request) {
     return respondJson(200, result);
 }
 
-HttpResponse EditorApi::postMacroRunning(const HttpRequest& request) {
+HttpResponse EditorApi::postMacroRunning(EditorSession&, const HttpRequest& request) {
     std::vector<std::string> lines;
     HttpResponse error;
     if (!readMacroLines(request.body, lines, error)) {
@@ -843,20 +895,22 @@ HttpResponse EditorApi::getPage(const HttpRequest& request) const {
     return respond(200, mimeOf(name), std::string(asset->data, asset->size));
 }
 
-HttpResponse EditorApi::getSnapshot(const HttpRequest&) {
-    return respond(200, kJson, snapshotJson(session_.snapshot(true), session_.file(), nullptr));
+HttpResponse EditorApi::getSnapshot(EditorSession& session, const HttpRequest&) {
+    return respond(200, kJson, snapshotJson(session.snapshot(true), session.file(), nullptr));
 }
 
-std::string EditorApi::editAnswer(EditorSession::Snapshot shot,
-                                  const std::vector<EditResult>& results, long long since) {
+std::string EditorApi::editAnswer(EditorSession& session, const std::vector<EditResult>& results,
+                                  long long since) {
+    EditorSession::Snapshot shot = session.snapshot(true);
     AnswerBasis::Shown now;
+    now.session = &session;
     now.version = shot.version;
     now.ids = shot.ids;
     now.document = shot.text;
     now.svg = shot.svg;
     now.captions = shot.captions;
     JsonWriter reportWriter(now.report);
-    WriteCheckReportJson(reportWriter, session_.file(), *shot.report);
+    WriteCheckReportJson(reportWriter, session.file(), *shot.report);
     AnswerBasis::Shown was = now;
     basis_.swap(was);
     // The page names the version it shows; when that is the last answer's,
@@ -866,19 +920,19 @@ std::string EditorApi::editAnswer(EditorSession::Snapshot shot,
     delta.document = KeymapItemParts(now.document);
     delta.svg = PictureParts(now.svg);
     delta.captions = ArrayParts(now.captions);
-    if (since == 0 || was.version != since || was.ids != now.ids ||
+    if (since == 0 || was.session != now.session || was.version != since || was.ids != now.ids ||
         !ChangedItems(was.document, KeymapItemParts(was.document), now.document, delta.document,
                       delta.documentChanged) ||
         !ChangedItems(was.svg, PictureParts(was.svg), now.svg, delta.svg, delta.svgChanged) ||
         !ChangedItems(was.captions, ArrayParts(was.captions), now.captions, delta.captions,
                       delta.captionsChanged)) {
-        return snapshotJson(shot, session_.file(), &results, nullptr, &now.report);
+        return snapshotJson(shot, session.file(), &results, nullptr, &now.report);
     }
     delta.sameReport = was.report == now.report;
-    return snapshotJson(shot, session_.file(), &results, &delta, &now.report);
+    return snapshotJson(shot, session.file(), &results, &delta, &now.report);
 }
 
-HttpResponse EditorApi::postEdit(const HttpRequest& request) {
+HttpResponse EditorApi::postEdit(EditorSession& session, const HttpRequest& request) {
     Object::Ptr edit;
     Array::Ptr ops;
     HttpResponse error;
@@ -910,7 +964,7 @@ HttpResponse EditorApi::postEdit(const HttpRequest& request) {
         return respondError(422, "\"seq\" must be an integer from 1 below 2^53");
     }
     const EditorSession::EditAnswer answer =
-        session_.edit(ops, client.isEmpty() ? std::string() : client.extract<std::string>(), seq);
+        session.edit(ops, client.isEmpty() ? std::string() : client.extract<std::string>(), seq);
     if (answer.stale) {
         Object::Ptr extra = newObject();
         extra->set("seq", answer.lastSeq);
@@ -921,21 +975,24 @@ HttpResponse EditorApi::postEdit(const HttpRequest& request) {
     }
     long long since = 0;
     const bool hasSince = readWhole(edit->get("since"), 1, since);
-    return respond(200, kJson,
-                   editAnswer(session_.snapshot(true), answer.results, hasSince ? since : 0));
+    return respond(200, kJson, editAnswer(session, answer.results, hasSince ? since : 0));
 }
 
-HttpResponse EditorApi::getVersion(const HttpRequest&) {
+HttpResponse EditorApi::getVersion(EditorSession& session, const HttpRequest&) {
     Object::Ptr body = newObject();
-    body->set("version", session_.version());
+    body->set("version", session.version());
+    // A turn is no change of the document, but every page shows it.
+    const std::pair<int, int> screen = session.screenSize();
+    body->set("width", screen.first);
+    body->set("height", screen.second);
     return respondJson(200, body);
 }
 
-HttpResponse EditorApi::getShapes(const HttpRequest&) {
+HttpResponse EditorApi::getShapes(EditorSession&, const HttpRequest&) {
     return respondJson(200, ShapesJson());
 }
 
-HttpResponse EditorApi::postTrigger(const HttpRequest& request) {
+HttpResponse EditorApi::postTrigger(EditorSession& session, const HttpRequest& request) {
     Object::Ptr object;
     Array::Ptr keys;
     HttpResponse error;
@@ -960,27 +1017,27 @@ HttpResponse EditorApi::postTrigger(const HttpRequest& request) {
     }
     trigger.combination = keys->size() == 2;
     Object::Ptr result = newObject();
-    result->set("items", session_.triggered(trigger));
+    result->set("items", session.triggered(trigger));
     return respondJson(200, result);
 }
 
-HttpResponse EditorApi::postReload(const HttpRequest&) {
+HttpResponse EditorApi::postReload(EditorSession& session, const HttpRequest&) {
     km::LoadDiagnostic diagnostic;
-    if (!session_.reload(diagnostic)) {
+    if (!session.reload(diagnostic)) {
         Object::Ptr extra = newObject();
         extra->set("diagnostic", diagnosticJson(diagnostic));
         return respondError(422, diagnostic.message, extra);
     }
-    return getSnapshot(HttpRequest());
+    return getSnapshot(session, HttpRequest());
 }
 
-HttpResponse EditorApi::postScreenTurn(const HttpRequest&) {
-    session_.turnScreen();
-    return getSnapshot(HttpRequest());
+HttpResponse EditorApi::postScreenTurn(EditorSession& session, const HttpRequest&) {
+    session.turnScreen();
+    return getSnapshot(session, HttpRequest());
 }
 
-HttpResponse EditorApi::getBackground(const HttpRequest&) {
-    const render::Background& background = session_.renderOptions().background;
+HttpResponse EditorApi::getBackground(EditorSession& session, const HttpRequest&) {
+    const render::Background& background = session.renderOptions().background;
     if (background.bytes.empty()) {
         return respondError(404, "no background was given");
     }

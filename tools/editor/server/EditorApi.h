@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "AnswerParts.h"
 #include "EditorSession.h"
@@ -30,9 +31,18 @@ public:
     /// Serves `session` on 127.0.0.1:`port` to clients that show `token`.
     EditorApi(EditorSession& session, std::string token, int port);
 
+    /// Serves the files of a scheme, each its own session, on
+    /// 127.0.0.1:`port`. A request names its file in the `file` query
+    /// parameter, by its index in `sessions` or its name; without it, the
+    /// first is meant. `sessions` must not be empty.
+    EditorApi(std::vector<EditorSession*> sessions, std::string token, int port);
+
     /// Serves `session` to a page in this very process (the editor built for
     /// the browser): no socket, so no Host or token to check.
     explicit EditorApi(EditorSession& session);
+
+    /// Serves the files of a scheme to a page in this very process.
+    explicit EditorApi(std::vector<EditorSession*> sessions);
 
     /// Answers what can be decided from the method, the target and the
     /// headers alone: a response with status 0 lets the request through, to
@@ -41,6 +51,9 @@ public:
 
     /// The answer to `request`, its body read whole. Never throws.
     HttpResponse handle(const HttpRequest& request);
+
+    /// The session the request's `file` names; null for none.
+    EditorSession* sessionOf(const HttpRequest& request) const;
 
     const std::string& token() const { return token_; }
     int port() const { return port_; }
@@ -61,38 +74,39 @@ private:
     static const Route* findRoute(const std::string& path);
     HttpResponse dispatch(const HttpRequest& request);
 
-    HttpResponse getDocument(const HttpRequest& request);
-    HttpResponse putDocument(const HttpRequest& request);
-    HttpResponse getCheck(const HttpRequest& request);
-    HttpResponse getRender(const HttpRequest& request);
-    HttpResponse postSave(const HttpRequest& request);
-    HttpResponse getState(const HttpRequest& request);
-    HttpResponse getRecovery(const HttpRequest& request);
-    HttpResponse postRecoveryOpen(const HttpRequest& request);
-    HttpResponse postRecoveryDismiss(const HttpRequest& request);
-    HttpResponse getSchema(const HttpRequest& request);
-    HttpResponse getTypes(const HttpRequest& request);
-    HttpResponse getTemplates(const HttpRequest& request);
-    HttpResponse getTemplate(const HttpRequest& request);
-    HttpResponse getItem(const HttpRequest& request);
-    HttpResponse getKey(const HttpRequest& request);
-    HttpResponse postMacroCheck(const HttpRequest& request);
-    HttpResponse postMacroRunning(const HttpRequest& request);
-    HttpResponse getSnapshot(const HttpRequest& request);
-    /// The answer to an edit: the snapshot, or, when the page shows the
-    /// version `since` of the last answer, only what changed since.
-    std::string editAnswer(EditorSession::Snapshot shot, const std::vector<EditResult>& results,
+    HttpResponse getDocument(EditorSession& session, const HttpRequest& request);
+    HttpResponse putDocument(EditorSession& session, const HttpRequest& request);
+    HttpResponse getCheck(EditorSession& session, const HttpRequest& request);
+    HttpResponse getRender(EditorSession& session, const HttpRequest& request);
+    HttpResponse postSave(EditorSession& session, const HttpRequest& request);
+    HttpResponse getState(EditorSession& session, const HttpRequest& request);
+    HttpResponse getFiles(EditorSession& session, const HttpRequest& request);
+    HttpResponse getRecovery(EditorSession& session, const HttpRequest& request);
+    HttpResponse postRecoveryOpen(EditorSession& session, const HttpRequest& request);
+    HttpResponse postRecoveryDismiss(EditorSession& session, const HttpRequest& request);
+    HttpResponse getSchema(EditorSession& session, const HttpRequest& request);
+    HttpResponse getTypes(EditorSession& session, const HttpRequest& request);
+    HttpResponse getTemplates(EditorSession& session, const HttpRequest& request);
+    HttpResponse getTemplate(EditorSession& session, const HttpRequest& request);
+    HttpResponse getItem(EditorSession& session, const HttpRequest& request);
+    HttpResponse getKey(EditorSession& session, const HttpRequest& request);
+    HttpResponse postMacroCheck(EditorSession& session, const HttpRequest& request);
+    HttpResponse postMacroRunning(EditorSession& session, const HttpRequest& request);
+    HttpResponse getSnapshot(EditorSession& session, const HttpRequest& request);
+    /// The answer to an edit of `session`: the snapshot, or, when the page
+    /// shows the version `since` of the last answer, only what changed since.
+    std::string editAnswer(EditorSession& session, const std::vector<EditResult>& results,
                            long long since);
-    HttpResponse postEdit(const HttpRequest& request);
-    HttpResponse getShapes(const HttpRequest& request);
-    HttpResponse postTrigger(const HttpRequest& request);
-    HttpResponse getBackground(const HttpRequest& request);
-    HttpResponse postReload(const HttpRequest& request);
-    HttpResponse getVersion(const HttpRequest& request);
-    HttpResponse postScreenTurn(const HttpRequest& request);
+    HttpResponse postEdit(EditorSession& session, const HttpRequest& request);
+    HttpResponse getShapes(EditorSession& session, const HttpRequest& request);
+    HttpResponse postTrigger(EditorSession& session, const HttpRequest& request);
+    HttpResponse getBackground(EditorSession& session, const HttpRequest& request);
+    HttpResponse postReload(EditorSession& session, const HttpRequest& request);
+    HttpResponse getVersion(EditorSession& session, const HttpRequest& request);
+    HttpResponse postScreenTurn(EditorSession& session, const HttpRequest& request);
     HttpResponse getPage(const HttpRequest& request) const;
 
-    EditorSession& session_;
+    const std::vector<EditorSession*> sessions_;
     AnswerBasis basis_;  ///< what the last edit's answer showed
     const std::string token_;
     int port_;
