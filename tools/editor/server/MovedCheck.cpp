@@ -11,75 +11,14 @@
 #include <cstddef>
 #include <vector>
 
+#include "AnswerParts.h"
+
 namespace zunokeymap {
 namespace editor {
 
 namespace km = zunokeymapmanager;
 
 namespace {
-
-/// Where the items of "keymaps" lie in a document's text, in bytes.
-struct ItemSpans {
-    std::size_t firstStart = 0;  ///< the first item's '{'
-    std::size_t start = 0;       ///< the wanted item's '{'
-    std::size_t end = 0;         ///< just after the wanted item's '}'
-    std::size_t lastEnd = 0;     ///< just after the last item's '}'
-    bool found = false;
-};
-
-// One pass over the text: strings are skipped whole, so no brace inside one
-// counts; the items are the objects directly inside the top-level
-// "keymaps" array.
-ItemSpans findItem(const std::string& text, int index) {
-    ItemSpans spans;
-    int depth = 0;
-    int item = -1;
-    bool inKeymaps = false;
-    std::size_t keyStart = 0;
-    std::size_t keyEnd = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (c == '"') {
-            const std::size_t open = i;
-            for (++i; i < text.size() && text[i] != '"'; ++i) {
-                i += text[i] == '\\' ? 1 : 0;
-            }
-            if (depth == 1) {
-                keyStart = open + 1;
-                keyEnd = i;
-            }
-            continue;
-        }
-        if (c == '{' || c == '[') {
-            if (depth == 1 && c == '[' &&
-                text.compare(keyStart, keyEnd - keyStart, "keymaps") == 0) {
-                inKeymaps = true;
-            } else if (depth == 2 && inKeymaps && c == '{') {
-                ++item;
-                if (item == 0) {
-                    spans.firstStart = i;
-                }
-                if (item == index) {
-                    spans.start = i;
-                    spans.found = true;
-                }
-            }
-            ++depth;
-        } else if (c == '}' || c == ']') {
-            --depth;
-            if (depth == 2 && inKeymaps && c == '}') {
-                spans.lastEnd = i + 1;
-                if (item == index) {
-                    spans.end = i + 1;
-                }
-            } else if (depth == 1 && inKeymaps) {
-                break;  // the end of "keymaps"
-            }
-        }
-    }
-    spans.found = spans.found && spans.end > spans.start;
-    return spans;
-}
 
 // The check lists the findings of the document's shape and its schema first,
 // then those of the loaded items; each part in item order.
@@ -102,23 +41,25 @@ std::shared_ptr<const km::CheckReport> CheckAfterMove(const km::CheckReport& bef
     if (index < 0 || before.diagnostic.failed) {
         return nullptr;
     }
-    const ItemSpans spans = findItem(text, index);
-    if (!spans.found || spans.lastEnd < spans.end) {
+    const TextParts parts = KeymapItemParts(text);
+    if (!parts.ok || static_cast<std::size_t>(index) >= parts.items.size()) {
         return nullptr;
     }
+    const std::size_t firstStart = parts.items.front().first;
+    const auto [start, end] = parts.items[static_cast<std::size_t>(index)];
     // The document's frame around the one item: the item starts where the
     // first one did, so its findings are one line count away from where
     // they lie in the whole text.
-    std::string alone = text.substr(0, spans.firstStart);
-    alone.append(text, spans.start, spans.end - spans.start);
-    alone.append(text, spans.lastEnd, std::string::npos);
+    std::string alone = text.substr(0, firstStart);
+    alone.append(text, start, end - start);
+    alone.append(text, parts.items.back().second, std::string::npos);
     const km::CheckReport single = km::CheckKeymapDocument(alone, joystick, source);
     if (single.diagnostic.failed || single.items != 1) {
         return nullptr;
     }
     const int lines =
-        static_cast<int>(std::count(text.begin() + static_cast<std::ptrdiff_t>(spans.firstStart),
-                                    text.begin() + static_cast<std::ptrdiff_t>(spans.start), '\n'));
+        static_cast<int>(std::count(text.begin() + static_cast<std::ptrdiff_t>(firstStart),
+                                    text.begin() + static_cast<std::ptrdiff_t>(start), '\n'));
     const std::string from = "keymaps[0]";
     const std::string to = "keymaps[" + std::to_string(index) + "]";
     std::vector<km::Finding> shape;
