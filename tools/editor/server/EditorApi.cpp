@@ -6,24 +6,21 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <random>
-#include <sstream>
 #include <thread>
 #include <vector>
 
 #include <Poco/Exception.h>
 #include <Poco/JSON/Array.h>
 #include <Poco/JSON/Object.h>
-#include <Poco/JSON/Parser.h>
-#include <Poco/JSON/Stringifier.h>
 #include <Poco/Path.h>
 #include <Poco/RandomStream.h>
 #include <Poco/String.h>
 
+#include "ApiMessages.h"
 #include "Captions.h"
 #include "CheckReport.h"
 #include "ItemGeometry.h"
@@ -36,138 +33,6 @@ using Poco::JSON::Array;
 using Poco::JSON::Object;
 
 namespace {
-
-const char* const kJson = "application/json";
-
-Object::Ptr newObject() {
-    return new Object(Poco::JSON_PRESERVE_KEY_ORDER);
-}
-
-HttpResponse respond(int status, const std::string& type, std::string body) {
-    HttpResponse response;
-    response.status = status;
-    response.set("Content-Type", type);
-    response.body = std::move(body);
-    return response;
-}
-
-HttpResponse respondJson(int status, const Poco::Dynamic::Var& value) {
-    std::ostringstream text;
-    Poco::JSON::Stringifier::stringify(value, text, 0, -1, Poco::JSON_WRAP_STRINGS);
-    return respond(status, kJson, text.str());
-}
-
-HttpResponse respondError(int status, const std::string& message,
-                          const Object::Ptr& extra = nullptr) {
-    Object::Ptr body = extra.isNull() ? newObject() : extra;
-    body->set("status", status);
-    body->set("error", message);
-    return respondJson(status, body);
-}
-
-Object::Ptr diagnosticJson(const km::LoadDiagnostic& diagnostic) {
-    Object::Ptr result = newObject();
-    result->set("problem", std::string(km::ProblemName(diagnostic.problem)));
-    result->set("path", diagnostic.path);
-    result->set("item_index", diagnostic.item_index);
-    result->set("item_type", diagnostic.item_type);
-    result->set("expected", diagnostic.expected);
-    result->set("line", diagnostic.line);
-    result->set("column", diagnostic.column);
-    result->set("message", diagnostic.message);
-    return result;
-}
-
-// A JSON body, or the 400 that says where it stops being JSON.
-bool parseBody(const std::string& body, Poco::Dynamic::Var& value, HttpResponse& error) {
-    try {
-        Poco::JSON::Parser parser;
-        value = parser.parse(body);
-        return true;
-    } catch (const Poco::Exception& e) {
-        // The parser names no position; the library's load finds it.
-        km::LoadDiagnostic diagnostic;
-        std::unique_ptr<km::KeymapConfig> ignored(km::ReadKeymapDocument(
-            km::DocumentOrigin::Text, std::string(), body, false, diagnostic));
-        Object::Ptr extra = newObject();
-        const bool located = diagnostic.problem == km::LoadDiagnostic::Problem::Malformed;
-        extra->set("line", located ? diagnostic.line : 0);
-        extra->set("column", located ? diagnostic.column : 0);
-        error = respondError(400, located ? diagnostic.message : "malformed JSON: " + e.message(),
-                             extra);
-        return false;
-    }
-}
-
-// The array member `name` of a body that is a JSON object, in `array` (null
-// when the body has none); false, with the 400 to give, when it is not JSON.
-bool readBodyArray(const std::string& text, const char* name, Object::Ptr& object,
-                   Array::Ptr& array, HttpResponse& error) {
-    Poco::Dynamic::Var body;
-    if (!parseBody(text, body, error)) {
-        return false;
-    }
-    object = body.type() == typeid(Object::Ptr) ? body.extract<Object::Ptr>() : Object::Ptr();
-    array = object.isNull() ? Array::Ptr() : object->getArray(name);
-    return true;
-}
-
-bool readLines(const Array::Ptr& array, std::vector<std::string>& lines) {
-    if (array.isNull()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < array->size(); ++i) {
-        const Poco::Dynamic::Var line = array->get(i);
-        if (!line.isString()) {
-            return false;
-        }
-        lines.push_back(line.extract<std::string>());
-    }
-    return true;
-}
-
-// The body of a macro request, {"lines": [strings]}; false with the answer to give.
-bool readMacroLines(const std::string& text, std::vector<std::string>& lines, HttpResponse& error) {
-    Object::Ptr body;
-    Array::Ptr array;
-    if (!readBodyArray(text, "lines", body, array, error)) {
-        return false;
-    }
-    if (!readLines(array, lines)) {
-        error = respondError(422, "the body must be {\"lines\": [strings]}");
-        return false;
-    }
-    return true;
-}
-
-// A JSON integer from `least` to below 2^53, where every integer is exact in
-// the page's numbers (request numbers, versions, recovery numbers).
-bool readWhole(const Poco::Dynamic::Var& value, long long least, long long& whole) {
-    constexpr double kLimit = 9007199254740992.0;  // 2^53
-    if (value.isEmpty() || value.isString() || value.isBoolean() || !value.isNumeric()) {
-        return false;
-    }
-    const double number = value.convert<double>();
-    if (!(number >= static_cast<double>(least) && number < kLimit) ||
-        std::floor(number) != number) {
-        return false;
-    }
-    whole = static_cast<long long>(number);
-    return true;
-}
-
-bool readInt(const std::string& text, int& value) {
-    if (text.empty()) {
-        return false;
-    }
-    char* end = nullptr;
-    const long long parsed = std::strtoll(text.c_str(), &end, 0);
-    if (*end != '\0' || parsed < INT32_MIN || parsed > INT32_MAX) {
-        return false;
-    }
-    value = static_cast<int>(parsed);
-    return true;
-}
 
 // The key that `get` ("device", "scan_code" or "text") names,
 // built by the library; false with the reason when it names none.
@@ -186,7 +51,7 @@ bool keyOf(Get get, km::ConfigKey& key, std::string& error, bool noneAllowed) {
     if (device == "keyboard" || device == "mouse") {
         // The virtual key comes from the library's table, as in the tool.
         int scanCode = 0;
-        if (!readInt(get("scan_code"), scanCode)) {
+        if (!ReadInt(get("scan_code"), scanCode)) {
             error = "a keyboard or mouse key needs scan_code";
             return false;
         }
@@ -200,42 +65,6 @@ bool keyOf(Get get, km::ConfigKey& key, std::string& error, bool noneAllowed) {
     error = noneAllowed ? "device must be keyboard, mouse or joystick, or empty for no key"
                         : "device must be keyboard, mouse or joystick";
     return false;
-}
-
-// {"n": N} naming a recovery file (with `all`, {} for all of them: -1);
-// false with the answer to give.
-bool readRecoveryNumber(const std::string& text, bool all, int& n, HttpResponse& error) {
-    Poco::Dynamic::Var body;
-    if (!parseBody(text.empty() ? "{}" : text, body, error)) {
-        return false;
-    }
-    const Object::Ptr object =
-        body.type() == typeid(Object::Ptr) ? body.extract<Object::Ptr>() : Object::Ptr();
-    if (!object.isNull() && all && !object->has("n")) {
-        n = -1;
-        return true;
-    }
-    long long number = 0;
-    if (object.isNull() || !readWhole(object->get("n"), 0, number) || number > INT32_MAX) {
-        error = respondError(422, all ? "the body must be {\"n\": N}, or {} for all"
-                                      : "the body must be {\"n\": N}");
-        return false;
-    }
-    n = static_cast<int>(number);
-    return true;
-}
-
-Array::Ptr recoveryJson(const std::vector<EditorSession::Recovery>& files) {
-    Array::Ptr list = new Array();
-    for (const EditorSession::Recovery& file : files) {
-        Object::Ptr entry = newObject();
-        entry->set("n", file.n);
-        entry->set("path", file.path);
-        entry->set("time", file.time);
-        entry->set("bytes", file.bytes);
-        list->add(entry);
-    }
-    return list;
 }
 
 std::string mimeOf(const std::string& name) {
@@ -475,7 +304,7 @@ const EditorApi::Route* EditorApi::findRoute(const std::string& path) {
 }
 
 HttpResponse EditorApi::ErrorResponse(int status, const std::string& message) {
-    return respondError(status, message);
+    return RespondError(status, message);
 }
 
 HttpResponse EditorApi::screen(const HttpRequest& request) const {
@@ -486,13 +315,13 @@ HttpResponse EditorApi::screen(const HttpRequest& request) const {
     const std::string host = Poco::toLower(request.header("Host"));
     const std::string port = ":" + std::to_string(port_);
     if (door_ && host != "127.0.0.1" + port && host != "localhost" + port) {
-        return respondError(403,
+        return RespondError(403,
                             "the Host header must be 127.0.0.1" + port + " or localhost" + port);
     }
 
     const std::string path = request.path();
     if (path.empty() || path[0] != '/') {
-        return respondError(400, "the request target must be a path");
+        return RespondError(400, "the request target must be a path");
     }
     const bool api = Poco::startsWith(path, std::string("/api/"));
     if (api && door_) {
@@ -503,7 +332,7 @@ HttpResponse EditorApi::screen(const HttpRequest& request) const {
             shown = Poco::trim(authorization.substr(7));
         }
         if (!EqualInConstantTime(shown, token_)) {
-            HttpResponse denied = respondError(401, "a valid token is required");
+            HttpResponse denied = RespondError(401, "a valid token is required");
             denied.set("WWW-Authenticate", "Bearer");
             return denied;
         }
@@ -521,16 +350,16 @@ HttpResponse EditorApi::screen(const HttpRequest& request) const {
             }
         }
         if (allowed.empty()) {
-            return respondError(404, "no such endpoint: " + path);
+            return RespondError(404, "no such endpoint: " + path);
         }
         if (match == nullptr) {
-            HttpResponse wrong = respondError(405, "use " + allowed + " on " + path);
+            HttpResponse wrong = RespondError(405, "use " + allowed + " on " + path);
             wrong.set("Allow", allowed);
             return wrong;
         }
         jsonBody = match->jsonBody;
     } else if (request.method != "GET") {
-        HttpResponse wrong = respondError(405, "the page is read with GET");
+        HttpResponse wrong = RespondError(405, "the page is read with GET");
         wrong.set("Allow", "GET");
         return wrong;
     }
@@ -541,17 +370,17 @@ HttpResponse EditorApi::screen(const HttpRequest& request) const {
         char* end = nullptr;
         const unsigned long long size = std::strtoull(length.c_str(), &end, 10);
         if (length.empty() || *end != '\0' || length[0] == '-') {
-            return respondError(400, "bad Content-Length");
+            return RespondError(400, "bad Content-Length");
         }
         if (size > kMaxBody) {
-            return respondError(413, "bodies are limited to 16 MiB");
+            return RespondError(413, "bodies are limited to 16 MiB");
         }
     }
     if (jsonBody) {
         std::string type = Poco::toLower(request.header("Content-Type"));
         type = Poco::trim(type.substr(0, type.find(';')));
-        if (type != kJson) {
-            return respondError(415, "the body must be application/json");
+        if (type != kJsonType) {
+            return RespondError(415, "the body must be application/json");
         }
     }
     return pass;
@@ -573,13 +402,13 @@ HttpResponse EditorApi::handle(const HttpRequest& request) {
         response = screen(request);
         if (response.status == 0) {
             response = request.body.size() > kMaxBody
-                           ? respondError(413, "bodies are limited to 16 MiB")
+                           ? RespondError(413, "bodies are limited to 16 MiB")
                            : dispatch(request);
         }
     } catch (const std::exception& e) {
-        response = respondError(500, std::string("internal error: ") + e.what());
+        response = RespondError(500, std::string("internal error: ") + e.what());
     } catch (...) {
-        response = respondError(500, "internal error");
+        response = RespondError(500, "internal error");
     }
     secure(response);
     return response;
@@ -592,7 +421,7 @@ HttpResponse EditorApi::dispatch(const HttpRequest& request) {
     }
     EditorSession* session = sessionOf(request);
     if (session == nullptr) {
-        return respondError(404, "no such file in the scheme: " + request.query("file"));
+        return RespondError(404, "no such file in the scheme: " + request.query("file"));
     }
     for (const Route* route = findRoute(path);
          route != nullptr && route->path != nullptr && path == route->path; ++route) {
@@ -600,11 +429,11 @@ HttpResponse EditorApi::dispatch(const HttpRequest& request) {
             return (this->*route->run)(*session, request);
         }
     }
-    return respondError(405, "wrong method");  // screen() answered this already
+    return RespondError(405, "wrong method");  // screen() answered this already
 }
 
 HttpResponse EditorApi::getDocument(EditorSession& session, const HttpRequest&) {
-    HttpResponse response = respond(200, kJson, session.documentText());
+    HttpResponse response = Respond(200, kJsonType, session.documentText());
     response.set("X-Keymap-Unsaved", session.unsaved() ? "true" : "false");
     return response;
 }
@@ -612,14 +441,14 @@ HttpResponse EditorApi::getDocument(EditorSession& session, const HttpRequest&) 
 HttpResponse EditorApi::putDocument(EditorSession& session, const HttpRequest& request) {
     km::LoadDiagnostic diagnostic;
     if (!session.replace(request.body, diagnostic)) {
-        Object::Ptr extra = newObject();
-        extra->set("diagnostic", diagnosticJson(diagnostic));
+        Object::Ptr extra = NewObject();
+        extra->set("diagnostic", DiagnosticJson(diagnostic));
         const bool malformed = diagnostic.problem == km::LoadDiagnostic::Problem::Malformed;
         if (malformed) {
             extra->set("line", diagnostic.line);
             extra->set("column", diagnostic.column);
         }
-        return respondError(malformed ? 400 : 422, diagnostic.message, extra);
+        return RespondError(malformed ? 400 : 422, diagnostic.message, extra);
     }
     HttpResponse response = getCheck(session, request);
     response.set("X-Keymap-Unsaved", session.unsaved() ? "true" : "false");
@@ -630,11 +459,11 @@ HttpResponse EditorApi::getCheck(EditorSession& session, const HttpRequest&) {
     std::string body;
     JsonWriter writer(body);
     WriteCheckReportJson(writer, session.file(), *session.check());
-    return respond(200, kJson, std::move(body));
+    return Respond(200, kJsonType, std::move(body));
 }
 
 HttpResponse EditorApi::getRender(EditorSession& session, const HttpRequest&) {
-    return respond(200, "image/svg+xml", session.renderSvg());
+    return Respond(200, "image/svg+xml", session.renderSvg());
 }
 
 HttpResponse EditorApi::postSave(EditorSession& session, const HttpRequest& request) {
@@ -642,14 +471,14 @@ HttpResponse EditorApi::postSave(EditorSession& session, const HttpRequest& requ
     if (!request.body.empty()) {
         Poco::Dynamic::Var body;
         HttpResponse error;
-        if (!parseBody(request.body, body, error)) {
+        if (!ParseBody(request.body, body, error)) {
             return error;
         }
         const Object::Ptr object =
             body.type() == typeid(Object::Ptr) ? body.extract<Object::Ptr>() : Object::Ptr();
         if (!object.isNull() && object->has("version") &&
-            !readWhole(object->get("version"), 1, version)) {
-            return respondError(422, "\"version\" must be a version the snapshot gave");
+            !ReadWhole(object->get("version"), 1, version)) {
+            return RespondError(422, "\"version\" must be a version the snapshot gave");
         }
     }
     const auto flag = [&request](const char* name) {
@@ -660,41 +489,41 @@ HttpResponse EditorApi::postSave(EditorSession& session, const HttpRequest& requ
     long long held = 0;
     switch (session.save(flag("force"), flag("drop"), version, held, message)) {
         case EditorSession::SaveResult::Saved: {
-            Object::Ptr body = newObject();
+            Object::Ptr body = NewObject();
             body->set("saved", true);
             body->set("file", session.file());
             body->set("version", held);
-            return respondJson(200, body);
+            return RespondJson(200, body);
         }
         case EditorSession::SaveResult::Stale: {
-            Object::Ptr extra = newObject();
+            Object::Ptr extra = NewObject();
             extra->set("stale", true);
             extra->set("version", held);
-            return respondError(409, message, extra);
+            return RespondError(409, message, extra);
         }
         case EditorSession::SaveResult::Conflict: {
-            Object::Ptr extra = newObject();
+            Object::Ptr extra = NewObject();
             extra->set("conflict", true);
-            return respondError(409, message, extra);
+            return RespondError(409, message, extra);
         }
         case EditorSession::SaveResult::WouldLose: {
-            Object::Ptr extra = newObject();
+            Object::Ptr extra = NewObject();
             Array::Ptr lost = new Array();
             for (const std::string& path : session.lost()) {
                 lost->add(path);
             }
             extra->set("lost", lost);
-            return respondError(409, message, extra);
+            return RespondError(409, message, extra);
         }
         case EditorSession::SaveResult::Failed:
             break;
     }
-    return respondError(500, message);
+    return RespondError(500, message);
 }
 
 HttpResponse EditorApi::getState(EditorSession& session, const HttpRequest&) {
     const std::pair<int, int> screen = session.screenSize();
-    Object::Ptr body = newObject();
+    Object::Ptr body = NewObject();
     body->set("file", session.file());
     body->set("name", Poco::Path(session.file()).getFileName());
     body->set("new", session.opened() == EditorSession::Opened::Missing);
@@ -706,13 +535,13 @@ HttpResponse EditorApi::getState(EditorSession& session, const HttpRequest&) {
     // The frame of a macro script's points, whatever the screen.
     body->set("macro_width", km::kMacroScreenWidth);
     body->set("macro_height", km::kMacroScreenHeight);
-    body->set("recovery", recoveryJson(session.recoveries()));
+    body->set("recovery", RecoveryJson(session.recoveries()));
     Array::Ptr lost = new Array();
     for (const std::string& path : session.lost()) {
         lost->add(path);
     }
     body->set("lost", lost);
-    return respondJson(200, body);
+    return RespondJson(200, body);
 }
 
 HttpResponse EditorApi::getFiles(EditorSession&, const HttpRequest&) {
@@ -720,7 +549,7 @@ HttpResponse EditorApi::getFiles(EditorSession&, const HttpRequest&) {
     for (std::size_t i = 0; i < sessions_.size(); ++i) {
         const EditorSession& session = *sessions_[i];
         const std::shared_ptr<const km::CheckReport> report = session.check();
-        Object::Ptr entry = newObject();
+        Object::Ptr entry = NewObject();
         entry->set("index", static_cast<int>(i));
         entry->set("name", Poco::Path(session.file()).getFileName());
         entry->set("problems", static_cast<int>(report->errors() + report->warnings()));
@@ -730,36 +559,36 @@ HttpResponse EditorApi::getFiles(EditorSession&, const HttpRequest&) {
         entry->set("version", session.version());
         files->add(entry);
     }
-    Object::Ptr body = newObject();
+    Object::Ptr body = NewObject();
     body->set("files", files);
-    return respondJson(200, body);
+    return RespondJson(200, body);
 }
 
 HttpResponse EditorApi::getRecovery(EditorSession& session, const HttpRequest& request) {
     // Only the recovery files the session found can be read, by number.
     int n = 0;
     std::string text;
-    if (!readInt(request.query("n").empty() ? "0" : request.query("n"), n) ||
+    if (!ReadInt(request.query("n").empty() ? "0" : request.query("n"), n) ||
         !session.recoveryText(n, text)) {
-        return respondError(404, "no such recovery file");
+        return RespondError(404, "no such recovery file");
     }
-    return respond(200, kJson, text);
+    return Respond(200, kJsonType, text);
 }
 
 HttpResponse EditorApi::postRecoveryOpen(EditorSession& session, const HttpRequest& request) {
     int n = -1;
     HttpResponse error;
-    if (!readRecoveryNumber(request.body, false, n, error)) {
+    if (!ReadRecoveryNumber(request.body, false, n, error)) {
         return error;
     }
     km::LoadDiagnostic diagnostic;
     if (!session.openRecovery(n, diagnostic)) {
         if (!diagnostic.failed) {
-            return respondError(404, "no such recovery file");
+            return RespondError(404, "no such recovery file");
         }
-        Object::Ptr extra = newObject();
-        extra->set("diagnostic", diagnosticJson(diagnostic));
-        return respondError(422, diagnostic.message, extra);
+        Object::Ptr extra = NewObject();
+        extra->set("diagnostic", DiagnosticJson(diagnostic));
+        return RespondError(422, diagnostic.message, extra);
     }
     return getSnapshot(session, request);
 }
@@ -767,23 +596,23 @@ HttpResponse EditorApi::postRecoveryOpen(EditorSession& session, const HttpReque
 HttpResponse EditorApi::postRecoveryDismiss(EditorSession& session, const HttpRequest& request) {
     int n = -1;
     HttpResponse error;
-    if (!readRecoveryNumber(request.body, true, n, error)) {
+    if (!ReadRecoveryNumber(request.body, true, n, error)) {
         return error;
     }
     if (!session.dismissRecovery(n)) {
-        return respondError(404, "no such recovery file");
+        return RespondError(404, "no such recovery file");
     }
-    Object::Ptr body = newObject();
-    body->set("recovery", recoveryJson(session.recoveries()));
-    return respondJson(200, body);
+    Object::Ptr body = NewObject();
+    body->set("recovery", RecoveryJson(session.recoveries()));
+    return RespondJson(200, body);
 }
 
 HttpResponse EditorApi::getSchema(EditorSession&, const HttpRequest&) {
     const PageAsset* schema = FindPageAsset("keymap.schema.json");
     if (schema == nullptr) {
-        return respondError(404, "no schema was built in");
+        return RespondError(404, "no schema was built in");
     }
-    return respond(200, kJson, std::string(schema->data, schema->size));
+    return Respond(200, kJsonType, std::string(schema->data, schema->size));
 }
 
 HttpResponse EditorApi::getTypes(EditorSession&, const HttpRequest&) {
@@ -791,9 +620,9 @@ HttpResponse EditorApi::getTypes(EditorSession&, const HttpRequest&) {
     for (const std::string_view type : km::kDocumentItemTypeNames) {
         types->add(std::string(type));
     }
-    Object::Ptr body = newObject();
+    Object::Ptr body = NewObject();
     body->set("types", types);
-    return respondJson(200, body);
+    return RespondJson(200, body);
 }
 
 namespace {
@@ -811,14 +640,14 @@ const char* const kTemplates[][2] = {
 HttpResponse EditorApi::getTemplates(EditorSession&, const HttpRequest&) {
     Array::Ptr list = new Array();
     for (const auto& entry : kTemplates) {
-        Object::Ptr one = newObject();
+        Object::Ptr one = NewObject();
         one->set("name", std::string(entry[0]));
         one->set("title", std::string(entry[1]));
         list->add(one);
     }
-    Object::Ptr body = newObject();
+    Object::Ptr body = NewObject();
     body->set("templates", list);
-    return respondJson(200, body);
+    return RespondJson(200, body);
 }
 
 HttpResponse EditorApi::getTemplate(EditorSession&, const HttpRequest& request) {
@@ -827,60 +656,60 @@ HttpResponse EditorApi::getTemplate(EditorSession&, const HttpRequest& request) 
         const PageAsset* asset =
             name == entry[0] ? FindPageAsset("templates/" + name + ".json") : nullptr;
         if (asset != nullptr) {
-            return respond(200, kJson, std::string(asset->data, asset->size));
+            return Respond(200, kJsonType, std::string(asset->data, asset->size));
         }
     }
-    return respondError(404, "no template '" + name + "'");
+    return RespondError(404, "no template '" + name + "'");
 }
 
 HttpResponse EditorApi::getItem(EditorSession&, const HttpRequest& request) {
     const std::string type = request.query("type");
     std::unique_ptr<km::ConfigItem> item(km::CreateConfigItem(type));
     if (!item) {
-        return respondError(404, "no item type '" + type + "'");
+        return RespondError(404, "no item type '" + type + "'");
     }
-    return respondJson(200, item->ConvertToJsonObject());
+    return RespondJson(200, item->ConvertToJsonObject());
 }
 
 HttpResponse EditorApi::getKey(EditorSession&, const HttpRequest& request) {
     km::ConfigKey key;
     std::string error;
     if (!keyOf([&request](const char* name) { return request.query(name); }, key, error, true)) {
-        return respondError(422, error);
+        return RespondError(422, error);
     }
     Object::Ptr body = km::KeyToJson(key);
     body->set("caption", render::KeyCaption(key));
-    return respondJson(200, body);
+    return RespondJson(200, body);
 }
 
 HttpResponse EditorApi::postMacroCheck(EditorSession&, const HttpRequest& request) {
     std::vector<std::string> lines;
     HttpResponse error;
-    if (!readMacroLines(request.body, lines, error)) {
+    if (!ReadMacroLines(request.body, lines, error)) {
         return error;
     }
     Array::Ptr bad = new Array();
     for (std::uint32_t line : km::MacroKeyEditingTextGrammarCheck(lines)) {
         bad->add(static_cast<int>(line));
     }
-    Object::Ptr result = newObject();
+    Object::Ptr result = NewObject();
     result->set("bad", bad);
-    return respondJson(200, result);
+    return RespondJson(200, result);
 }
 
 HttpResponse EditorApi::postMacroRunning(EditorSession&, const HttpRequest& request) {
     std::vector<std::string> lines;
     HttpResponse error;
-    if (!readMacroLines(request.body, lines, error)) {
+    if (!ReadMacroLines(request.body, lines, error)) {
         return error;
     }
     Array::Ptr running = new Array();
     for (const std::string& line : km::MacroKeyEditingTextChangeToRunningText(lines, km::Rect())) {
         running->add(line);
     }
-    Object::Ptr result = newObject();
+    Object::Ptr result = NewObject();
     result->set("lines", running);
-    return respondJson(200, result);
+    return RespondJson(200, result);
 }
 
 HttpResponse EditorApi::getPage(const HttpRequest& request) const {
@@ -890,13 +719,13 @@ HttpResponse EditorApi::getPage(const HttpRequest& request) const {
     }
     const PageAsset* asset = name.find('/') == std::string::npos ? FindPageAsset(name) : nullptr;
     if (asset == nullptr) {
-        return respondError(404, "no such page: /" + name);
+        return RespondError(404, "no such page: /" + name);
     }
-    return respond(200, mimeOf(name), std::string(asset->data, asset->size));
+    return Respond(200, mimeOf(name), std::string(asset->data, asset->size));
 }
 
 HttpResponse EditorApi::getSnapshot(EditorSession& session, const HttpRequest&) {
-    return respond(200, kJson, snapshotJson(session.snapshot(true), session.file(), nullptr));
+    return Respond(200, kJsonType, snapshotJson(session.snapshot(true), session.file(), nullptr));
 }
 
 std::string EditorApi::editAnswer(EditorSession& session, const std::vector<EditResult>& results,
@@ -936,71 +765,71 @@ HttpResponse EditorApi::postEdit(EditorSession& session, const HttpRequest& requ
     Object::Ptr edit;
     Array::Ptr ops;
     HttpResponse error;
-    if (!readBodyArray(request.body, "ops", edit, ops, error)) {
+    if (!ReadBodyArray(request.body, "ops", edit, ops, error)) {
         return error;
     }
     if (ops.isNull()) {
-        return respondError(422, "the body must be {\"client\", \"seq\", \"ops\": [edits]}");
+        return RespondError(422, "the body must be {\"client\", \"seq\", \"ops\": [edits]}");
     }
     if (ops->size() > kMaxEdits) {
-        Object::Ptr extra = newObject();
+        Object::Ptr extra = NewObject();
         extra->set("max_ops", static_cast<int>(kMaxEdits));
-        return respondError(413,
+        return RespondError(413,
                             "at most " + std::to_string(kMaxEdits) +
                                 " edits are taken in one request: send the rest in the next",
                             extra);
     }
     for (std::size_t i = 0; i < ops->size(); ++i) {
         if (ops->getObject(static_cast<unsigned>(i)).isNull()) {
-            return respondError(422, "every edit is an object with an \"op\"");
+            return RespondError(422, "every edit is an object with an \"op\"");
         }
     }
     const Poco::Dynamic::Var client = edit->get("client");
     if (!client.isEmpty() && (!client.isString() || client.extract<std::string>().size() > 128)) {
-        return respondError(422, "\"client\" must be a string of at most 128 characters");
+        return RespondError(422, "\"client\" must be a string of at most 128 characters");
     }
     long long seq = 0;
-    if (!readWhole(edit->get("seq"), 1, seq)) {
-        return respondError(422, "\"seq\" must be an integer from 1 below 2^53");
+    if (!ReadWhole(edit->get("seq"), 1, seq)) {
+        return RespondError(422, "\"seq\" must be an integer from 1 below 2^53");
     }
     const EditorSession::EditAnswer answer =
         session.edit(ops, client.isEmpty() ? std::string() : client.extract<std::string>(), seq);
     if (answer.stale) {
-        Object::Ptr extra = newObject();
+        Object::Ptr extra = NewObject();
         extra->set("seq", answer.lastSeq);
-        return respondError(409,
+        return RespondError(409,
                             "request " + std::to_string(seq) + " comes after request " +
                                 std::to_string(answer.lastSeq) + ": not applied",
                             extra);
     }
     long long since = 0;
-    const bool hasSince = readWhole(edit->get("since"), 1, since);
-    return respond(200, kJson, editAnswer(session, answer.results, hasSince ? since : 0));
+    const bool hasSince = ReadWhole(edit->get("since"), 1, since);
+    return Respond(200, kJsonType, editAnswer(session, answer.results, hasSince ? since : 0));
 }
 
 HttpResponse EditorApi::getVersion(EditorSession& session, const HttpRequest&) {
-    Object::Ptr body = newObject();
+    Object::Ptr body = NewObject();
     body->set("version", session.version());
     // A turn is no change of the document, but every page shows it.
     const std::pair<int, int> screen = session.screenSize();
     body->set("width", screen.first);
     body->set("height", screen.second);
-    return respondJson(200, body);
+    return RespondJson(200, body);
 }
 
 HttpResponse EditorApi::getShapes(EditorSession&, const HttpRequest&) {
-    return respondJson(200, ShapesJson());
+    return RespondJson(200, ShapesJson());
 }
 
 HttpResponse EditorApi::postTrigger(EditorSession& session, const HttpRequest& request) {
     Object::Ptr object;
     Array::Ptr keys;
     HttpResponse error;
-    if (!readBodyArray(request.body, "keys", object, keys, error)) {
+    if (!ReadBodyArray(request.body, "keys", object, keys, error)) {
         return error;
     }
     if (keys.isNull() || keys->size() < 1 || keys->size() > 2) {
-        return respondError(422, "the body must be {\"keys\": [key, optional second key]}");
+        return RespondError(422, "the body must be {\"keys\": [key, optional second key]}");
     }
     km::KeyTrigger trigger;
     for (std::size_t k = 0; k < keys->size(); ++k) {
@@ -1012,21 +841,21 @@ HttpResponse EditorApi::postTrigger(EditorSession& session, const HttpRequest& r
                                                          : params->get(name).toString();
         };
         if (!keyOf(get, key, why, false)) {
-            return respondError(422, why);
+            return RespondError(422, why);
         }
     }
     trigger.combination = keys->size() == 2;
-    Object::Ptr result = newObject();
+    Object::Ptr result = NewObject();
     result->set("items", session.triggered(trigger));
-    return respondJson(200, result);
+    return RespondJson(200, result);
 }
 
 HttpResponse EditorApi::postReload(EditorSession& session, const HttpRequest&) {
     km::LoadDiagnostic diagnostic;
     if (!session.reload(diagnostic)) {
-        Object::Ptr extra = newObject();
-        extra->set("diagnostic", diagnosticJson(diagnostic));
-        return respondError(422, diagnostic.message, extra);
+        Object::Ptr extra = NewObject();
+        extra->set("diagnostic", DiagnosticJson(diagnostic));
+        return RespondError(422, diagnostic.message, extra);
     }
     return getSnapshot(session, HttpRequest());
 }
@@ -1039,9 +868,9 @@ HttpResponse EditorApi::postScreenTurn(EditorSession& session, const HttpRequest
 HttpResponse EditorApi::getBackground(EditorSession& session, const HttpRequest&) {
     const render::Background& background = session.renderOptions().background;
     if (background.bytes.empty()) {
-        return respondError(404, "no background was given");
+        return RespondError(404, "no background was given");
     }
-    return respond(200, background.mime, background.bytes);
+    return Respond(200, background.mime, background.bytes);
 }
 
 }  // namespace editor
