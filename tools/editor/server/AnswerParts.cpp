@@ -7,6 +7,11 @@
 #include "AnswerParts.h"
 
 #include <cstring>
+#include <string_view>
+#include <utility>
+
+#include "CheckReport.h"
+#include "JsonWriter.h"
 
 namespace zunokeymap {
 namespace editor {
@@ -159,6 +164,104 @@ bool ChangedItems(const std::string& before, const TextParts& was, const std::st
 void AnswerBasis::swap(Shown& shown) {
     std::lock_guard<std::mutex> lock(mutex_);
     std::swap(shown_, shown);
+}
+
+namespace {
+
+// {"INDEX": piece, ...} of the pieces at `changed`: JSON values as they
+// are, or (`quoted`) texts made JSON strings.
+void appendPieces(std::string& body, const std::string& text, const TextParts& parts,
+                  const std::vector<std::size_t>& changed, bool quoted) {
+    body += '{';
+    for (std::size_t k : changed) {
+        const auto& piece = parts.items[k];
+        body += body.back() == '{' ? "\"" : ",\"";
+        body += std::to_string(k);
+        body += "\":";
+        if (quoted) {
+            JsonWriter(body).value(
+                std::string_view(text).substr(piece.first, piece.second - piece.first));
+        } else {
+            body.append(text, piece.first, piece.second - piece.first);
+        }
+    }
+    body += '}';
+}
+
+}  // namespace
+
+std::string SnapshotJson(const EditorSession::Snapshot& shot, const std::string& file,
+                         const std::vector<EditResult>* results, const AnswerDelta* delta,
+                         const std::string* written) {
+    std::string head;
+    JsonWriter out(head);
+    out.beginObject();
+    out.key("version").value(shot.version);
+    out.key("unsaved").value(shot.unsaved);
+    out.key("undo").value(shot.canUndo);
+    out.key("redo").value(shot.canRedo);
+    out.key("ids").beginArray();
+    for (long id : shot.ids) {
+        out.value(id);
+    }
+    out.endArray();
+    if (results != nullptr) {
+        out.key("results").beginArray();
+        for (const EditResult& result : *results) {
+            out.beginObject().key("ok").value(result.ok);
+            if (!result.error.empty()) {
+                out.key("error").value(result.error);
+            }
+            if (!result.path.empty()) {
+                out.key("path").value(result.path);
+            }
+            if (result.item >= 0) {
+                out.key("index").value(result.index).key("item").value(result.item);
+            }
+            if (!result.unbound.empty()) {
+                out.key("unbound").beginArray();
+                for (const std::string& member : result.unbound) {
+                    out.value(member);
+                }
+                out.endArray();
+            }
+            out.endObject();
+        }
+        out.endArray();
+    }
+    if (delta == nullptr) {
+        out.key("svg").value(shot.svg);
+    } else {
+        out.key("since").value(delta->since);
+    }
+    // The object stays open for the members written as they are.
+    std::string report;
+    if (written == nullptr) {
+        JsonWriter reportWriter(report);
+        WriteCheckReportJson(reportWriter, file, *shot.report);
+    }
+    const std::string& reportText = written != nullptr ? *written : report;
+    std::string body = std::move(head);
+    if (delta != nullptr) {
+        body += ",\"svg_items\":";
+        appendPieces(body, shot.svg, delta->svg, delta->svgChanged, true);
+        body += ",\"captions_items\":";
+        appendPieces(body, shot.captions, delta->captions, delta->captionsChanged, false);
+        body += ",\"document_items\":";
+        appendPieces(body, shot.text, delta->document, delta->documentChanged, false);
+    } else {
+        body.reserve(body.size() + reportText.size() + shot.text.size() + 32);
+        body += ",\"captions\":";
+        body += shot.captions.empty() ? "[]" : shot.captions;
+        body += ",\"document\":";
+        body += shot.text.empty() ? "null" : shot.text;
+    }
+    if (delta == nullptr || !delta->sameReport) {
+        body += ",\"report\":";
+        body += reportText;
+    }
+    body += "}";
+    return body;
 }
 
 }  // namespace editor

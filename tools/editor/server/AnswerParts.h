@@ -4,7 +4,8 @@
 // The parts of an edit's answer that hold one piece per item: the document's
 // items, the picture's item groups, the captions. An answer given after an
 // edit of a few items carries only the pieces that differ from the answer
-// the page holds, and the page puts them in place.
+// the page holds, and the page puts them in place. The snapshot answer
+// itself, whole or in such pieces, is written here too.
 //
 
 #ifndef ZUNO_KEYMAP_EDITOR_ANSWERPARTS_H
@@ -15,6 +16,9 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "EditOperations.h"
+#include "EditorSession.h"
 
 namespace zunokeymap {
 namespace editor {
@@ -41,6 +45,24 @@ TextParts PictureParts(const std::string& text);
 /// their number, and the whole text must be sent.
 bool ChangedItems(const std::string& before, const TextParts& was, const std::string& after,
                   const TextParts& is, std::vector<std::size_t>& changed);
+
+/// What an edit's answer may leave out: the pieces of the items that are as
+/// they were in the answer of version `since`, which the page holds.
+struct AnswerDelta {
+    long since = 0;
+    TextParts document, svg, captions;
+    std::vector<std::size_t> documentChanged, svgChanged, captionsChanged;
+    bool sameReport = false;
+};
+
+/// What the page shows, with the outcome of its edits when it sent some:
+/// {"version", "unsaved", "undo", "redo", "ids", "document", "report", "svg",
+/// "results"}. The document is the held text itself, not copied through a
+/// tree. With `delta`, the answer since that version: only the changed
+/// items' pieces. `written` is the report already written as JSON, if it is.
+std::string SnapshotJson(const EditorSession::Snapshot& shot, const std::string& file,
+                         const std::vector<EditResult>* results, const AnswerDelta* delta = nullptr,
+                         const std::string* written = nullptr);
 
 /// The parts of the last answer given, by the version of the document it
 /// showed: what the next answer is told apart from.

@@ -101,112 +101,6 @@ void secure(HttpResponse& response) {
     }
 }
 
-// What the page shows, with the outcome of its edits when it sent some:
-// {"version", "unsaved", "undo", "redo", "ids", "document", "report", "svg",
-// "results"}. The document is the held text itself, not copied through a tree.
-// What an edit's answer may leave out: the pieces of the items that are as
-// they were in the answer of version `since`, which the page holds.
-struct AnswerDelta {
-    long since = 0;
-    TextParts document, svg, captions;
-    std::vector<std::size_t> documentChanged, svgChanged, captionsChanged;
-    bool sameReport = false;
-};
-
-// {"INDEX": piece, ...} of the pieces at `changed`: JSON values as they
-// are, or (`quoted`) texts made JSON strings.
-void appendPieces(std::string& body, const std::string& text, const TextParts& parts,
-                  const std::vector<std::size_t>& changed, bool quoted) {
-    body += '{';
-    for (std::size_t k : changed) {
-        const auto& piece = parts.items[k];
-        body += body.back() == '{' ? "\"" : ",\"";
-        body += std::to_string(k);
-        body += "\":";
-        if (quoted) {
-            JsonWriter(body).value(
-                std::string_view(text).substr(piece.first, piece.second - piece.first));
-        } else {
-            body.append(text, piece.first, piece.second - piece.first);
-        }
-    }
-    body += '}';
-}
-
-std::string snapshotJson(const EditorSession::Snapshot& shot, const std::string& file,
-                         const std::vector<EditResult>* results, const AnswerDelta* delta = nullptr,
-                         const std::string* written = nullptr) {
-    std::string head;
-    JsonWriter out(head);
-    out.beginObject();
-    out.key("version").value(shot.version);
-    out.key("unsaved").value(shot.unsaved);
-    out.key("undo").value(shot.canUndo);
-    out.key("redo").value(shot.canRedo);
-    out.key("ids").beginArray();
-    for (long id : shot.ids) {
-        out.value(id);
-    }
-    out.endArray();
-    if (results != nullptr) {
-        out.key("results").beginArray();
-        for (const EditResult& result : *results) {
-            out.beginObject().key("ok").value(result.ok);
-            if (!result.error.empty()) {
-                out.key("error").value(result.error);
-            }
-            if (!result.path.empty()) {
-                out.key("path").value(result.path);
-            }
-            if (result.item >= 0) {
-                out.key("index").value(result.index).key("item").value(result.item);
-            }
-            if (!result.unbound.empty()) {
-                out.key("unbound").beginArray();
-                for (const std::string& member : result.unbound) {
-                    out.value(member);
-                }
-                out.endArray();
-            }
-            out.endObject();
-        }
-        out.endArray();
-    }
-    if (delta == nullptr) {
-        out.key("svg").value(shot.svg);
-    } else {
-        out.key("since").value(delta->since);
-    }
-    // The object stays open for the members written as they are.
-    std::string report;
-    if (written == nullptr) {
-        JsonWriter reportWriter(report);
-        WriteCheckReportJson(reportWriter, file, *shot.report);
-    }
-    const std::string& reportText = written != nullptr ? *written : report;
-    std::string body = std::move(head);
-    if (delta != nullptr) {
-        body += ",\"svg_items\":";
-        appendPieces(body, shot.svg, delta->svg, delta->svgChanged, true);
-        body += ",\"captions_items\":";
-        appendPieces(body, shot.captions, delta->captions, delta->captionsChanged, false);
-        body += ",\"document_items\":";
-        appendPieces(body, shot.text, delta->document, delta->documentChanged, false);
-    } else {
-        body.reserve(body.size() + reportText.size() + shot.text.size() + 32);
-        body += ",\"captions\":";
-        body += shot.captions.empty() ? "[]" : shot.captions;
-        body += ",\"document\":";
-        body += shot.text.empty() ? "null" : shot.text;
-    }
-    if (delta == nullptr || !delta->sameReport) {
-        body += ",\"report\":";
-        body += reportText;
-    }
-    body += "}";
-    return body;
-}
-
 }  // namespace
 
 struct EditorApi::Route {
@@ -725,7 +619,7 @@ HttpResponse EditorApi::getPage(const HttpRequest& request) const {
 }
 
 HttpResponse EditorApi::getSnapshot(EditorSession& session, const HttpRequest&) {
-    return Respond(200, kJsonType, snapshotJson(session.snapshot(true), session.file(), nullptr));
+    return Respond(200, kJsonType, SnapshotJson(session.snapshot(true), session.file(), nullptr));
 }
 
 std::string EditorApi::editAnswer(EditorSession& session, const std::vector<EditResult>& results,
@@ -755,10 +649,10 @@ std::string EditorApi::editAnswer(EditorSession& session, const std::vector<Edit
         !ChangedItems(was.svg, PictureParts(was.svg), now.svg, delta.svg, delta.svgChanged) ||
         !ChangedItems(was.captions, ArrayParts(was.captions), now.captions, delta.captions,
                       delta.captionsChanged)) {
-        return snapshotJson(shot, session.file(), &results, nullptr, &now.report);
+        return SnapshotJson(shot, session.file(), &results, nullptr, &now.report);
     }
     delta.sameReport = was.report == now.report;
-    return snapshotJson(shot, session.file(), &results, &delta, &now.report);
+    return SnapshotJson(shot, session.file(), &results, &delta, &now.report);
 }
 
 HttpResponse EditorApi::postEdit(EditorSession& session, const HttpRequest& request) {
