@@ -47,10 +47,13 @@ let shownFile;
 /// Makes every later request one of file `index` of the scheme.
 export function showFile(index) { shownFile = index; }
 
+/// `target` as a request of file `file` of the scheme (its index or name).
+export const withFile = (target, file) =>
+  `${target}${target.includes('?') ? '&' : '?'}file=${encodeURIComponent(file)}`;
+
 export async function call(method, target, body) {
   const text = body === undefined || typeof body === 'string' ? body : JSON.stringify(body);
-  const path = shownFile === undefined ? target
-    : `${target}${target.includes('?') ? '&' : '?'}file=${encodeURIComponent(shownFile)}`;
+  const path = shownFile === undefined ? target : withFile(target, shownFile);
   if (local) return (await local).localRequest(method, path, text);
   return httpCall(method, path, text);
 }

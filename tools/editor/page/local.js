@@ -6,6 +6,7 @@
 // storage until it is saved, and offered back when the page opens again: the
 // browser's form of the server's recovery file.
 
+import { withFile } from './api.js';
 import { fetchEntry, forget, keep, listed, tabId } from './storage.js';
 import { worker } from './start.js';
 const pending = new Map();
@@ -139,8 +140,6 @@ async function startWork() {
   docs.forEach(findOffers);
 }
 const opened = startWork();
-
-const withFile = (route, index) => `${route}${route.includes('?') ? '&' : '?'}file=${index}`;
 
 async function request(method, target, body) {
   await opened;

@@ -446,7 +446,9 @@ HttpResponse EditorApi::getFiles(EditorSession&, const HttpRequest&) {
         Object::Ptr entry = NewObject();
         entry->set("index", static_cast<int>(i));
         entry->set("name", Poco::Path(session.file()).getFileName());
-        entry->set("problems", static_cast<int>(report->errors() + report->warnings()));
+        // The page's count of a file's problems is every finding, as the
+        // shown file's own count is.
+        entry->set("problems", static_cast<int>(report->findings.size()));
         entry->set("errors", static_cast<int>(report->errors()));
         entry->set("warnings", static_cast<int>(report->warnings()));
         entry->set("unsaved", session.unsaved());
