@@ -101,23 +101,6 @@ struct EditArguments {
 // opened in part, and the tool says so.
 constexpr std::size_t kMaxSchemeFiles = 64;
 
-// Recovery files sit beside the keymaps they keep: NAME.recovery.json,
-// NAME.recovery-2.json. They are offered by their keymap, not opened as one.
-bool isRecoveryName(const std::string& name) {
-    const std::string recovery = ".recovery";
-    const std::size_t mark = name.rfind(recovery);
-    if (mark == std::string::npos) {
-        return false;
-    }
-    const std::string rest = name.substr(mark + recovery.size());
-    if (rest == ".json") {
-        return true;
-    }
-    return rest.size() > 6 && rest[0] == '-' &&
-           rest.find_first_not_of("0123456789", 1) == rest.size() - 5 &&
-           rest.compare(rest.size() - 5, 5, ".json") == 0;
-}
-
 // The keymaps of a scheme: the *.json files directly in `folder`, by name.
 // `more` gets how many there were beyond kMaxSchemeFiles.
 std::vector<std::string> schemeFiles(const std::string& folder, std::size_t& more) {
@@ -129,7 +112,7 @@ std::vector<std::string> schemeFiles(const std::string& folder, std::size_t& mor
         const std::string name = entry->path().filename().u8string();
         std::error_code ignored;
         if (name.size() > 5 && name.compare(name.size() - 5, 5, ".json") == 0 &&
-            !isRecoveryName(name) && entry->is_regular_file(ignored)) {
+            !editor::IsRecoveryName(name) && entry->is_regular_file(ignored)) {
             files.push_back(entry->path().u8string());
         }
     }

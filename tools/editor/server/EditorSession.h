@@ -275,6 +275,10 @@ private:
 /// a folder in the user's data directory; empty when there is none.
 std::string RecoveryFolder();
 
+/// Whether the file name `name` is a recovery file beside its keymap
+/// ("NAME.recovery.json", "NAME.recovery-2.json"), not a keymap itself.
+bool IsRecoveryName(const std::string& name);
+
 /// `file`'s full path: absolute, its folder's links and ".." resolved.
 std::string FullPath(const std::string& file);
 

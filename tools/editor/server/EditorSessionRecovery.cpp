@@ -163,6 +163,22 @@ void rememberDismissed(const std::string& path, long long stamp) {
 
 }  // namespace
 
+// The names recoveryName gives beside the file, for any NAME.
+bool IsRecoveryName(const std::string& name) {
+    const std::string recovery = ".recovery";
+    const std::size_t mark = name.rfind(recovery);
+    if (mark == std::string::npos) {
+        return false;
+    }
+    const std::string rest = name.substr(mark + recovery.size());
+    if (rest == ".json") {
+        return true;
+    }
+    return rest.size() > 6 && rest[0] == '-' &&
+           rest.find_first_not_of("0123456789", 1) == rest.size() - 5 &&
+           rest.compare(rest.size() - 5, 5, ".json") == 0;
+}
+
 std::string RecoveryFolder() {
     try {
         const std::string data = Poco::Path::dataHome();
