@@ -594,6 +594,45 @@ test('a second page on the file shows the first one\'s edits, and never saves ov
   expect(fs.readFileSync(file, 'utf8')).toBe(text);
 });
 
+test('answers made before the page\'s own edits are no news of another page', async ({ page }) => {
+  const file = copyExample('shooter.json');
+  await open(page, file);
+  // A poll's answers, made by the server before each of two edits, reach the
+  // page after them: the version before the first, the snapshot before the
+  // second.
+  const gate = () => { let open; const shut = new Promise((resolve) => { open = resolve; }); return { shut, open }; };
+  const hold = async (pattern) => {
+    const asked = gate(), answer = gate();
+    let once = false;
+    await page.route(pattern, async (route) => {
+      if (once) return route.continue();
+      once = true;
+      const response = await route.fetch();
+      asked.open();
+      await answer.shut;
+      await route.fulfill({ response });
+    });
+    return { asked: asked.shut, release: answer.open };
+  };
+  const describe = async (text) => {
+    await page.getByRole('option').nth(2).click();
+    await page.locator('#panel input[name="icon.description"]').fill(text);
+    await page.keyboard.press('Tab');
+    await settled(page);
+  };
+  const version = await hold('**/api/version');
+  const snapshot = await hold('**/api/snapshot');
+  await version.asked;
+  await describe('first');
+  version.release();
+  await page.waitForTimeout(300);
+  await describe('second');
+  snapshot.release();
+  await page.waitForTimeout(1500);
+  await expect(page.locator('#stale')).toBeHidden();
+  await expect(page.getByRole('option').nth(2)).toContainText('second');
+});
+
 test('unknown members and values out of range are problems as soon as the file opens', async ({ page }) => {
   const file = copyExample('shooter.json');
   const doc = readDoc(file);

@@ -65,7 +65,9 @@ export class Elsewhere {
   /// the notice `text`; true when it was.
   async catchUp(text) {
     const shot = await this.api.snapshot();
-    if (this.queue.busy() || shot.version === this.store.get().version) return false;
+    // Versions only grow, and an answer to this page's own edit can land
+    // while the snapshot is on its way: an older snapshot is no news.
+    if (this.queue.busy() || shot.version <= this.store.get().version) return false;
     this.store.update((state) => fromSnapshot(state, shot));
     this.notice(text);
     return true;
@@ -75,6 +77,7 @@ export class Elsewhere {
   // afresh at the new size and nothing else is said to have changed.
   async turned(width, height) {
     const shot = await this.api.snapshot();
+    if (shot.version < this.store.get().version) return;  // the next poll asks again
     this.view.refit();
     this.store.update((state) => ({ ...fromSnapshot(state, shot), width, height,
       status: `Another page turned the screen: it is ${height > width ? 'portrait' : 'landscape'} now` }));
@@ -90,7 +93,9 @@ export class Elsewhere {
       if ((width !== shown.width || height !== shown.height) && !this.queue.busy() && !this.view.turning()) {
         await this.turned(width, height);
       }
-      if (version !== this.store.get().version && !this.queue.busy()) {
+      // A version older than the one shown was answered before this page's
+      // own edit landed.
+      if (version > this.store.get().version && !this.queue.busy()) {
         await this.catchUp('Another page changed this document: it now shows that version.');
       }
     } catch (error) {
