@@ -58,7 +58,7 @@ test('the conflict and recovery banners', async ({ page }) => {
   await expectAccessible(page, 'conflict banner');
 });
 
-test('the static page', async ({ page }) => {
+test('the static page', { tag: '@static' }, async ({ page }) => {
   const bundle = process.env.ZUNO_WEB_BUNDLE;
   test.skip(!bundle, 'ZUNO_WEB_BUNDLE names no bundle');
   const { server, address } = await serveStatic(bundle);

@@ -129,7 +129,7 @@ test('a screen turned in one page is turned in another page on the same file', a
 
 // The static page: several files opened together, each its own document
 // with its own kept work. Needs the bundle of scripts/web (ZUNO_WEB_BUNDLE).
-test('the static page opens several files side by side and keeps the work of each', async ({ page }) => {
+test('the static page opens several files side by side and keeps the work of each', { tag: '@static' }, async ({ page }) => {
   test.skip(!process.env.ZUNO_WEB_BUNDLE, 'ZUNO_WEB_BUNDLE names no bundle');
   const { server, address } = await serveStatic(process.env.ZUNO_WEB_BUNDLE);
   try {

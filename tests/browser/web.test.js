@@ -54,7 +54,7 @@ async function bindQ(page, index) {
   await expect(page.locator('#problems li')).toContainText([/collide|collision|fire/i]);
 }
 
-test('open a keymap by file, edit, see problems, save a download, reload and find the work', async ({ page }) => {
+test('open a keymap by file, edit, see problems, save a download, reload and find the work', { tag: '@static' }, async ({ page }) => {
   const violations = await openPage(page);
   await expect(page.locator('#file-name')).toContainText('keymap.json (new)');
   await page.setInputFiles('#open-file', shooter);
@@ -95,7 +95,7 @@ test('open a keymap by file, edit, see problems, save a download, reload and fin
   expect(violations).toEqual([]);
 });
 
-test('a save goes back to the opened file, and not over a change made since', async ({ page }) => {
+test('a save goes back to the opened file, and not over a change made since', { tag: '@static' }, async ({ page }) => {
   // A file handle as the File System Access API gives one, kept in the page.
   await page.addInitScript((text) => {
     const disk = { text, modified: 1000 };
@@ -131,7 +131,7 @@ test('a save goes back to the opened file, and not over a change made since', as
   expect(JSON.parse(await page.evaluate(() => window.disk.text)).keymaps).toHaveLength(7);
 });
 
-test('a dropped keymap that does not load is refused, and the document stays', async ({ page }) => {
+test('a dropped keymap that does not load is refused, and the document stays', { tag: '@static' }, async ({ page }) => {
   await openPage(page);
   await page.setInputFiles('#open-file', shooter);
   await expect(items(page)).toHaveCount(8);
@@ -154,7 +154,7 @@ test('a dropped keymap that does not load is refused, and the document stays', a
   await expect(page.locator('#file-name')).toHaveText('empty.json');
 });
 
-test('the first picture of shooter.json after navigation', async ({ page }) => {
+test('the first picture of shooter.json after navigation', { tag: '@static' }, async ({ page }) => {
   await page.addInitScript((text) => {
     localStorage.setItem('zuno-keymap-last', JSON.stringify({ name: 'shooter.json', base: text, blank: false,
       text: null, unsaved: false, time: 0 }));
@@ -189,7 +189,7 @@ async function deleteOne(page, count) {
 
 const offered = (page) => page.locator('#recovery-files li');
 
-test('another tab opening another file leaves this tab\'s unsaved work; it is offered after an edit too', async ({ page, context }) => {
+test('another tab opening another file leaves this tab\'s unsaved work; it is offered after an edit too', { tag: '@static' }, async ({ page, context }) => {
   await openPage(page);
   await page.setInputFiles('#open-file', shooter);
   await expect(items(page)).toHaveCount(8);
@@ -215,7 +215,7 @@ test('another tab opening another file leaves this tab\'s unsaved work; it is of
   await expect(page.locator('#recovery')).toBeHidden();
 });
 
-test('a 10,000-item document is kept in the browser until saved, and offered again', async ({ page }) => {
+test('a 10,000-item document is kept in the browser until saved, and offered again', { tag: '@static' }, async ({ page }) => {
   const doc = JSON.parse(fs.readFileSync(shooter, 'utf8'));
   const many = { ...doc, keymaps: Array.from({ length: 10000 }, (_, i) => ({ ...doc.keymaps[i % doc.keymaps.length] })) };
   const text = JSON.stringify(many, null, 1);
