@@ -3,13 +3,15 @@
 // Enter, Escape, arrows, palette adds, Duplicate, Delete, undo, redo and
 // saves, mouse and keyboard mixed. After every step the page must show what
 // the server holds, and the step must have changed only the item it was
-// aimed at; after every save the file must be the server's document.
+// aimed at; after every save the file must be the server's document. The
+// same journeys run on the static page (ZUNO_WEB_BUNDLE), whose module is
+// its server and whose saves are downloads.
 //
 // ZUNO_MONKEY_SEEDS=7,8 replays those seeds; ZUNO_MONKEY_STEPS sets the
 // length of a journey (docs/editor.md has a longer run).
 import { test, expect } from '@playwright/test';
-import fs from 'node:fs';
-import { centreOf, copyExample, item, open, readDoc, serverSnapshot, settled, useEditor } from './harness.js';
+import { centreOf, copyExample, item, open, readDoc, serveStatic, serverSnapshot, settled, useEditor }
+  from './harness.js';
 
 useEditor(test);
 
@@ -99,7 +101,7 @@ async function answerBinding(page, rng) {
   return pressed;
 }
 
-async function journey(page, file, seed) {
+async function journey(page, editor, seed) {
   const rng = random(seed);
   const markerOf = async (index) => centreOf(item(page, index).locator('.marker').first());
   // An item on the picture, and which item is really on top there; null
@@ -196,21 +198,18 @@ async function journey(page, file, seed) {
     async escape() { await page.keyboard.press('Escape'); return {}; },
     async undo() { await page.keyboard.press(rng.next() < 0.7 ? 'Control+z' : 'Control+y'); return {}; },
     async save() {
-      const answered = page.waitForResponse((r) => new URL(r.url()).pathname === '/api/save');
-      await page.keyboard.press('Control+s');
-      await answered;
-      return { saved: true };
+      return { saved: await editor.save(page, () => page.keyboard.press('Control+s')) };
     },
   };
   const names = Object.keys(actions);
   for (let step = 0; step < steps; step++) {
-    const before = await serverSnapshot(page);
+    const before = await editor.snapshot(page);
     const name = rng.pick(names);
     const where = `seed ${seed}, step ${step} (${name})`;
     const done = await actions[name](before);
     if (!done) continue;
     await settled(page);
-    const after = await serverSnapshot(page);
+    const after = await editor.snapshot(page);
     await expectViewsMatch(page, after, where);
     const changed = changedIds(before, after);
     if (done.only !== undefined) {
@@ -228,22 +227,68 @@ async function journey(page, file, seed) {
       const holders = after.ids.filter((id, i) => (after.document.keymaps[i].icon || {}).description === done.described.text);
       expect(holders, `${where}: the items that took the typed description`).toEqual([done.described.id]);
     }
-    if (done.saved) expect(readDoc(file), `${where}: the saved file`).toEqual(after.document);
+    if (done.saved) expect(done.saved(), `${where}: the saved file`).toEqual(after.document);
   }
 }
 
-for (const seed of seeds) {
-  test(`a random journey (seed ${seed}) keeps every view on the server's document`, async ({ page }) => {
-    test.setTimeout(30000 + steps * 2000);
-    const file = copyExample('shooter.json');
-    await open(page, file);
-    page.on('dialog', (dialog) => dialog.accept());
-    try {
-      await journey(page, file, seed);
-    } catch (error) {
-      console.log(`monkey: seed ${seed} failed; replay with ZUNO_MONKEY_SEEDS=${seed} ZUNO_MONKEY_STEPS=${steps}`);
-      throw error;
-    }
-    expect(fs.existsSync(file)).toBe(true);
-  });
+// The two editors: how each opens shooter.json, tells what it holds, and
+// saves (a function reading back what was written).
+const editors = {
+  native: {
+    tag: [],
+    async open(page) {
+      this.file = copyExample('shooter.json');
+      await open(page, this.file);
+    },
+    snapshot: serverSnapshot,
+    async save(page, press) {
+      const answered = page.waitForResponse((r) => new URL(r.url()).pathname === '/api/save');
+      await press();
+      await answered;
+      return () => readDoc(this.file);
+    },
+  },
+  static: {
+    tag: '@static',
+    skip: !process.env.ZUNO_WEB_BUNDLE && 'ZUNO_WEB_BUNDLE names no bundle',
+    async open(page) {
+      this.site = await serveStatic(process.env.ZUNO_WEB_BUNDLE);
+      // Saves are downloads, as in a browser without the File System Access API.
+      await page.addInitScript(() => { delete window.showOpenFilePicker; delete window.showSaveFilePicker; });
+      await page.setViewportSize({ width: 1440, height: 860 });
+      await page.goto(this.site.address);
+      await page.waitForFunction(() => window.editorReady === true);
+      await page.setInputFiles('#open-file', copyExample('shooter.json'));
+      await expect(page.locator('#file-name')).toHaveText('shooter.json');
+    },
+    // The module's answer, through the page's own way of asking it.
+    snapshot: (page) => page.evaluate(async () => (await import('./api.js')).api.snapshot()),
+    async save(page, press) {
+      const download = page.waitForEvent('download');
+      await press();
+      const file = await (await download).path();
+      return () => readDoc(file);
+    },
+    close() { this.site.server.close(); },
+  },
+};
+
+for (const [name, editor] of Object.entries(editors)) {
+  for (const seed of seeds) {
+    test(`a random journey (${name}, seed ${seed}) keeps every view on the document held`,
+      { tag: editor.tag }, async ({ page }) => {
+      test.skip(Boolean(editor.skip), editor.skip);
+      test.setTimeout(30000 + steps * 2000);
+      await editor.open(page);
+      page.on('dialog', (dialog) => dialog.accept());
+      try {
+        await journey(page, editor, seed);
+      } catch (error) {
+        console.log(`monkey: ${name} seed ${seed} failed; replay with ZUNO_MONKEY_SEEDS=${seed} ZUNO_MONKEY_STEPS=${steps}`);
+        throw error;
+      } finally {
+        if (editor.close) editor.close();
+      }
+    });
+  }
 }
