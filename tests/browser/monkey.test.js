@@ -114,6 +114,26 @@ async function journey(page, editor, seed) {
     const hit = await hitAt(page, p);
     return hit >= 0 ? act(p, snap.ids[hit]) : null;
   };
+  // Picks a random item from the list and waits until the panel shows it,
+  // as a person sees it before typing: its index.
+  const showInPanel = async (snap) => {
+    const index = rng.below(snap.ids.length);
+    await page.getByRole('option').nth(index).click();
+    await expect(page.locator('#panel h2')).toContainText(`keymaps[${index}]`);
+    return index;
+  };
+  // Leaves a field typed into as people do: Tab, another item on the
+  // picture, the list, a save.
+  const leaveField = async (snap) => {
+    const how = rng.below(4);
+    if (how === 0) await page.keyboard.press('Tab');
+    else if (how === 1) {
+      const other = await aim(snap, async (p) => p);
+      if (other) await page.mouse.click(other.x, other.y);
+      else await page.keyboard.press('Tab');
+    } else if (how === 2) await page.getByRole('option').nth(rng.below(snap.ids.length)).click();
+    else await page.keyboard.press('Control+s');
+  };
   let typed = 0;
   const actions = {
     click: (snap) => aim(snap, async (p, id) => {
@@ -151,25 +171,30 @@ async function journey(page, editor, seed) {
     }),
     async describe(snap) {
       if (!snap.ids.length) return null;
-      const index = rng.below(snap.ids.length);
-      await page.getByRole('option').nth(index).click();
-      // Typed once the panel shows the item, as a person sees it first.
-      await expect(page.locator('#panel h2')).toContainText(`keymaps[${index}]`);
+      const index = await showInPanel(snap);
       const field = page.locator('#panel input[name="icon.description"]');
       if (!await field.count()) return {};
       const text = `note-${seed}-${++typed}`;
       await field.fill(text);
-      // How the field is left: Tab, another item on the picture, the list, a save.
-      const how = rng.below(4);
-      if (how === 0) await page.keyboard.press('Tab');
-      else if (how === 1) {
-        const other = await aim(snap, async (p) => p);
-        if (other) await page.mouse.click(other.x, other.y);
-        else await page.keyboard.press('Tab');
-      }
-      else if (how === 2) await page.getByRole('option').nth(rng.below(snap.ids.length)).click();
-      else await page.keyboard.press('Control+s');
+      await leaveField(snap);
       return { described: { id: snap.ids[index], text } };
+    },
+    // A number typed into a field (a radius, a point, a size): it lands on
+    // its item or is refused, and touches no other item.
+    async retype(snap) {
+      if (!snap.ids.length) return null;
+      const index = await showInPanel(snap);
+      const fields = page.locator('#panel input[type=number]:visible');
+      const count = await fields.count();
+      if (!count) return {};
+      const field = fields.nth(rng.below(count));
+      const [min, max] = [await field.getAttribute('min'), await field.getAttribute('max')];
+      const low = min === null ? 0 : Number(min), high = max === null ? low + 100 : Number(max);
+      // Now and then a value out of range, which the panel must refuse.
+      const value = rng.next() < 0.15 ? low - 1 : low + Math.round(rng.next() * (high - low) * 1000) / 1000;
+      await field.fill(String(value));
+      await leaveField(snap);
+      return { only: snap.ids[index] };
     },
     async add() {
       const entries = page.locator('#palette button');
