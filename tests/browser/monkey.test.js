@@ -294,7 +294,7 @@ const editors = {
       const file = await (await download).path();
       return () => readDoc(file);
     },
-    close() { this.site.server.close(); },
+    close() { if (this.site) this.site.server.close(); this.site = null; },
   },
 };
 
