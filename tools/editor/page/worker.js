@@ -25,12 +25,15 @@ const ready = compiled.then((code) => new Promise((resolve, reject) => {
 // The first document opened pays for the library's first use (its tables,
 // the schema, the first run of its code): a blank one is opened as soon as
 // the module is there, while the page is still loading, and the page's own
-// open, which replaces it, runs at the speed of a second one.
-ready.then((module) => module.open('keymap.json', '', { blank: true })).catch(() => {});
+// open, which replaces it, runs at the speed of a second one. A request
+// already waiting by then would only wait longer for it.
+let asked = false;
+ready.then((module) => { if (!asked) module.open('keymap.json', '', { blank: true }); }).catch(() => {});
 const operations = new Set(['open', 'close', 'request']);
 
 self.onmessage = async ({ data }) => {
   const { id, op, args } = data;
+  asked = true;
   try {
     if (!operations.has(op)) throw new Error(`no operation ${op}`);
     const module = await ready;
